@@ -1,0 +1,58 @@
+#include "gui/base/eventgate.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+#include <utility>
+
+EventGate gEventGate;
+
+bool EventGate::Enter(Kind kind, QObject* receiver, std::function<void()> again) {
+  if (kind == Kind::Touch && mDropTouches) return false;
+  const bool first = std::exchange(mDraining, false);
+  if (mClosed == 0 && (first || mWaiting.empty())) return true;
+  mWaiting.push_back({kind, receiver, std::move(again)});
+  return false;
+}
+
+bool EventGate::Enter(QTimer* timer) {
+  if (mClosed == 0) return true;
+  timer->start(1);
+  return false;
+}
+
+void EventGate::ProcessEvents() {
+  ++mClosed;
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  --mClosed;
+  Drain();
+}
+
+void EventGate::Block(const std::function<void()>& step) {
+  step();
+  ++mClosed;
+  const bool before = std::exchange(mDropTouches, true);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
+  mDropTouches = before;
+  std::erase_if(mWaiting, [](const Waiting& waiting) { return waiting.kind == Kind::Touch; });
+  --mClosed;
+  Drain();
+}
+
+// The next one that waits, from the event loop, so after the handler that is running; then the one after it.
+void EventGate::Drain() {
+  if (mClosed > 0 || mDrainArmed || mWaiting.empty()) return;
+  mDrainArmed = true;
+  QTimer::singleShot(0, QCoreApplication::instance(), [this] {
+    mDrainArmed = false;
+    if (mClosed == 0 && !mWaiting.empty()) {
+      const Waiting next = std::move(mWaiting.front());
+      mWaiting.pop_front();
+      if (next.receiver) {
+        mDraining = true;
+        next.again();
+        mDraining = false;
+      }
+    }
+    Drain();
+  });
+}

@@ -1,0 +1,8 @@
+#pragma once
+
+#include <QPixmap>
+
+/// A picture of the interface, decoded at most once: a path below the image folder, or an absolute one of the camera.
+/// Null when the file is missing or is no picture. Decoded pictures are kept while they fit in 8 MiB; the ones
+/// not asked for longest go first. GUI thread.
+QPixmap Picture(const QString& path);

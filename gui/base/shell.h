@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+/// Runs a shell command with system() and waits for it. Its result is nobody's business: device work either happens or not.
+void RunShell(const QString& command);
+
+/// "sync": what was written reaches the card.
+void SyncFiles();
+
+/// The key click, in the background.
+void PlayClick();
+
+/// The key click of the LCD key: blocks until the sound has played.
+void PlayClickAndWait();
+
+/// The backlight's PWM value, 0 (dark) to 100000.
+void WriteBacklight(int pwm);

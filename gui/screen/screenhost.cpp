@@ -1,0 +1,3 @@
+#include "gui/screen/screenhost.h"
+
+ScreenHost* gMainWindow = nullptr;

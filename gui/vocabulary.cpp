@@ -1,0 +1,1 @@
+#include "gui/main.h"  // its meta object comes with the moc output of this library
