@@ -1,0 +1,181 @@
+#include "gui/screen/basewidget.h"
+
+#include <unistd.h>
+
+#include <QTimer>
+#include <utility>
+
+#include "gui/base/eventgate.h"
+#include "gui/base/globals.h"
+#include "gui/screen/diagnostics.h"
+#include "gui/screen/messagebox.h"
+#include "gui/screen/messagecatalogue.h"
+#include "gui/screen/screenhost.h"
+#include "gui/screen/widgetmanager.h"
+#include "gui/settings/settings.h"
+
+namespace {
+constexpr int kRestartFallbackMs = 10000;
+constexpr useconds_t kRecordingStartUs = 1000000;
+
+void RepaintCurrentScreen() {
+  if (BaseWidget* screen = gWidgetManager.GetCurrentWidget()) screen->repaint();
+}
+}  // namespace
+
+BaseWidget::BaseWidget(QWidget* parent)
+    : QWidget(parent),
+      mMessageBoxTimer(new QTimer(this)),
+      mRecvMessageBoxTimer(new QTimer(this)),
+      mEventTimer(new QTimer(this)),
+      mTimRestartRecStart(new QTimer(this)) {
+  connect(this, &BaseWidget::nextWidget, gMainWindow, &ScreenHost::StartWidget);
+  connect(this, &BaseWidget::backWidget, gMainWindow, &ScreenHost::BackPressed);
+  connect(this, &BaseWidget::jumpWidget, gMainWindow, &ScreenHost::Jumped);
+  connect(mMessageBoxTimer, &QTimer::timeout, this, &BaseWidget::TimeoutMessageBoxTimer);
+  connect(mRecvMessageBoxTimer, &QTimer::timeout, this, &BaseWidget::TimeoutRecvMessageBoxTimer);
+  connect(mEventTimer, &QTimer::timeout, this, [this] {
+    if (gEventGate.Enter(mEventTimer)) TimeoutEvent();
+  });
+  connect(mTimRestartRecStart, &QTimer::timeout, this, [this] {
+    if (gEventGate.Enter(mTimRestartRecStart)) TimeoutRestartRecStart();
+  });
+}
+
+BaseWidget::~BaseWidget() { qDebug("BaseWidget Destroy"); }
+
+void BaseWidget::touchEvent(int, int, int) {}
+void BaseWidget::recvEvent(int, int) {}
+void BaseWidget::onResume() {}
+void BaseWidget::onPause() {}
+void BaseWidget::MessageBoxHandler(int, int, int, int) {}
+void BaseWidget::RecvMessageBoxHandler(int, int, int, int) {}
+void BaseWidget::paintEvent(QPaintEvent*) {}
+void BaseWidget::showEvent(QShowEvent*) { onResume(); }
+void BaseWidget::hideEvent(QHideEvent*) { onPause(); }
+
+void BaseWidget::Next(WidgetId id, QObject* arg) { emit nextWidget(id, arg); }
+void BaseWidget::Back() { emit backWidget(); }
+void BaseWidget::Jump(WidgetId id) { emit jumpWidget(id); }
+
+void BaseWidget::SendEvent(Send_Event event, int value, const QString& text, int* out) {
+  gMainWindow->SendEvent(event, value, text, out);
+}
+
+void BaseWidget::SendEvent(Send_Event event, int value, const QString& text, float* out) {
+  gMainWindow->SendEvent(event, value, text, out);
+}
+
+void BaseWidget::SetTimer(QTimer* timer, int ms) {
+  timer->stop();
+  timer->setInterval(ms);
+  timer->start();
+}
+
+void BaseWidget::StopTimer(QTimer* timer) { timer->stop(); }
+
+void BaseWidget::SetEvent(int eventId, int ms) {
+  mEventId = eventId;
+  SetTimer(mEventTimer, ms);
+}
+
+int BaseWidget::TakeEventId() { return std::exchange(mEventId, -1); }
+
+void BaseWidget::TimeoutEvent() { mEventTimer->stop(); }
+
+void BaseWidget::PaintMessageBox(int messageId, bool recv, int value, int timeoutMs) {
+  (recv ? mRecvMessageId : mMessageId) = messageId;
+  // What an id without numbers shows: a notice of one centred line.
+  int kind = 0, a = 0, b = 0, c = 2, d = 24;
+  const QString text = GetMessageBoxString(messageId, &kind, &a, &b, &c, &d, value);
+  mMessageBoxType = kind;
+  ShowMessageBox(kind, a, b, text, recv, c, d);
+  QTimer* timer = recv ? mRecvMessageBoxTimer : mMessageBoxTimer;
+  if (timeoutMs < 1)
+    StopTimer(timer);
+  else
+    SetTimer(timer, timeoutMs);
+  ReportTop();
+}
+
+void BaseWidget::ShowMessageBox(int kind, int a, int b, const QString& text, bool recv, int c, int d) {
+  (recv ? mIsShowRecvMessageBox : mIsShowMessageBox) = true;
+  MessageBox*& box = recv ? mRecvMessageBox : mMessageBox;
+  if (box)
+    box->SettingMessageBox(kind, a, b, text, c, d);
+  else
+    box = new MessageBox(this, kind, a, b, text, c, d);
+  box->show();
+  box->raise();  // labels of the screen may have been made after the box
+}
+
+void BaseWidget::DelMessageBox() {
+  delete std::exchange(mMessageBox, nullptr);
+  mMessageId = -1;
+  mIsShowMessageBox = false;
+  ReportTop();
+  RepaintCurrentScreen();
+}
+
+void BaseWidget::DelRecvMessageBox() {
+  delete std::exchange(mRecvMessageBox, nullptr);
+  mRecvMessageId = -1;
+  mIsShowRecvMessageBox = false;
+  ReportTop();
+  RepaintCurrentScreen();
+}
+
+void BaseWidget::TimeoutMessageBoxTimer() {
+  mMessageBoxTimer->stop();
+  DelMessageBox();
+}
+
+void BaseWidget::TimeoutRecvMessageBoxTimer() {
+  mRecvMessageBoxTimer->stop();
+  DelRecvMessageBox();
+}
+
+bool BaseWidget::CloseStandingRecvBox() {
+  if (!mRecvMessageBox || mRecvMessageBoxTimer->isActive() || mRecvMessageBox->HasButtons()) return false;
+  DelRecvMessageBox();
+  return true;
+}
+
+void BaseWidget::EntryPreview() {
+  const Setting_Config& edited = gEnvirnmentSettings.mSetting;
+  const Setting_Config& saved = gEnvirnmentSettings.mOldSetting;
+  if (!gEnvirnmentSettings.compareSettingValue()) {
+    gNeedFormatFlag = 0;
+    Jump(PREVIEW);
+    return;
+  }
+  gNeedFormatFlag = (edited.resolution != saved.resolution ? 1 : 0) + (edited.fps != saved.fps ? 2 : 0);
+  static constexpr int kQuestion[] = {SETUP_SAVING, RESOLUTION_SETTING_CHANGE_NEED_FORMAT,
+                                      FRAME_SETTING_CHANGE_NEED_FORMAT, RES_FRAME_SETTING_CHANGE_NEED_FORMAT};
+  if (gNeedFormatFlag == 0) mRestartRecStart = true;
+  PaintMessageBox(kQuestion[gNeedFormatFlag], false, 0, 0);
+  if (gNeedFormatFlag == 0) SaveAndRestartRecording();
+}
+
+void BaseWidget::SaveAndRestartRecording() {
+  gEventGate.ProcessEvents();
+  SendEvent(SEND_VIDEO_REC_STOP, 2, QString());
+  gEnvirnmentSettings.settingSetup();
+  gEnvirnmentSettings.AllSetSettingConfig();
+  SendEvent(SEND_SETTING_COMPLETE, 0, QString());
+  gEnvirnmentSettings.mSetting.time_set_flag = 0;
+  gEnvirnmentSettings.mOldSetting.time_set_flag = 0;
+  gEnvirnmentSettings.SetSettingConfig(Set_Cfg_Time_Set_Flag, 0);
+  gEnvirnmentSettings.Log();
+  gEnvirnmentSettings.FirmLog();
+  SetTimer(mTimRestartRecStart, kRestartFallbackMs);
+}
+
+void BaseWidget::TimeoutRestartRecStart() {
+  mTimRestartRecStart->stop();
+  mRestartRecStart = false;
+  SendEvent(SEND_VIDEO_REC_START, 0, QString());
+  gEventGate.Block([] { usleep(kRecordingStartUs); });  // recording is under way before the preview returns
+  DelMessageBox();
+  Jump(PREVIEW);
+}

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+#include "gui/main.h"
+
+class MessageBox;
+class QTimer;
+
+/// Every screen: 480 × 320, with two message-box slots (the screen's own boxes, and the ones that status events raise),
+/// a general timer, the way to other screens, and the way out of the settings (EntryPreview). GUI thread.
+class BaseWidget : public QWidget {
+  Q_OBJECT
+
+public:
+  explicit BaseWidget(QWidget* parent);
+  ~BaseWidget() override;
+
+  /// A touch at (x, y) of the screen; `type` is a Touch_Type, in practice always TOUCH_PRESS.
+  virtual void touchEvent(int type, int x, int y);
+  /// A status event of the recorder, after the window's own handling.
+  virtual void recvEvent(int event, int value);
+
+  /// Called whenever the screen becomes visible, and whenever it is hidden or covered.
+  virtual void onResume();
+  virtual void onPause();
+
+  /// A touch while one of the screen's own boxes (an event's box) is up.
+  virtual void MessageBoxHandler(int type, int x, int y, int messageId);
+  virtual void RecvMessageBoxHandler(int type, int x, int y, int messageId);
+
+  /// Shows catalogue message `messageId` in the own slot, or the event slot if `recv`; in place of what the slot shows.
+  /// `value` goes into texts that take one. It closes itself after `timeoutMs`; below 1: it stays until deleted.
+  void PaintMessageBox(int messageId, bool recv, int value, int timeoutMs);
+  void ShowMessageBox(int kind, int a, int b, const QString& text, bool recv, int c, int d);
+  void DelMessageBox();
+  virtual void DelRecvMessageBox();
+
+  /// Closes an event box that nothing else would close: no buttons, no running timer. False when there is none.
+  bool CloseStandingRecvBox();
+
+  bool GetShowMessageBoxFlag() const { return mIsShowMessageBox; }
+  bool GetShowRecvMessageBoxFlag() const { return mIsShowRecvMessageBox; }
+  int GetMessageId() const { return mMessageId; }          ///< of the own box; -1 = none
+  int GetRecvMessageId() const { return mRecvMessageId; }  ///< of the event box; -1 = none
+  bool GetRestartRecStartFlag() const { return mRestartRecStart; }
+
+  // After these three the screen may be gone: touch nothing of it.
+  void Next(WidgetId id, QObject* arg = nullptr);
+  void Back();
+  void Jump(WidgetId id);
+
+  /// A command to the recorder, as ScreenHost::SendEvent.
+  void SendEvent(Send_Event event, int value, const QString& text, int* out = nullptr);
+  void SendEvent(Send_Event event, int value, const QString& text, float* out);
+
+  static void SetTimer(QTimer* timer, int ms);
+  static void StopTimer(QTimer* timer);
+  /// TimeoutEvent is called after `ms` with `eventId` pending; it replaces what was pending.
+  void SetEvent(int eventId, int ms);
+
+  /// Leaves the setting screens for the live view: saves what was changed, or asks for a format of the card first.
+  void EntryPreview();
+
+public slots:
+  virtual void TimeoutEvent();
+  void TimeoutRestartRecStart();
+  void TimeoutMessageBoxTimer();
+  void TimeoutRecvMessageBoxTimer();
+
+signals:
+  void nextWidget(WidgetId id, QObject* arg);
+  void backWidget();
+  void jumpWidget(WidgetId id);
+
+protected:
+  void paintEvent(QPaintEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
+  /// The pending event, which is none any more. For TimeoutEvent: what it does next may delete the screen.
+  int TakeEventId();
+
+  bool mIsShowRecvMessageBox = false;
+  bool mIsShowMessageBox = false;
+  int mMessageBoxType = -1;
+  int mRecvMessageId = -1;
+  int mMessageId = -1;
+  MessageBox* mMessageBox = nullptr;
+  MessageBox* mRecvMessageBox = nullptr;
+  QTimer* mMessageBoxTimer;
+  QTimer* mRecvMessageBoxTimer;
+  QTimer* mEventTimer;
+  QTimer* mTimRestartRecStart;
+  int mEventId = -1;
+  bool mRestartRecStart = false;
+
+private:
+  void SaveAndRestartRecording();
+};
