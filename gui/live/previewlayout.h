@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QPixmap>
 #include <memory>
 
 #include "gui/screen/basewidget.h"
@@ -8,6 +7,7 @@
 
 class PFileInfo;
 class QLabel;
+class QPainter;
 
 /// The labels of the preview.
 enum Label_Type {
@@ -57,7 +57,6 @@ public slots:
   void previewEnabled(bool on);
   void lowvolRecv(int on);  ///< the low-voltage countdown: 1 = it runs, 0 = it has ended
   void SlotSec();
-  void TimeoutInitFrontLedMsg();
   void TimeoutPaintTouchTest();
   void TimeoutSeachingPfilInfo();
   void TimeoutNeedTouchComp();
@@ -74,31 +73,41 @@ private:
   struct HotKey;
   static const HotKey kHotKeys[];
 
-  void InitData();
   void InitTimer();
   void InitLabel();
   QLabel* SetLabel(Label_Type type);
   void PaintTouchTestOrSeachingPfileInfo();
+  void ResumeChecks();
+  bool ShowParkingReport();
+
   bool IsCurrentScreen() const;
   bool IsParkedWithParkingMode() const;
   bool IsDetectFileKeyShown() const;
   bool IsStandingBoxShown() const;
   QRect DetectFileKeyRect() const;
+
   void ShowAwake();
   void ArmTouchWait();
   void ArmTimers();
   void Notice(MessageBox_Id id);
   void ShowStandingBox(MessageBox_Id id, int value);
-  void ForceFrontView();
-  void SwitchView(int display);
-  void CountingTouchEntryProcess();
+  void ShowLabel(QLabel* label, bool shown);
   void UpdateSpeedLabel();
+  void PaintPlates(QPainter& painter, const QRect& exposed);
+
+  void SwitchView(int display);
+  void ForceFrontView();
+  void SwitchRearCamera(bool on);
+  void Step(int& value, int count, Setting_Id setting, Send_Event command);
+  void FinishDetectRecording();
+  void CountingTouchEntryProcess();
 
   void PressView();
   void PressMicrophone();
   void PressRearCamera();
   void PressMenu();
-  void PressMirroringOrPip();
+  void PressLowerLeft();
+  void PressLowerRight();
   void PressDetectFile();
   void PressElsewhere();
 
@@ -109,7 +118,6 @@ private:
   QLabel* mMainVolLabel = nullptr;
   QLabel* mLowVolCountLabel = nullptr;
   QTimer* mSecTimer = nullptr;
-  QTimer* mTimInitFrontLedMsg = nullptr;
   QTimer* mTimPaintTouchTest = nullptr;
   QTimer* mTimSeachingPfileInfo = nullptr;
   QTimer* mTimNeedTouchComp = nullptr;
@@ -119,7 +127,6 @@ private:
   QTimer* mDetectRecordingTimer = nullptr;
   QTimer* mPrepareRearcamRecordingTimer = nullptr;
   std::unique_ptr<PFileInfo> pFile;
-  int mIdxFrontLedMsg = 0;
   int mIsUpdateMinute = 0;
   QString mStrTime;
   QString mStrVoltage;

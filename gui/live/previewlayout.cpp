@@ -1,0 +1,745 @@
+#include "gui/live/previewlayout.h"
+
+#include <QFile>
+#include <QLabel>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QTimer>
+#include <cmath>
+#include <utility>
+
+#include "gui/base/devicepath.h"
+#include "gui/base/eventgate.h"
+#include "gui/base/globals.h"
+#include "gui/base/picture.h"
+#include "gui/base/shell.h"
+#include "gui/live/clock.h"
+#include "gui/parking/pfileinfo.h"
+#include "gui/screen/screenhost.h"
+#include "gui/screen/widgetmanager.h"
+#include "gui/settings/settings.h"
+
+namespace {
+constexpr int kSecondMs = 1000;
+constexpr int kNoticeMs = 2000;
+constexpr int kOverlayMs = 5000;
+constexpr int kHiddenEntryMs = 3000;
+constexpr int kHiddenEntryTaps = 3;  // counted before the one that opens: five taps in all
+constexpr int kDetectStartMs = 2000;
+constexpr int kDetectBlinkMs = 500;
+constexpr int kRearCameraDelayMs = 10000;
+constexpr int kCheckMs = 2000;
+constexpr int kTouchCompMs = 1000;
+constexpr int kLcdOffMs[] = {0, 10000, 30000, 60000, 0};  // by lcd_auto_off; 0 and 4: never
+constexpr float kVoltageStep = 0.05F;                     // volts; a smaller move is not shown
+
+// The start-up touch test, gTouchTestStage.
+enum { kStageNone = 0, kStageCheck = 1, kStageCheckShown = 2, kStageDone = 3, kStageTestOnly = 100 };
+
+constexpr QSize kKeySize(71, 60);
+constexpr QPoint kViewKey(4, 3), kMicKey(79, 3), kRearKey(154, 3), kMenuKey(229, 3), kLowerLeft(4, 66),
+    kLowerRight(79, 66);
+
+// The view that is shown: 0 both, 1 front, 2 rear; a stored value that is none of these shows the front.
+int View() {
+  const int display = gEnvirnmentSettings.mSetting.display;
+  return display == 0 || display == 2 ? display : 1;
+}
+
+int NextOf(int value, int count) { return ((value + 1) % count + count) % count; }
+
+struct LabelRow {
+  Label_Type type;
+  QRect box;
+  int px;
+  QPoint plate;
+};
+constexpr LabelRow kLabels[] = {
+    {Label_Clock, QRect(38, 284, 192, 32), 18, QPoint(4, 284)},
+    {Label_GpsSpeed, QRect(270, 284, 84, 32), 18, QPoint(238, 284)},
+    {Label_Voltage, QRect(394, 284, 78, 32), 18, QPoint(362, 284)},
+    {Label_LowVoltage_Count, QRect(380, 4, 92, 40), 22, QPoint(342, 4)},
+};
+
+QString ViewPicture() {
+  const ViewStatus_Config& view = gPreview.Status.View;
+  return View() == 0 ? view.Pip : View() == 2 ? view.Rear : view.Front;
+}
+
+QString MovingPipPicture() {
+  const MovingPip_Config& pip = gPreview.Status.movingPip;
+  const QString pictures[] = {pip.rightBottom, pip.rightTop, pip.leftTop, pip.leftBottom};
+  const int corner = gEnvirnmentSettings.mMovingPip;
+  return pictures[corner >= 0 && corner < 4 ? corner : 0];
+}
+
+QString RearCameraPicture() {
+  const RearCamRecording_Config& rear = gPreview.Status.rearCamRecording;
+  const bool on = gEnvirnmentSettings.mSetting.rear_cam_power != 0;
+  if (gCountOfCamera == 1) return on ? rear.On_dis : rear.Off_dis;
+  return on ? rear.On : rear.Off;
+}
+}  // namespace
+
+struct PreviewLayout::HotKey {
+  QRect area;
+  void (PreviewLayout::*press)();
+};
+
+const PreviewLayout::HotKey PreviewLayout::kHotKeys[] = {
+    {QRect(QPoint(5, 4), QPoint(74, 62)), &PreviewLayout::PressView},
+    {QRect(QPoint(80, 4), QPoint(149, 62)), &PreviewLayout::PressMicrophone},
+    {QRect(QPoint(230, 4), QPoint(299, 62)), &PreviewLayout::PressMenu},
+    {QRect(QPoint(5, 67), QPoint(74, 125)), &PreviewLayout::PressLowerLeft},
+    {QRect(QPoint(80, 67), QPoint(149, 125)), &PreviewLayout::PressLowerRight},
+    {QRect(QPoint(155, 4), QPoint(224, 62)), &PreviewLayout::PressRearCamera},
+};
+
+PreviewLayout::PreviewLayout(QWidget* parent) : BaseWidget(parent) {
+  InitTimer();
+  InitLabel();
+  InitTime();
+  PaintTouchTestOrSeachingPfileInfo();
+}
+
+PreviewLayout::~PreviewLayout() = default;
+
+void PreviewLayout::InitTimer() {
+  const auto make = [this](QTimer*& timer, void (PreviewLayout::*slot)()) {
+    timer = new QTimer(this);
+    connect(timer, &QTimer::timeout, this, [this, armed = timer, slot] {
+      if (gEventGate.Enter(armed)) (this->*slot)();
+    });
+  };
+  make(mSecTimer, &PreviewLayout::SlotSec);
+  make(mTimPaintTouchTest, &PreviewLayout::TimeoutPaintTouchTest);
+  make(mTimSeachingPfileInfo, &PreviewLayout::TimeoutSeachingPfilInfo);
+  make(mTimNeedTouchComp, &PreviewLayout::TimeoutNeedTouchComp);
+  make(mTimLcdOff, &PreviewLayout::TimeoutLcdOff);
+  make(mTimTouchWait, &PreviewLayout::TimeoutTouchWait);
+  make(mTouchEntryTimer, &PreviewLayout::TimeoutTouchEntry);
+  make(mDetectRecordingTimer, &PreviewLayout::TimeoutDetectRecording);
+  make(mPrepareRearcamRecordingTimer, &PreviewLayout::TimeoutPrepareRearcamRecording);
+}
+
+void PreviewLayout::InitLabel() {
+  mClockLabel = SetLabel(Label_Clock);
+  mGpsSpeedLabel = SetLabel(Label_GpsSpeed);
+  mMainVolLabel = SetLabel(Label_Voltage);
+  mLowVolCountLabel = SetLabel(Label_LowVoltage_Count);
+  mGpsSpeedLabel->hide();
+  mLowVolCountLabel->hide();
+}
+
+QLabel* PreviewLayout::SetLabel(Label_Type type) {
+  const bool countdown = type == Label_LowVoltage_Count;
+  auto* label = new QLabel(this);
+  for (const LabelRow& row : kLabels) {
+    if (row.type != type) continue;
+    label->setGeometry(row.box);
+    QFont face = label->font();
+    face.setPixelSize(row.px);
+    face.setBold(countdown);
+    label->setFont(face);
+  }
+  label->setTextFormat(Qt::PlainText);
+  label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  const Color& white = gColor.PreviewText;
+  QPalette ink = label->palette();
+  ink.setColor(QPalette::WindowText, countdown ? QColor(12, 10, 11) : QColor(white.r, white.g, white.b));
+  label->setPalette(ink);
+  return label;
+}
+
+// --------------------------------------------------------------------------------------------------- overlay and LCD
+
+bool PreviewLayout::IsCurrentScreen() const { return gWidgetManager.GetCurrentWidget() == this; }
+
+// A box that stays until it is answered: the overlay that carries it stays, too.
+bool PreviewLayout::IsStandingBoxShown() const {
+  return (mIsShowRecvMessageBox && !mRecvMessageBoxTimer->isActive()) ||
+         (mIsShowMessageBox && !mMessageBoxTimer->isActive());
+}
+
+void PreviewLayout::ArmTouchWait() {
+  if (!IsStandingBoxShown()) SetTimer(mTimTouchWait, kOverlayMs);
+}
+
+void PreviewLayout::SetLcdOffTimer() {
+  if (IsStandingBoxShown()) return;
+  mTimLcdOff->stop();
+  const int choice = gEnvirnmentSettings.mSetting.lcd_auto_off;
+  if (choice >= 1 && choice <= 3) mTimLcdOff->setInterval(kLcdOffMs[choice]);
+  mTimLcdOff->start();
+}
+
+void PreviewLayout::ArmTimers() {
+  ArmTouchWait();
+  SetLcdOffTimer();
+}
+
+void PreviewLayout::ShowPreview() {
+  if (!IsCurrentScreen()) return;  // a covered screen would open a window of its own
+  mEnableView = true;
+  setVisible(true);
+  ArmTouchWait();
+}
+
+void PreviewLayout::HidePreview() {
+  StopTimer(mTimTouchWait);
+  mEnableView = false;
+  setVisible(false);
+}
+
+void PreviewLayout::previewEnabled(bool on) {
+  if (on)
+    ShowPreview();
+  else
+    HidePreview();
+}
+
+void PreviewLayout::LcdOff() {
+  if (gMainWindow->GetIsLcdOff()) return;
+  gMainWindow->LcdOff();
+  StopTimer(mTimTouchWait);
+}
+
+void PreviewLayout::LcdOn() {
+  if (!gMainWindow->GetIsLcdOff()) return;
+  gMainWindow->LcdOn();
+  ArmTouchWait();
+}
+
+void PreviewLayout::ShowAwake() {
+  LcdOn();
+  ShowPreview();
+}
+
+void PreviewLayout::TimeoutTouchWait() {
+  mTimTouchWait->stop();
+  if (!IsStandingBoxShown() && IsCurrentScreen()) HidePreview();
+}
+
+void PreviewLayout::TimeoutLcdOff() {
+  mTimLcdOff->stop();
+  const Setting_Config& setting = gEnvirnmentSettings.mSetting;
+  const bool never = setting.lcd_auto_off == 0 || setting.lcd_auto_off == 4;
+  if (never || gMainWindow->GetIsLcdOff() || IsStandingBoxShown() || !IsCurrentScreen()) return;
+  if (setting.lcd_wait_dis == 0) {
+    LcdOff();
+    return;
+  }
+  ShowPreview();
+  Next(SCREENSAVER);
+}
+
+void PreviewLayout::onResume() {
+  GetSystemVoltage();
+  SetCurTimeAndVolStr();
+  UpdateSpeedLabel();
+  SetLowVolPowerOffCountLabel(gMainWindow->GetIsLowVolCount());
+  SetTimer(mSecTimer, kSecondMs);
+  if (!mIsDetectRecording) {
+    ShowPreview();
+    SetLcdOffTimer();
+  }
+  mInitOnResume = true;
+  gMainWindow->StopGlobalEntryPreviewTimer();
+  if ((IsParkedWithParkingMode() && gEnvirnmentSettings.mSetting.rear_cam_power == 0) || gCountOfCamera == 1)
+    ForceFrontView();
+  ResumeChecks();
+}
+
+// What the touch calibration or the touch test, if one was shown, leaves to be done.
+void PreviewLayout::ResumeChecks() {
+  if (gMainWindow->GetNeedTouchComBeforeSDFormat() == 2) {
+    gMainWindow->SetNeedTouchComBeforeSDFormat(0);
+    SendEvent(SEND_SET_TOUCH_COM_END, 0, QString());
+    // From the event loop: another screen cannot be opened while this one is being shown.
+    if (std::exchange(mDispPFileInfo, false)) SetTimer(mTimSeachingPfileInfo, 0);
+  } else if (gTouchTestStage == kStageCheck) {
+    gTouchTestStage = kStageCheckShown;
+  } else if (gTouchTestStage == kStageCheckShown) {
+    gTouchTestStage = kStageDone;
+    PaintTouchTestOrSeachingPfileInfo();
+  }
+}
+
+void PreviewLayout::onPause() {
+  StopTimer(mSecTimer);
+  StopTimer(mTimTouchWait);
+}
+
+// --------------------------------------------------------------------------------------------------- checks at the start
+
+void PreviewLayout::PaintTouchTestOrSeachingPfileInfo() {
+  const auto exists = [](const char* path) { return QFile::exists(DevicePath(QLatin1String(path))); };
+  const bool updated = exists(device::kUpdateMarker);
+  const bool updated2 = exists(device::kUpdateMarker2);
+  if (exists(device::kTouchCheckMarker) && gTouchTestStage == kStageNone && (updated || updated2)) {
+    gEnvirnmentSettings.mTouchValue.Store(kFactoryTouchValue);
+    gTouchTestStage = kStageCheck;
+    SetTimer(mTimPaintTouchTest, kCheckMs);
+  } else if (exists(device::kTouchTestMarker) && gTouchTestStage == kStageNone) {
+    gTouchTestStage = kStageTestOnly;
+    SetTimer(mTimPaintTouchTest, kCheckMs);
+  } else if (updated || updated2) {
+    mDispPFileInfo = !updated;
+    SetTimer(mTimNeedTouchComp, kTouchCompMs);
+  } else if (gSdError) {
+    gSdError = false;
+    ShowStandingBox(R_SD_ERROR_NEET_FORMAT, 0);
+  } else if (gIsSdError) {
+    gIsSdError = false;
+    ShowStandingBox(R_SD_CARD_EXCHANGE_NEED, 0);
+  } else {
+    SetTimer(mTimSeachingPfileInfo, kCheckMs);
+  }
+}
+
+void PreviewLayout::TimeoutPaintTouchTest() {
+  mTimPaintTouchTest->stop();
+  if (!IsCurrentScreen()) {
+    SetTimer(mTimPaintTouchTest, kCheckMs);  // after the screen that the user has opened meanwhile
+    return;
+  }
+  gMainWindow->SetIsCurrentShowTouchMotion(true);
+  gMainWindow->SetIsTouchMotionVer(true);
+  ShowAwake();
+  gMainWindow->StopParkingModeLcdOffTimer();
+  StopTimer(mTimLcdOff);
+  Next(TOUCHTEST);
+}
+
+void PreviewLayout::TimeoutNeedTouchComp() {
+  mTimNeedTouchComp->stop();
+  if (!IsCurrentScreen()) {
+    SetTimer(mTimNeedTouchComp, kTouchCompMs);
+    return;
+  }
+  gMainWindow->SetNeedTouchComBeforeSDFormat(1);
+  StopTimer(mTimLcdOff);
+  gMainWindow->StopParkingModeLcdOffTimer();
+  Next(TOUCHCOMP);
+}
+
+void PreviewLayout::TimeoutSeachingPfilInfo() {
+  mTimSeachingPfileInfo->stop();
+  if (!IsCurrentScreen()) {
+    SetTimer(mTimSeachingPfileInfo, kCheckMs);
+    return;
+  }
+  ShowParkingReport();
+}
+
+bool PreviewLayout::SetPfileInfo() {
+  pFile = std::make_unique<PFileInfo>();
+  return pFile->openDataFile(DevicePath(QLatin1String(device::kParkingReport)));
+}
+
+// False when there is no report to show.
+bool PreviewLayout::ShowParkingReport() {
+  if (!SetPfileInfo()) {
+    pFile.reset();
+    return false;
+  }
+  ShowAwake();
+  StopTimer(mTimLcdOff);
+  Next(PFILEGRAPH, pFile.get());
+  return true;
+}
+
+// ------------------------------------------------------------------------------------------------------- status texts
+
+void PreviewLayout::GetSystemVoltage() { SendEvent(SEND_GET_VOLTAGE, 0, QString(), &gRecvVoltage); }
+
+void PreviewLayout::InitTime() {
+  mTimeSet = ReadClock();
+  CopyTimeSet();
+}
+
+void PreviewLayout::CopyTimeSet() { mCurTime = mTimeSet; }
+
+void PreviewLayout::SetDefaultTime() { mCurTime = DefaultTime(); }
+
+void PreviewLayout::GoTime() {
+  mTimeSet = ReadClock();
+  mIsUpdateMinute = mTimeSet.Minute != mCurTime.Minute ? 1 : 0;
+  CopyTimeSet();
+}
+
+void PreviewLayout::SetCurTimeAndVolStr() {
+  GoTime();
+  if (ChkTimeError(mCurTime) != 0) SetDefaultTime();
+  mStrTime = QString::asprintf("%04d/%02d/%02d", mCurTime.Year, mCurTime.Month, mCurTime.Day) + QLatin1String("  ") +
+             QString::asprintf("%02d:%02d ", mCurTime.Hour, mCurTime.Minute);
+  if (mIsUpdateMinute != 0 || !mInitOnResume) mClockLabel->setText(mStrTime);
+  if (std::abs(gRecvVoltage - mShownVoltage) > kVoltageStep || !mInitOnResume) {
+    mShownVoltage = gRecvVoltage;
+    mStrVoltage = QString::asprintf("%3.1fv", double{gRecvVoltage});
+    mMainVolLabel->setText(mStrVoltage);
+  }
+}
+
+void PreviewLayout::SetLowVolPowerOffCountStr() {
+  mStrLowVolCount = QString::asprintf("차단%d", gMainWindow->GetCountOfLowVolPowerOff());
+  mLowVolCountLabel->setText(mStrLowVolCount);
+}
+
+void PreviewLayout::SetLowVolPowerOffCountLabel(bool shown) {
+  if (shown) SetLowVolPowerOffCountStr();
+  ShowLabel(mLowVolCountLabel, shown);
+}
+
+void PreviewLayout::UpdateSpeedLabel() {
+  mGpsSpeedLabel->setText(QString::asprintf("%d km/h", mSpeed));
+  ShowLabel(mGpsSpeedLabel, gEnvirnmentSettings.mSetting.gps_speed_display != 1 && gIsConnectGps == 2);
+}
+
+// The label, and with it the plate below it.
+void PreviewLayout::ShowLabel(QLabel* label, bool shown) {
+  if (shown != label->isHidden()) return;
+  label->setVisible(shown);
+  update();
+}
+
+void PreviewLayout::SlotSec() {
+  mSecTimer->stop();
+  GetSystemVoltage();
+  SetCurTimeAndVolStr();
+  SetTimer(mSecTimer, kSecondMs);
+}
+
+void PreviewLayout::lowvolRecv(int on) {
+  if (on == 1) ShowPreview();
+  SetLowVolPowerOffCountLabel(on == 1);
+  ArmTimers();
+}
+
+// ------------------------------------------------------------------------------------------------------------- touches
+
+void PreviewLayout::touchEvent(int type, int x, int y) {
+  if (mIsDetectRecording) return;
+  if (gMainWindow->GetIsLcdOff()) {
+    LcdOn();
+    return;
+  }
+  if (!mEnableView) {
+    ShowPreview();
+    CountingTouchEntryProcess();
+    return;
+  }
+  ArmTimers();
+  if (mIsShowMessageBox || mIsShowRecvMessageBox) {
+    if (mIsShowMessageBox) MessageBoxHandler(type, x, y, mMessageId);
+    if (mIsShowRecvMessageBox) RecvMessageBoxHandler(type, x, y, mRecvMessageId);
+    return;
+  }
+  for (const HotKey& key : kHotKeys) {
+    if (!key.area.contains(x, y)) continue;
+    (this->*key.press)();
+    return;
+  }
+  PressElsewhere();
+}
+
+void PreviewLayout::Notice(MessageBox_Id id) { PaintMessageBox(id, false, 0, kNoticeMs); }
+
+bool PreviewLayout::IsParkedWithParkingMode() const {
+  return gMainWindow->GetIsIngParkingModeOn() && gEnvirnmentSettings.mSetting.parking_mode_on != 0;
+}
+
+void PreviewLayout::SwitchView(int display) {
+  gEnvirnmentSettings.mSetting.display = display;
+  gEnvirnmentSettings.SetSettingConfig(Set_Cfg_Display, display);
+}
+
+void PreviewLayout::ForceFrontView() {
+  if (gEnvirnmentSettings.mSetting.display == 1) return;
+  SwitchView(1);
+  SendEvent(SEND_SWITCH_DISPLAY, 1, QString());
+  repaint();
+}
+
+void PreviewLayout::PressView() {
+  if (gCountOfCamera == 1) {
+    PlayClick();
+    Notice(DISCONNECT_REARCAM);
+    return;
+  }
+  if (IsParkedWithParkingMode() && gEnvirnmentSettings.mSetting.rear_cam_power == 0) {
+    PlayClick();
+    Notice(REAR_CAM_POWER_OFF_MSG);
+    return;
+  }
+  const int next = NextOf(View(), 3);
+  SwitchView(next);
+  repaint();
+  PlayClick();
+  SendEvent(SEND_SWITCH_DISPLAY, next, QString());
+}
+
+void PreviewLayout::PressMicrophone() {
+  PlayClick();
+  const int volume = gEnvirnmentSettings.mSetting.volume;
+  if (volume != 0) {
+    gReturnVolume = volume;
+    Notice(VOLUME_OFF);
+  } else {
+    Notice(VOLUME_ON);
+  }
+  mReturnVolume = gReturnVolume;
+  const int next = volume != 0 ? 0 : mReturnVolume;
+  gEnvirnmentSettings.SetSettingConfig(Set_Cfg_Volume, next);
+  repaint();
+  SendEvent(SEND_SET_VOLUME, next, QString());
+}
+
+void PreviewLayout::PressMenu() {
+  StopTimer(mTimLcdOff);
+  gMainWindow->SetGlobalEntryPreviewTimer();
+  gEnvirnmentSettings.mSetting.time_set_flag = 0;
+  gEnvirnmentSettings.mOldSetting.time_set_flag = 0;
+  gEnvirnmentSettings.SetSettingConfig(Set_Cfg_Time_Set_Flag, 0);
+  Next(MAINMENU);
+}
+
+void PreviewLayout::PressLowerLeft() {
+  if (View() == 1)
+    PressDetectFile();
+  else if (View() == 2)
+    Step(gEnvirnmentSettings.mMirroring, 2, Set_Cfg_Mirroring, SEND_SET_MIRRORING);
+  else
+    Step(gEnvirnmentSettings.mMovingPip, 4, Set_Cfg_MovingPip, SEND_SET_MOVING_PIP);
+}
+
+void PreviewLayout::PressLowerRight() {
+  if (View() == 1)
+    PressElsewhere();
+  else
+    PressDetectFile();
+}
+
+void PreviewLayout::Step(int& value, int count, Setting_Id setting, Send_Event command) {
+  value = NextOf(value, count);
+  PlayClick();
+  repaint();
+  const QPointer<PreviewLayout> here(this);
+  gEventGate.ProcessEvents();
+  if (!here) return;
+  gEnvirnmentSettings.SetSettingConfig(setting, value);
+  SendEvent(command, value, QString());
+}
+
+void PreviewLayout::PressRearCamera() {
+  PlayClick();
+  if (gCountOfCamera == 1)
+    Notice(DISCONNECT_REARCAM);
+  else if (!IsParkedWithParkingMode())
+    Notice(REARCAM_SETTING_WARNING_ACC);
+  else
+    SwitchRearCamera(gEnvirnmentSettings.mSetting.rear_cam_power == 0);
+}
+
+void PreviewLayout::SwitchRearCamera(bool on) {
+  gEnvirnmentSettings.SetSettingConfig(Set_Cfg_RearCamPower, on ? 1 : 0);
+  if (!on) ForceFrontView();
+  Notice(on ? REAR_CAM_RECORD_START : REAR_CAM_RECORD_STOP);
+  repaint();
+  SendEvent(SEND_SET_REARCAM_ONOFF, on ? 1 : 0, QString());
+  if (!on) return;
+  mPrepareReacamRecordingDelay = true;
+  SetTimer(mPrepareRearcamRecordingTimer, kRearCameraDelayMs);
+}
+
+void PreviewLayout::TimeoutPrepareRearcamRecording() {
+  mPrepareRearcamRecordingTimer->stop();
+  mPrepareReacamRecordingDelay = false;
+}
+
+void PreviewLayout::PressElsewhere() {
+  TimeoutTouchWait();
+  CountingTouchEntryProcess();
+}
+
+// Five taps beside the keys within 3 s of the first open the touch calibration: for a panel that hits no key any more.
+void PreviewLayout::CountingTouchEntryProcess() {
+  if (!mTouchEntryTimer->isActive()) {
+    mTouchComStartCount = 0;
+    SetTimer(mTouchEntryTimer, kHiddenEntryMs);
+    return;
+  }
+  if (mTouchComStartCount < kHiddenEntryTaps) {
+    ++mTouchComStartCount;
+    return;
+  }
+  StopTimer(mTouchEntryTimer);
+  mTouchComStartCount = 0;
+  ShowPreview();
+  Notice(HIDDEN_TOUCH_COM_ENTRY);
+  SetEvent(HIDDEN_TOUCH_COM_ENTRY, kNoticeMs);
+}
+
+void PreviewLayout::TimeoutTouchEntry() { mTouchEntryTimer->stop(); }
+
+void PreviewLayout::TimeoutEvent() {
+  BaseWidget::TimeoutEvent();
+  if (TakeEventId() != HIDDEN_TOUCH_COM_ENTRY || !IsCurrentScreen()) return;
+  StopTimer(mTimLcdOff);
+  gMainWindow->StopParkingModeLcdOffTimer();
+  Next(TOUCHCOMP);
+}
+
+// ---------------------------------------------------------------------------------------------- manual event recording
+
+bool PreviewLayout::IsExistNdfFile() { return QFile::exists(DevicePath(QLatin1String(device::kManualEventMarker))); }
+
+bool PreviewLayout::IsDetectFileKeyShown() const {
+  if (gEnvirnmentSettings.mSetting.protect_file == 0) return false;
+  return mIsDetectRecording || !gMainWindow->GetIsIngParkingModeOn();
+}
+
+QRect PreviewLayout::DetectFileKeyRect() const { return {View() == 1 ? kLowerLeft : kLowerRight, kKeySize}; }
+
+void PreviewLayout::PressDetectFile() {
+  if (gEnvirnmentSettings.mSetting.protect_file == 0 || gMainWindow->GetIsIngParkingModeOn()) return;
+  if (mPrepareReacamRecordingDelay) {
+    Notice(PREPARING_RECAM_RECORDING);
+    return;
+  }
+  Notice(SELECT_NDF_FILE);
+  SendEvent(SEND_SET_CURRENT_RECORDING_FILE_DETECT, 0, QString());
+  TimeoutDetectRecording();
+}
+
+void PreviewLayout::TimeoutDetectRecording() {
+  mDetectRecordingTimer->stop();
+  if (!mIsDetectRecording) {
+    mIsDetectRecording = true;
+    gMainWindow->SetIsDetectRecording(true);
+    gMainWindow->StopParkingModeLcdOffTimer();
+    StopTimer(mTimTouchWait);
+    StopTimer(mTimLcdOff);
+    SetTimer(mDetectRecordingTimer, kDetectStartMs);
+    repaint();
+  } else if (IsExistNdfFile()) {
+    mIsDetectRecordingBlink = !mIsDetectRecordingBlink;
+    repaint(DetectFileKeyRect());
+    SetTimer(mDetectRecordingTimer, kDetectBlinkMs);
+  } else {
+    FinishDetectRecording();
+  }
+}
+
+void PreviewLayout::FinishDetectRecording() {
+  mIsDetectRecording = false;
+  mIsDetectRecordingBlink = false;
+  gMainWindow->SetIsDetectRecording(false);
+  gMainWindow->SetParkingModeLcdOffTimer();
+  Notice(FINISH_MANUAL_RECORDING);
+  ShowPreview();
+  SetLcdOffTimer();
+  repaint();
+}
+
+// ---------------------------------------------------------------------------------------------- status events and boxes
+
+void PreviewLayout::recvEvent(int event, int value) {
+  switch (event) {
+    case RECV_ZEL_STATUS_SD_ERROR:
+      if (!gSdError) break;
+      gSdError = false;
+      ShowStandingBox(R_SD_ERROR_NEET_FORMAT, value);
+      break;
+    case RECV_ZEL_STATUS_HW_ERROR:
+      if (!gIsSdError || (value != 8 && value != 18)) break;
+      gIsSdError = false;
+      ShowStandingBox(value == 8 ? R_SD_CARD_EXCHANGE_NEED : R_HW_ERROR, value);
+      break;
+    case RECV_ZEL_STATUS_PARK_MODE_OUT:
+      if (gEnvirnmentSettings.mSetting.parking_mode_on == 0) break;
+      if (!ShowParkingReport()) PaintMessageBox(R_PARK_MODE_OUT, true, value, kNoticeMs);
+      break;
+    case RECV_ZEL_STATUS_LCD_KEY:
+      if (!gMainWindow->GetIsTouchMotionVer()) break;
+      gMainWindow->SetIsCurrentShowTouchMotion(true);
+      Next(TOUCHTEST);
+      break;
+    case RECV_ZEL_STATUS_SPEED:
+      mSpeed = value;
+      UpdateSpeedLabel();
+      break;
+    case RECV_ZEL_STATUS_GPS_CONNECT:
+      UpdateSpeedLabel();
+      break;
+    default:
+      break;
+  }
+}
+
+// A box of the event slot that stays until it is answered.
+void PreviewLayout::ShowStandingBox(MessageBox_Id id, int value) {
+  ShowAwake();
+  PaintMessageBox(id, true, value, 0);
+  StopTimer(mTimTouchWait);
+  StopTimer(mTimLcdOff);
+}
+
+void PreviewLayout::DelRecvMessageBox() {
+  BaseWidget::DelRecvMessageBox();
+  if (IsCurrentScreen() && mEnableView && !mIsDetectRecording) ArmTimers();
+}
+
+void PreviewLayout::MessageBoxHandler(int, int, int, int) {}
+
+void PreviewLayout::RecvMessageBoxHandler(int, int x, int y, int messageId) {
+  if (messageId != R_SD_ERROR_NEET_FORMAT || y < 214 || y > 259) return;
+  if (x >= 56 && x <= 229) {
+    DelRecvMessageBox();
+    SendEvent(SEND_SET_SYSTEM_SD_FORMAT, 0, QString());
+    StopTimer(mTimLcdOff);
+    Next(SDFORMAT);
+  } else if (x >= 251 && x <= 424) {
+    DelRecvMessageBox();
+  }
+}
+
+// ------------------------------------------------------------------------------------------------------------- painting
+
+void PreviewLayout::paintEvent(QPaintEvent* event) {
+  QPainter painter(this);
+  const Color& trans = gColor.Trans;
+  painter.fillRect(event->rect(), gMainWindow->GetIsLcdOff() ? QColor(Qt::black) : QColor(trans.r, trans.g, trans.b));
+  const auto draw = [&](QPoint at, const QString& path) {
+    if (QRect(at, kKeySize).intersects(event->rect())) painter.drawPixmap(at, Picture(path));
+  };
+  draw(kViewKey, ViewPicture());
+  draw(kMicKey, gEnvirnmentSettings.mSetting.volume != 0 ? gPreview.Status.Mic.On : gPreview.Status.Mic.Off);
+  draw(kRearKey, RearCameraPicture());
+  draw(kMenuKey, gPopMenu.Menu.Image.Image[0].ReleaseImage);
+  if (View() == 2)
+    draw(kLowerLeft, gEnvirnmentSettings.mMirroring == 0 ? gPreview.Status.mirror.def : gPreview.Status.mirror.mirroring);
+  if (View() == 0) draw(kLowerLeft, MovingPipPicture());
+  if (IsDetectFileKeyShown())
+    draw(DetectFileKeyRect().topLeft(), mIsDetectRecording && mIsDetectRecordingBlink
+                                            ? gPreview.Status.protectFile.disableImage
+                                            : gPreview.Status.protectFile.normalImage);
+  PaintPlates(painter, event->rect());
+}
+
+// Text over video needs an opaque ground; a plate is there only while its label is.
+void PreviewLayout::PaintPlates(QPainter& painter, const QRect& exposed) {
+  const std::pair<const QLabel*, QString> plates[] = {
+      {mClockLabel, gPreview.Time.Bg},
+      {mGpsSpeedLabel, gPreview.GpsSpeed.Bg},
+      {mMainVolLabel, gPreview.Voltage.Bg},
+      {mLowVolCountLabel, QStringLiteral("preview/status_lowvol_bg.bmp")},
+  };
+  for (size_t i = 0; i < std::size(plates); ++i) {
+    const auto& [label, path] = plates[i];
+    if (label->isHidden()) continue;
+    const QPixmap plate = Picture(path);
+    if (QRect(kLabels[i].plate, plate.size()).intersects(exposed)) painter.drawPixmap(kLabels[i].plate, plate);
+  }
+}
