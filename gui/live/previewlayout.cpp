@@ -106,35 +106,43 @@ PreviewLayout::PreviewLayout(QWidget* parent) : BaseWidget(parent) {
 PreviewLayout::~PreviewLayout() = default;
 
 void PreviewLayout::InitTimer() {
-  const auto make = [this](QTimer*& timer, void (PreviewLayout::*slot)()) {
-    timer = new QTimer(this);
-    connect(timer, &QTimer::timeout, this, [this, armed = timer, slot] {
-      if (gEventGate.Enter(armed)) (this->*slot)();
-    });
+  const struct {
+    QTimer** timer;
+    const char* name;
+    void (PreviewLayout::*slot)();
+  } timers[] = {
+      {&mSecTimer, "mSecTimer", &PreviewLayout::SlotSec},
+      {&mTimPaintTouchTest, "mTimPaintTouchTest", &PreviewLayout::TimeoutPaintTouchTest},
+      {&mTimSeachingPfileInfo, "mTimSeachingPfileInfo", &PreviewLayout::TimeoutSeachingPfilInfo},
+      {&mTimNeedTouchComp, "mTimNeedTouchComp", &PreviewLayout::TimeoutNeedTouchComp},
+      {&mTimLcdOff, "mTimLcdOff", &PreviewLayout::TimeoutLcdOff},
+      {&mTimTouchWait, "mTimTouchWait", &PreviewLayout::TimeoutTouchWait},
+      {&mTouchEntryTimer, "mTouchEntryTimer", &PreviewLayout::TimeoutTouchEntry},
+      {&mDetectRecordingTimer, "mDetectRecordingTimer", &PreviewLayout::TimeoutDetectRecording},
+      {&mPrepareRearcamRecordingTimer, "mPrepareRearcamRecordingTimer", &PreviewLayout::TimeoutPrepareRearcamRecording},
   };
-  make(mSecTimer, &PreviewLayout::SlotSec);
-  make(mTimPaintTouchTest, &PreviewLayout::TimeoutPaintTouchTest);
-  make(mTimSeachingPfileInfo, &PreviewLayout::TimeoutSeachingPfilInfo);
-  make(mTimNeedTouchComp, &PreviewLayout::TimeoutNeedTouchComp);
-  make(mTimLcdOff, &PreviewLayout::TimeoutLcdOff);
-  make(mTimTouchWait, &PreviewLayout::TimeoutTouchWait);
-  make(mTouchEntryTimer, &PreviewLayout::TimeoutTouchEntry);
-  make(mDetectRecordingTimer, &PreviewLayout::TimeoutDetectRecording);
-  make(mPrepareRearcamRecordingTimer, &PreviewLayout::TimeoutPrepareRearcamRecording);
+  for (const auto& row : timers) {
+    auto* timer = *row.timer = new QTimer(this);
+    timer->setObjectName(QLatin1String(row.name));
+    connect(timer, &QTimer::timeout, this, [this, timer, slot = row.slot] {
+      if (gEventGate.Enter(timer)) (this->*slot)();
+    });
+  }
 }
 
 void PreviewLayout::InitLabel() {
-  mClockLabel = SetLabel(Label_Clock);
-  mGpsSpeedLabel = SetLabel(Label_GpsSpeed);
-  mMainVolLabel = SetLabel(Label_Voltage);
-  mLowVolCountLabel = SetLabel(Label_LowVoltage_Count);
+  mClockLabel = SetLabel(Label_Clock, "mClockLabel");
+  mGpsSpeedLabel = SetLabel(Label_GpsSpeed, "mGpsSpeedLabel");
+  mMainVolLabel = SetLabel(Label_Voltage, "mMainVolLabel");
+  mLowVolCountLabel = SetLabel(Label_LowVoltage_Count, "mLowVolCountLabel");
   mGpsSpeedLabel->hide();
   mLowVolCountLabel->hide();
 }
 
-QLabel* PreviewLayout::SetLabel(Label_Type type) {
+QLabel* PreviewLayout::SetLabel(Label_Type type, const char* name) {
   const bool countdown = type == Label_LowVoltage_Count;
   auto* label = new QLabel(this);
+  label->setObjectName(QLatin1String(name));
   for (const LabelRow& row : kLabels) {
     if (row.type != type) continue;
     label->setGeometry(row.box);

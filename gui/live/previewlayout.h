@@ -75,7 +75,7 @@ private:
 
   void InitTimer();
   void InitLabel();
-  QLabel* SetLabel(Label_Type type);
+  QLabel* SetLabel(Label_Type type, const char* name);
   void PaintTouchTestOrSeachingPfileInfo();
   void ResumeChecks();
   bool ShowParkingReport();
