@@ -8,7 +8,7 @@ QString DevicePath(const QString& path) {
 }
 
 QString ShellPath(const QString& path) {
-  static const QRegularExpression plain(QStringLiteral("^[A-Za-z0-9_./:-]*$"));
+  static const QRegularExpression plain(QRegularExpression::anchoredPattern(QStringLiteral("[A-Za-z0-9_./:-]*")));
   const QString rooted = DevicePath(path);
   if (plain.match(rooted).hasMatch()) return rooted;
   return u'\'' + QString(rooted).replace(u'\'', QLatin1String("'\\''")) + u'\'';

@@ -1,0 +1,188 @@
+#include "gui/base/eventgate.h"
+
+#include <QTest>
+#include <QTimer>
+#include <memory>
+
+namespace {
+// Handles touches and events as the window does, and notes in one list what was begun and what was ended.
+class Handler : public QObject {
+public:
+  explicit Handler(QStringList* noted) : mNoted(noted) {}
+
+  void Event(const QString& name) { Handle(EventGate::Kind::Event, name); }
+  void Touch(const QString& name) { Handle(EventGate::Kind::Touch, name); }
+
+  // As a worker thread does.
+  void PostEvent(const QString& name) {
+    QMetaObject::invokeMethod(
+        this, [this, name] { Event(name); }, Qt::QueuedConnection);
+  }
+  void PostTouch(const QString& name) {
+    QMetaObject::invokeMethod(
+        this, [this, name] { Touch(name); }, Qt::QueuedConnection);
+  }
+
+  std::function<void()> during;  // what the next one does in its middle; once
+
+private:
+  void Handle(EventGate::Kind kind, const QString& name) {
+    const auto again = [this, kind, name] { Handle(kind, name); };
+    if (!gEventGate.Enter(kind, this, again)) return;
+    *mNoted << name;
+    if (!during) return;
+    std::exchange(during, nullptr)();
+    *mNoted << name + " ends";
+  }
+
+  QStringList* mNoted;
+};
+}  // namespace
+
+class EventGateTest : public QObject {
+  Q_OBJECT
+
+private:
+  QStringList mNoted;
+  std::unique_ptr<Handler> mHandler;
+
+private slots:
+  void init() {
+    mNoted.clear();
+    mHandler = std::make_unique<Handler>(&mNoted);
+  }
+  void cleanup() {
+    mHandler.reset();
+    QCoreApplication::processEvents();
+  }
+
+  void aFreeGateLetsEverythingThrough() {
+    mHandler->Event("a");
+    mHandler->Touch("b");
+    QCOMPARE(mNoted, (QStringList{"a", "b"}));
+  }
+
+  void whatArrivesWhilePaintingWaitsForTheEndOfTheHandler() {
+    mHandler->during = [this] {
+      mHandler->PostEvent("b");
+      mHandler->PostTouch("c");
+      mHandler->PostEvent("d");
+      gEventGate.ProcessEvents();
+      gEventGate.ProcessEvents();
+    };
+    mHandler->Event("a");
+    QCOMPARE(mNoted, (QStringList{"a", "a ends"}));
+    QTRY_COMPARE(mNoted, (QStringList{"a", "a ends", "b", "c", "d"}));
+  }
+
+  void orderIsKeptWhenOneThatWaitedPaintsAsWell() {
+    mHandler->during = [this] {
+      mHandler->PostEvent("b");
+      mHandler->PostEvent("c");
+      gEventGate.ProcessEvents();
+    };
+    mHandler->Event("a");
+    mHandler->during = [this] {
+      mHandler->PostEvent("d");
+      gEventGate.ProcessEvents();
+    };
+    QTRY_COMPARE(mNoted, (QStringList{"a", "a ends", "b", "b ends", "c", "d"}));
+  }
+
+  void aNewOneNeverOvertakesThoseThatWait() {
+    mHandler->during = [this] {
+      mHandler->PostEvent("b");
+      gEventGate.ProcessEvents();
+    };
+    mHandler->Event("a");
+    mHandler->Event("c");  // the queue of the event loop may deliver before the gate does
+    QTRY_COMPARE(mNoted, (QStringList{"a", "a ends", "b", "c"}));
+  }
+
+  void whatWaitsForOneThatIsGoneIsForgotten() {
+    Handler other(&mNoted);
+    mHandler->during = [this, &other] {
+      mHandler->PostEvent("b");
+      other.PostEvent("c");
+      gEventGate.ProcessEvents();
+    };
+    mHandler->Event("a");
+    mHandler.reset();
+    QTRY_COMPARE(mNoted, (QStringList{"a", "a ends", "c"}));
+  }
+
+  void theGateStaysShutUntilTheOutermostPaintingEnds() {
+    QMetaObject::invokeMethod(
+        mHandler.get(),
+        [this] {
+          gEventGate.ProcessEvents();
+          mHandler->Event("b");
+        },
+        Qt::QueuedConnection);
+    mHandler->during = [] { gEventGate.ProcessEvents(); };
+    mHandler->Event("a");
+    QCOMPARE(mNoted, (QStringList{"a", "a ends"}));
+    QTRY_COMPARE(mNoted, (QStringList{"a", "a ends", "b"}));
+  }
+
+  void aTimerComesAgainAfterThePainting() {
+    QTimer timer;
+    timer.setSingleShot(true);
+    timer.setInterval(0);
+    int asked = 0, fired = 0;
+    connect(&timer, &QTimer::timeout, this, [&] {
+      ++asked;
+      if (gEventGate.Enter(&timer)) ++fired;
+    });
+    mHandler->during = [&] {
+      timer.start();
+      gEventGate.ProcessEvents();
+      QCOMPARE(asked, 1);
+      QCOMPARE(fired, 0);
+      QVERIFY(timer.isActive());
+      QCOMPARE(timer.interval(), 1);
+    };
+    mHandler->Event("a");
+    QCOMPARE(fired, 0);
+    QTRY_COMPARE(fired, 1);
+    QVERIFY(!timer.isActive());
+  }
+
+  void touchesMadeDuringABlockingStepAreDropped() {
+    mHandler->during = [this] {
+      gEventGate.Block([this] {
+        mHandler->PostTouch("touch 1");
+        mHandler->PostEvent("b");
+        mHandler->PostTouch("touch 2");
+        mHandler->PostEvent("c");
+      });
+      mHandler->PostTouch("touch 3");  // after it: meant for what is shown now
+    };
+    mHandler->Event("a");
+    QCOMPARE(mNoted, (QStringList{"a", "a ends"}));
+    QTRY_COMPARE(mNoted, (QStringList{"a", "a ends", "b", "c", "touch 3"}));
+  }
+
+  void touchesThatWaitedForTheBlockingHandlerAreDroppedToo() {
+    mHandler->during = [this] {
+      mHandler->PostTouch("touch 1");
+      mHandler->PostEvent("b");
+      gEventGate.ProcessEvents();
+      gEventGate.Block([] {});
+    };
+    mHandler->Event("a");
+    QTRY_COMPARE(mNoted, (QStringList{"a", "a ends", "b"}));
+    QTest::qWait(0);
+    QCOMPARE(mNoted, (QStringList{"a", "a ends", "b"}));
+  }
+
+  void afterABlockingStepTheGateIsFreeAgain() {
+    gEventGate.Block([] {});
+    mHandler->Touch("a");
+    mHandler->Event("b");
+    QCOMPARE(mNoted, (QStringList{"a", "b"}));
+  }
+};
+
+QTEST_GUILESS_MAIN(EventGateTest)
+#include "eventgate_test.moc"
