@@ -1,0 +1,165 @@
+#include "gui/screen/messagebox.h"
+
+#include <QFontMetrics>
+#include <QLabel>
+#include <QPainter>
+#include <QTextCodec>
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "gui/base/picture.h"
+
+namespace {
+constexpr QPoint kLeftButton(35, 165);
+constexpr QPoint kRightButton(230, 165);
+constexpr QPoint kOnlyButton(132, 165);
+constexpr QPoint kIcon(26, 50);
+constexpr int kLineHeight = 30;
+constexpr int kNarrowest = 88;  // percent of the font's width that can still be read at a glance
+
+/// The application's font in which `text` fits into `width`: as wide as it can be, down to kNarrowest.
+QFont FittingFont(const QString& text, int pixelSize, int width) {
+  QFont font;
+  font.setPixelSize(pixelSize);
+  for (int stretch = QFont::Unstretched; stretch >= kNarrowest; --stretch) {
+    font.setStretch(stretch);
+    if (QFontMetrics(font).horizontalAdvance(text) <= width) break;
+  }
+  return font;
+}
+}  // namespace
+
+// clang-format off
+constexpr MessageBox::Layout MessageBox::kLayouts[6] = {
+    {{ 35,  84, 410, 168},  30, 350, {{70}, {58, 88}, {40, 70, 100}}},
+    {{ 20,  48, 440, 224}, 126, 284, {{72}, {54, 84}, {42, 72, 102}}},
+    {{ 20,  48, 440, 224}, 126, 284, {{72}, {54, 84}, {42, 72, 102}}},
+    {{ 20,  48, 440, 224}, 126, 284, {{72}, {54, 84}, {42, 72, 102}}},
+    {{ 20,  48, 440, 224}, 126, 284, {{72}, {54, 84}, {42, 72, 102}}},
+    {{143, 129, 194,  40},   0, 194, {{ 5}, {58, 88}, {40, 70, 100}}},
+};
+// clang-format on
+
+MessageBox::MessageBox(QWidget* parent, int boxType, int errorType, int strType, QString text, int alignType,
+                       int pixelSize)
+    : QWidget(parent) {
+  InitData();
+  SettingMessageBox(boxType, errorType, strType, std::move(text), alignType, pixelSize);
+}
+
+void MessageBox::InitData() {
+  for (QLabel** label : {&strLabel, &strLabel2, &strLabel3}) {
+    *label = new QLabel(this);
+    (*label)->setTextFormat(Qt::PlainText);
+  }
+  codec = QTextCodec::codecForName("UTF-8");
+  dimBgPath = QStringLiteral("messagebox/dim.bmp");
+  messageAlarmPath = QStringLiteral("messagebox/message_alarm.bmp");
+  messageBoxPath = QStringLiteral("messagebox/message_box1.bmp");
+  messageBox2Path = QStringLiteral("messagebox/message_box2.bmp");
+  messageBox3Path = QStringLiteral("messagebox/message_box3.bmp");
+  btnCancelNormalPath = QStringLiteral("messagebox/message_button_cancel_normal.bmp");
+  btnCancelPressPath = QStringLiteral("messagebox/message_button_cancel_press.bmp");
+  btnNoNormalPath = QStringLiteral("messagebox/message_button_no_normal.bmp");
+  btnNoPressPath = QStringLiteral("messagebox/message_button_no_press.bmp");
+  btnOkNormalPath = QStringLiteral("/opt/gui/images/messagebox/message_button_ok_normal.bmp");
+  btnOkPressPath = QStringLiteral("messagebox/message_button_ok_press.bmp");
+  btnOk2NormalPath = QStringLiteral("messagebox/message_button_ok2_normal.bmp");
+  btnOk2PressPath = QStringLiteral("messagebox/message_button_ok2_press.bmp");
+  btnYesNormalPath = QStringLiteral("messagebox/message_button_yes2_normal.bmp");
+  btnYesPressPath = QStringLiteral("messagebox/message_button_yes2_press.bmp");
+  btnFrontNormalPath = QStringLiteral("messagebox/message_button_front_normal.bmp");
+  btnRearNormalPath = QStringLiteral("messagebox/message_button_rear_normal.bmp");
+  messageCautionPath = QStringLiteral("messagebox/message_caution.bmp");
+  messageCaution2Path = QStringLiteral("messagebox/message_caution2.bmp");
+  messageErrorPath = QStringLiteral("messagebox/message_error.bmp");
+  messageWarningPath = QStringLiteral("messagebox/message_warning.bmp");
+}
+
+void MessageBox::SettingMessageBox(int boxType, int errorType, int strType, QString text, int alignType,
+                                   int pixelSize) {
+  qDebug("MessageBox Setting MessageBox");
+  for (QLabel* label : {strLabel, strLabel2, strLabel3}) label->clear();
+  box_type = boxType;
+  error_type = errorType;
+  str_type = strType;
+  align_type = alignType;
+  px = pixelSize;
+  PlaceBox();
+  PlacePictures();
+  PlaceLines(text);
+  update();
+  qDebug("End Setting MessageBox");
+}
+
+void MessageBox::PlaceBox() {
+  if (box_type >= 0 && box_type < int(std::size(kLayouts))) mLayout = &kLayouts[box_type];
+  if (!mLayout) return;
+  setGeometry(mLayout->box);
+  const auto& y = mLayout->y[std::clamp(str_type, 0, 2)];
+  label_x = label_x2 = label_x3 = mLayout->line_x;
+  label_y = y[0];
+  label_y2 = y[1];
+  label_y3 = y[2];
+  label_wid = mLayout->line_width;
+  label_hei = kLineHeight;
+}
+
+void MessageBox::PlacePictures() {
+  mPictures.clear();
+  const auto place = [this](QPoint at, const QString& path) { mPictures.append({at, Picture(path)}); };
+  if (box_type == 0) place({0, 0}, messageBoxPath);
+  if (box_type == 5) place({0, 0}, messageBox3Path);
+  if (!HasButtons()) return;
+  place({0, 0}, messageBox2Path);
+  switch (box_type) {
+    case 1:
+      place(kLeftButton, btnYesNormalPath);
+      place(kRightButton, btnNoNormalPath);
+      break;
+    case 2:
+      place(kLeftButton, btnOk2NormalPath);
+      place(kRightButton, btnCancelNormalPath);
+      break;
+    case 3:
+      place(kOnlyButton, btnOkNormalPath);
+      break;
+    default:
+      place(kLeftButton, btnFrontNormalPath);
+      place(kRightButton, btnRearNormalPath);
+  }
+  const QString icons[] = {messageAlarmPath, messageCautionPath, messageWarningPath, messageErrorPath};
+  if (error_type >= 0 && error_type < int(std::size(icons))) place(kIcon, icons[error_type]);
+}
+
+void MessageBox::PlaceLines(const QString& text) {
+  sList = str_type == 0 ? QStringList(text) : text.split(u'_');
+  if (sList.size() != str_type + 1 || sList.size() > 3) {
+    qDebug("String Sep. Error : %d", int(sList.size()));
+    return;
+  }
+  SetLabel(strLabel, label_x, label_y, label_wid, px, sList[0]);
+  if (str_type >= 1) SetLabel(strLabel2, label_x2, label_y2, label_wid, px, sList[1]);
+  if (str_type >= 2) SetLabel(strLabel3, label_x3, label_y3, label_wid, px, sList[2]);
+}
+
+void MessageBox::SetLabel(QLabel* label, int x, int y, int width, int pixelSize, QString text) {
+  // A text whose characters are the single bytes of UTF-8 is decoded; one that is text already stays.
+  const QByteArray bytes = text.toLatin1();
+  if (QString::fromLatin1(bytes) == text) text = codec->toUnicode(bytes);
+  const QString style =
+      QStringLiteral("QLabel {background:transparent;color:rgb(%1,%2,%3);}").arg(255).arg(255).arg(255);
+  if (label->styleSheet() != style) label->setStyleSheet(style);
+  label->setGeometry(x, y, width, label_hei);
+  label->setFont(FittingFont(text, pixelSize, width));
+  label->setText(text);
+  if (align_type == 2) label->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
+  if (align_type == 1) label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+}
+
+void MessageBox::paintEvent(QPaintEvent*) {
+  qDebug("paint event MessageBox");
+  QPainter painter(this);
+  for (const Placed& placed : std::as_const(mPictures)) painter.drawPixmap(placed.at, placed.picture);
+}
