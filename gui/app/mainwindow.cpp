@@ -94,20 +94,26 @@ MainWindow::~MainWindow() {
 }
 
 void MainWindow::InitTimer() {
-  const std::pair<QTimer**, void (MainWindow::*)()> timers[] = {
-      {&mTimLcdAutoMode, &MainWindow::TimeoutLcdAutoMode},
-      {&mTimParkingModeLcdOff, &MainWindow::TimeoutParkingModeLcdOff},
-      {&mTimEventTimer, &MainWindow::TimeoutEventTimer},
-      {&mTimSystemRecStart, &MainWindow::TimeoutSystemRecStart},
-      {&mTimLowVolPowerOffCount, &MainWindow::TimeoutLowVolPowerOffCount},
+  const struct {
+    QTimer** timer;
+    const char* name;
+    void (MainWindow::*slot)();
+  } timers[] = {
+      {&mTimLcdAutoMode, "mTimLcdAutoMode", &MainWindow::TimeoutLcdAutoMode},
+      {&mTimParkingModeLcdOff, "mTimParkingModeLcdOff", &MainWindow::TimeoutParkingModeLcdOff},
+      {&mTimEventTimer, "mTimEventTimer", &MainWindow::TimeoutEventTimer},
+      {&mTimSystemRecStart, "mTimSystemRecStart", &MainWindow::TimeoutSystemRecStart},
+      {&mTimLowVolPowerOffCount, "mTimLowVolPowerOffCount", &MainWindow::TimeoutLowVolPowerOffCount},
   };
-  for (const auto& [timer, slot] : timers) {
-    *timer = new QTimer(this);
-    connect(*timer, &QTimer::timeout, this, [this, armed = *timer, act = slot] {
-      if (gEventGate.Enter(armed)) (this->*act)();
+  for (const auto& row : timers) {
+    auto* timer = *row.timer = new QTimer(this);
+    timer->setObjectName(QLatin1String(row.name));
+    connect(timer, &QTimer::timeout, this, [this, timer, slot = row.slot] {
+      if (gEventGate.Enter(timer)) (this->*slot)();
     });
   }
   mTimPlayingVoice = new QTimer(this);
+  mTimPlayingVoice->setObjectName(QStringLiteral("mTimPlayingVoice"));
   mTimPlayingVoice->setSingleShot(true);
   connect(mTimPlayingVoice, &QTimer::timeout, this, [] { gIsPlayingVoice = false; });
 }
@@ -241,6 +247,7 @@ void MainWindow::HandleEvent(int event, int value) {
 // True when the event ends here: recording restarts, and the screen that waited for it has gone.
 bool MainWindow::TakeVoicePlayEnd() {
   gIsPlayingVoice = false;
+  mTimPlayingVoice->stop();
   BaseWidget* screen = gWidgetManager.GetCurrentWidget();
   if (screen && screen->GetRestartRecStartFlag()) {
     screen->TimeoutRestartRecStart();

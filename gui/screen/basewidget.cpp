@@ -32,14 +32,22 @@ BaseWidget::BaseWidget(QWidget* parent)
   connect(this, &BaseWidget::nextWidget, gMainWindow, &ScreenHost::StartWidget);
   connect(this, &BaseWidget::backWidget, gMainWindow, &ScreenHost::BackPressed);
   connect(this, &BaseWidget::jumpWidget, gMainWindow, &ScreenHost::Jumped);
-  connect(mMessageBoxTimer, &QTimer::timeout, this, &BaseWidget::TimeoutMessageBoxTimer);
-  connect(mRecvMessageBoxTimer, &QTimer::timeout, this, &BaseWidget::TimeoutRecvMessageBoxTimer);
-  connect(mEventTimer, &QTimer::timeout, this, [this] {
-    if (gEventGate.Enter(mEventTimer)) TimeoutEvent();
-  });
-  connect(mTimRestartRecStart, &QTimer::timeout, this, [this] {
-    if (gEventGate.Enter(mTimRestartRecStart)) TimeoutRestartRecStart();
-  });
+  const struct {
+    QTimer* timer;
+    const char* name;
+    void (BaseWidget::*slot)();
+  } timers[] = {
+      {mMessageBoxTimer, "mMessageBoxTimer", &BaseWidget::TimeoutMessageBoxTimer},
+      {mRecvMessageBoxTimer, "mRecvMessageBoxTimer", &BaseWidget::TimeoutRecvMessageBoxTimer},
+      {mEventTimer, "mEventTimer", &BaseWidget::TimeoutEvent},
+      {mTimRestartRecStart, "mTimRestartRecStart", &BaseWidget::TimeoutRestartRecStart},
+  };
+  for (const auto& row : timers) {
+    row.timer->setObjectName(QLatin1String(row.name));
+    connect(row.timer, &QTimer::timeout, this, [this, timer = row.timer, slot = row.slot] {
+      if (gEventGate.Enter(timer)) (this->*slot)();
+    });
+  }
 }
 
 BaseWidget::~BaseWidget() { qDebug("BaseWidget Destroy"); }

@@ -13,7 +13,8 @@
 ///   "next PLAYER", "back", "jump PREVIEW"
 ///   "lcd on", "lcd off", "bright 2"
 ///   "idle timer", "no idle timer", "parking timer", "no parking timer"
-/// The stack operations are done on gWidgetManager, so that after "back" the screen is gone as on the camera.
+/// The fake's `meanwhile` is called for these lines, too. The stack operations are done on gWidgetManager, so that
+/// after "back" the screen is gone as on the camera.
 class HostFake : public ScreenHost {
 public:
   HostFake() {
@@ -113,7 +114,11 @@ public:
   }
 
 private:
-  static void Note(const QString& line) { PlatformFake::Get().asked << line; }
+  static void Note(const QString& line) {
+    PlatformFake& fake = PlatformFake::Get();
+    fake.asked << line;
+    if (fake.meanwhile) fake.meanwhile(line);
+  }
   static void NoteCommand(Send_Event event, int value, const QString& text) {
     Note(QStringLiteral("%1 %2 %3").arg(QLatin1String(NameOf(event))).arg(value).arg(text).trimmed());
   }

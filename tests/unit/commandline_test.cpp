@@ -1,0 +1,97 @@
+#include "gui/app/commandline.h"
+
+#include <QApplication>
+#include <QFontInfo>
+#include <QTest>
+
+#include "gui/app/mainwindow.h"
+#include "gui/base/globals.h"
+#include "gui/settings/config.h"
+#include "tests/fake/platformfake.h"
+#include "tests/fake/testroot.h"
+
+static TestRoot root;
+
+class CommandLineTest : public QObject {
+  Q_OBJECT
+
+private:
+  std::unique_ptr<MainWindow> mWindow;
+
+private slots:
+  void initTestCase() {
+    GetConfig();
+    mWindow = std::make_unique<MainWindow>(nullptr);
+  }
+  void cleanupTestCase() {
+    mWindow.reset();
+    gNeedVolCom = false;
+  }
+
+  void argumentsOfTheStart_data() {
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<bool>("before");
+    QTest::addColumn<bool>("volCom");
+    const auto row = [](const char* name, QStringList arguments, bool before, bool volCom) {
+      QTest::newRow(name) << arguments << before << volCom;
+    };
+    row("none", {"gui"}, true, false);
+    row("one", {"gui", "1"}, true, false);
+    row("wanted", {"gui", "x", "1"}, false, true);
+    row("not wanted", {"gui", "x", "0"}, true, false);
+    row("other text leaves it on", {"gui", "x", "yes"}, true, true);
+    row("other text leaves it off", {"gui", "x", "yes"}, false, false);
+    row("longer text is another text", {"gui", "x", "10"}, false, false);
+    row("empty text is another text", {"gui", "x", ""}, true, true);
+    row("parking 0", {"gui", "x", "1", "0"}, false, true);
+    row("parking 1", {"gui", "x", "1", "1"}, false, true);
+    row("parking other", {"gui", "x", "0", "z"}, true, false);
+    row("more", {"gui", "x", "1", "1", "1"}, false, true);
+    row("the first is nobody's", {"gui", "1", "0", "1"}, true, false);
+  }
+  void argumentsOfTheStart() {
+    QFETCH(QStringList, arguments);
+    QFETCH(bool, before);
+    QFETCH(bool, volCom);
+    QList<QByteArray> bytes;
+    for (const QString& argument : arguments) bytes << argument.toUtf8();
+    QList<char*> argv;
+    for (QByteArray& argument : bytes) argv << argument.data();
+    argv << nullptr;
+
+    gNeedVolCom = before;
+    mWindow->SetIsIngParkingModeOn(true);
+    SetInit(static_cast<int>(arguments.size()), argv.data(), mWindow.get());
+    QCOMPARE(gNeedVolCom, volCom);
+    QVERIFY2(!mWindow->GetIsIngParkingModeOn(), "parking mode always starts off");
+  }
+  void noArgumentsAtAll() {
+    char* argv[] = {nullptr};
+    gNeedVolCom = true;
+    SetInit(0, argv, mWindow.get());
+    QVERIFY(!gNeedVolCom);
+  }
+
+  void onePointIsOnePixelAndTheInputStaysOurs() {
+    for (const char* name :
+         {"QT_FONT_DPI", "QT_ENABLE_HIGHDPI_SCALING", "QT_QPA_FB_DISABLE_INPUT", "QT_QPA_FB_HIDECURSOR"})
+      qunsetenv(name);
+    PrepareQt();
+    QCOMPARE(qgetenv("QT_FONT_DPI"), QByteArray("72"));
+    QCOMPARE(qgetenv("QT_ENABLE_HIGHDPI_SCALING"), QByteArray("0"));
+    QCOMPARE(qgetenv("QT_QPA_FB_DISABLE_INPUT"), QByteArray("1"));
+    QCOMPARE(qgetenv("QT_QPA_FB_HIDECURSOR"), QByteArray("1"));
+  }
+
+  void theConfiguredFamilyIsEverybodysFont() {
+    ApplyFont();
+    QCOMPARE(QApplication::font().family(), QStringLiteral("SeoulNamsan"));
+    QVERIFY(!QApplication::font().italic());
+    QCOMPARE(QApplication::font().weight(), QFont::Normal);
+    QVERIFY(QFont::substitutes("SeoulNamsan").contains("NanumBarunGothic"));
+    QVERIFY(QApplication::overrideCursor());
+  }
+};
+
+QTEST_MAIN(CommandLineTest)
+#include "commandline_test.moc"
