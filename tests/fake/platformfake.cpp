@@ -57,9 +57,19 @@ int Gui_InitSharedMemory(void) { return -1; }
 int ShareMemReadByMid(int, int, void*, int) { return -1; }
 int ShareMemWriteByMid(int, int, void*, int) { return -1; }
 int SysDrvInit(int) { return 0; }
-int DevMgr_RegClient(int) { return 0; }
-int DevMgr_Control(int, void*, int) { return 0; }
-int ipnc_gio_write(int, int) { return 0; }
+int DevMgr_RegClient(int id) {
+  PlatformFakeCalls::Note(QStringLiteral("client %1").arg(id));
+  return 0;
+}
+int DevMgr_Control(int request, void* data, int length) {
+  const QByteArray bytes(static_cast<char*>(data), length);
+  PlatformFakeCalls::Note(QStringLiteral("device %1 %2").arg(request).arg(QLatin1String(bytes.toHex())));
+  return 0;
+}
+int ipnc_gio_write(int line, int value) {
+  PlatformFakeCalls::Note(QStringLiteral("gpio %1 %2").arg(line).arg(value));
+  return 0;
+}
 int ControlSystemData(int field, void* data, int length) { return PlatformFakeCalls::Command(field, data, length); }
 
 // These two replace the C library's for the whole test program.

@@ -15,6 +15,7 @@ public:
   ///   "8581 1"            ControlSystemData of field 8581 with the int 1
   ///   "8658 0102.."       the same with data of any other length than 4, in hex
   ///   "sh echo 0 > /proc/pwm/pwm0"   a shell command, without the test's root
+  ///   "client 2", "device 1 40420f..", "gpio 46 1"   DevMgr_RegClient, DevMgr_Control with its data, ipnc_gio_write
   ///   "sleep 1000000"     a usleep of 50 ms or more, microseconds; it does not sleep
   QStringList asked;
 
