@@ -14,7 +14,9 @@ PlatformFake& PlatformFake::Get() {
   return fake;
 }
 
-void PlatformFake::Clear() { *this = PlatformFake(); }
+void PlatformFake::Clear() {
+  *this = PlatformFake();
+}
 
 QStringList PlatformFake::Commands() const {
   QStringList commands;
@@ -52,11 +54,21 @@ struct PlatformFakeCalls {
 };
 
 extern "C" {
-int Gui_InitMessage(void) { return -1; }
-int Gui_InitSharedMemory(void) { return -1; }
-int ShareMemReadByMid(int, int, void*, int) { return -1; }
-int ShareMemWriteByMid(int, int, void*, int) { return -1; }
-int SysDrvInit(int) { return 0; }
+int Gui_InitMessage(void) {
+  return PlatformFake::Get().queue;
+}
+int Gui_InitSharedMemory(void) {
+  return PlatformFake::Get().memory;
+}
+int ShareMemReadByMid(int, int, void*, int) {
+  return -1;
+}
+int ShareMemWriteByMid(int, int, void*, int) {
+  return -1;
+}
+int SysDrvInit(int) {
+  return 0;
+}
 int DevMgr_RegClient(int id) {
   PlatformFakeCalls::Note(QStringLiteral("client %1").arg(id));
   return 0;
@@ -70,12 +82,13 @@ int ipnc_gio_write(int line, int value) {
   PlatformFakeCalls::Note(QStringLiteral("gpio %1 %2").arg(line).arg(value));
   return 0;
 }
-int ControlSystemData(int field, void* data, int length) { return PlatformFakeCalls::Command(field, data, length); }
+int ControlSystemData(int field, void* data, int length) {
+  return PlatformFakeCalls::Command(field, data, length);
+}
 
 // These two replace the C library's for the whole test program.
 int system(const char* command) {  // NOLINT: the C library's name
-  PlatformFakeCalls::Note(QLatin1String("sh ") +
-                          QString::fromLocal8Bit(command).remove(DevicePath(QString())));
+  PlatformFakeCalls::Note(QLatin1String("sh ") + QString::fromLocal8Bit(command).remove(DevicePath(QString())));
   return 0;
 }
 int usleep(useconds_t microseconds) {  // NOLINT: the C library's name

@@ -19,9 +19,11 @@ public:
   ///   "sleep 1000000"     a usleep of 50 ms or more, microseconds; it does not sleep
   QStringList asked;
 
-  int result = 0;        ///< what ControlSystemData gives
+  int queue = -1;         ///< what Gui_InitMessage gives
+  int memory = -1;        ///< what Gui_InitSharedMemory gives; below 0: the status thread ends at once
+  int result = 0;         ///< what ControlSystemData gives
   float voltage = 12.4F;  ///< the answer to SFIELD_GET_VOLTAGE
-  int lcdValue = 30000;  ///< the answer to SFIELD_GET_AUTO_LCD_VALUE
+  int lcdValue = 30000;   ///< the answer to SFIELD_GET_AUTO_LCD_VALUE
 
   /// Called in the middle of each ControlSystemData or shell command, with its line; for what happens meanwhile.
   std::function<void(const QString& line)> meanwhile;
