@@ -4,6 +4,10 @@
 #include <QTimer>
 #include <utility>
 
+namespace {
+constexpr int kPaintMs = 100;  // far more than painting takes; a flood of events must not hold the handler up for ever
+}  // namespace
+
 EventGate gEventGate;
 
 bool EventGate::Enter(Kind kind, QObject* receiver, std::function<void()> again) {
@@ -22,7 +26,8 @@ bool EventGate::Enter(QTimer* timer) {
 
 void EventGate::ProcessEvents() {
   ++mClosed;
-  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  // Until there is nothing left: one pass over the queue only gets as far as asking for the painting.
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, kPaintMs);
   --mClosed;
   Drain();
 }

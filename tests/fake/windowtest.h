@@ -64,7 +64,8 @@ protected:
     gCountOfCamera = 2;
     gInitFrontLed = 1;
     gIsPlayingVoice = gIsAccVer = g_bIsPrevWidgetParkingSetting = false;
-    gSdError = gIsSdError = false;
+    gSdError = false;
+    gIsSdError = false;
     Fake().Clear();
   }
   void Start(const TestRoot& root) {

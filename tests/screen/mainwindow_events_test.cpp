@@ -1,6 +1,8 @@
 // What the window does with each status event of the recorder before the screen gets it.
 #include <QSignalSpy>
 
+#include "gui/screen/messagebox.h"
+#include "tests/fake/paintspy.h"
 #include "tests/fake/windowtest.h"
 
 static TestRoot root;
@@ -102,9 +104,9 @@ private slots:
     QVERIFY(!mPreview->duringEvent);
   }
   void theBoxIsPaintedBeforeTheNextStep() {
-    QTRY_VERIFY(mPreview->painted > 0);
-    mPreview->painted = 0;
-    mPreview->duringEvent = [this] { QVERIFY(mPreview->painted > 0); };
+    QVERIFY(QTest::qWaitForWindowExposed(mWindow.get()));
+    PaintSpy<MessageBox> boxes;
+    mPreview->duringEvent = [&] { QVERIFY(boxes.count > 0); };
     Receive(RECV_ZEL_STATUS_NO_SD, kValue);
     QVERIFY(!mPreview->duringEvent);
   }

@@ -1,6 +1,8 @@
 // The window's rules for a touch, in their order, and the question for a format of the card.
 #include <QSignalSpy>
 
+#include "gui/screen/messagebox.h"
+#include "tests/fake/paintspy.h"
 #include "tests/fake/windowtest.h"
 
 static TestRoot root;
@@ -219,16 +221,16 @@ private slots:
     QCOMPARE(TouchLines(), QStringList{"MAINMENU touch 1 300 230"});
   }
   void yesShowsTheBoxBeforeItStopsRecording() {
-    DummyScreen* menu = AskForFormat(1);
-    QTRY_VERIFY(menu->painted > 0);
-    menu->painted = 0;
+    AskForFormat(1);
+    QVERIFY(QTest::qWaitForWindowExposed(mWindow.get()));
+    PaintSpy<MessageBox> boxes;
     int seen = 0;
     Fake().meanwhile = [&](const QString& line) {
       if (line != "8620 3") return;
       ++seen;
       QCOMPARE(OwnBox(), int{VIDEO_REC_STOP});
       QCOMPARE(ArmedOnTop("mMessageBoxTimer"), -1);
-      QVERIFY(menu->painted > 0);
+      QVERIFY(boxes.count > 0);
       QCOMPARE(Armed("mTimEventTimer"), 10000);
     };
     Tap(kYesX, kRowY);

@@ -88,7 +88,7 @@ private slots:
     QCOMPARE(QApplication::font().family(), QStringLiteral("SeoulNamsan"));
     QVERIFY(!QApplication::font().italic());
     QCOMPARE(QApplication::font().weight(), QFont::Normal);
-    QVERIFY(QFont::substitutes("SeoulNamsan").contains("NanumBarunGothic"));
+    QVERIFY(QFont::substitutes("SeoulNamsan").contains("NanumBarunGothic", Qt::CaseInsensitive));
     QVERIFY(QApplication::overrideCursor());
   }
 };

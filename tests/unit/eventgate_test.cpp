@@ -125,6 +125,17 @@ private slots:
     QTRY_COMPARE(mNoted, (QStringList{"a", "a ends", "b"}));
   }
 
+  // Showing a box asks for its painting, and painting for the transfer to the panel.
+  void whatIsAskedForMeanwhileIsDoneAtOnce() {
+    int steps = 0;
+    std::function<void()> step = [&] {
+      if (++steps < 4) QMetaObject::invokeMethod(this, step, Qt::QueuedConnection);
+    };
+    QMetaObject::invokeMethod(this, step, Qt::QueuedConnection);
+    gEventGate.ProcessEvents();
+    QCOMPARE(steps, 4);
+  }
+
   void aTimerComesAgainAfterThePainting() {
     QTimer timer;
     timer.setSingleShot(true);
