@@ -188,7 +188,6 @@ void MainWindow::Install() {
   }
   screen->setParent(this);
   setCentralWidget(screen);
-  screen->setGeometry(rect());
   ApplyBackground();
   screen->setVisible(!mIsLcdOff);
   ReportTop();

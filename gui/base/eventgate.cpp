@@ -11,7 +11,6 @@ constexpr int kPaintMs = 100;  // far more than painting takes; a flood of event
 EventGate gEventGate;
 
 bool EventGate::Enter(Kind kind, QObject* receiver, std::function<void()> again) {
-  if (kind == Kind::Touch && mDropTouches) return false;
   const bool first = std::exchange(mDraining, false);
   if (mClosed == 0 && (first || mWaiting.empty())) return true;
   mWaiting.push_back({kind, receiver, std::move(again)});
@@ -35,9 +34,7 @@ void EventGate::ProcessEvents() {
 void EventGate::Block(const std::function<void()>& step) {
   step();
   ++mClosed;
-  const bool before = std::exchange(mDropTouches, true);
   QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
-  mDropTouches = before;
   std::erase_if(mWaiting, [](const Waiting& waiting) { return waiting.kind == Kind::Touch; });
   --mClosed;
   Drain();

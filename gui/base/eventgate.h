@@ -38,9 +38,8 @@ private:
   void Drain();
 
   std::deque<Waiting> mWaiting;
-  int mClosed = 0;  // depth of ProcessEvents
-  bool mDropTouches = false;
-  bool mDraining = false;   // the one that enters now comes from mWaiting
+  int mClosed = 0;         // depth of ProcessEvents
+  bool mDraining = false;  // the one that enters now comes from mWaiting
   bool mDrainArmed = false;
 };
 

@@ -12,7 +12,7 @@ public:
 
 protected:
   bool eventFilter(QObject* object, QEvent* event) override {
-    if (event->type() == QEvent::Paint && qobject_cast<Widget*>(object)) ++count;
+    if (event->type() == QEvent::Paint && dynamic_cast<Widget*>(object)) ++count;
     return false;
   }
 };

@@ -28,12 +28,16 @@ public:
     Note(QStringLiteral("%1 event %2 %3").arg(mName).arg(event).arg(value));
     if (duringEvent) std::exchange(duringEvent, nullptr)();
   }
-  void onResume() override { ++resumed; }
+  void onResume() override {
+    ++resumed;
+    sizeAtResume = size();
+  }
   void onPause() override { ++paused; }
   void paintEvent(QPaintEvent*) override { ++painted; }
 
   std::function<void()> duringTouch, duringEvent;  ///< what the next touch or event does in its middle; once
   int resumed = 0, paused = 0, painted = 0;
+  QSize sizeAtResume;
 
 private:
   static void Note(const QString& line) { PlatformFake::Get().asked << line; }

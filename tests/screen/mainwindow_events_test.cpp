@@ -197,8 +197,13 @@ private slots:
   }
   void parkModeOutIsLeftToThePreview() {
     mWindow->SetIsIngParkingModeOn(true);
+    QVERIFY(QTest::qWaitForWindowExposed(mWindow.get()));
+    PaintSpy<DummyScreen> screens;
     QSignalSpy awake(mWindow.get(), &MainWindow::previewEnable);
+    connect(mWindow.get(), &MainWindow::previewEnable, mPreview, [this] { mPreview->update(); });
+    mPreview->duringEvent = [&] { QVERIFY2(screens.count > 0, "the preview is on the panel by then"); };
     Receive(RECV_ZEL_STATUS_PARK_MODE_OUT, kValue);
+    QVERIFY(!mPreview->duringEvent);
     QVERIFY(!mWindow->GetIsIngParkingModeOn());
     QCOMPARE(EventBox(), -1);
     QCOMPARE(awake.size(), 1);

@@ -225,8 +225,6 @@ private slots:
     mWindow->LcdOff();
     QCOMPARE(OnPanel(), QColor(Qt::black));
     mWindow->LcdOn();
-    mPreview->hide();
-    mWindow->repaint();
     QCOMPARE(OnPanel(), kKey);
   }
   void theGroundComesBackWithThePreview() {

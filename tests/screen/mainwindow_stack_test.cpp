@@ -99,11 +99,13 @@ private slots:
     const QPointer<BaseWidget> menu = Open(MAINMENU);
     QCOMPARE(mPreview->resumed, 1);
     QCOMPARE(mPreview->paused, 1);
+    mPreview->resize(10, 10);
     menu->Back();
     QVERIFY(!menu);
     QCOMPARE(Top(), mPreview);
     QVERIFY(mPreview->isVisible());
     QCOMPARE(mPreview->resumed, 2);
+    QCOMPARE(mPreview->sizeAtResume, QSize(480, 320));
     QCOMPARE(mWindow->centralWidget(), mPreview);
     QCOMPARE(mPreview->geometry(), QRect(0, 0, 480, 320));
     QTest::qWait(0);

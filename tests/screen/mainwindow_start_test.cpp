@@ -5,6 +5,7 @@
 
 #include <QSignalSpy>
 #include <QThread>
+#include <atomic>
 
 #include "gui/firmware/msgthread.h"
 #include "gui/touch/touchthread.h"
@@ -179,7 +180,15 @@ private slots:
     for (QThread* worker : mWindow->findChildren<QThread*>()) workers << worker;
     QCOMPARE(workers.size(), 2);
     for (const auto& worker : workers) QTRY_VERIFY(worker->isRunning());
+    // They ask the window for its flags: it must be whole until they have ended.
+    std::atomic<int> endedInTime = 0;
+    for (const auto& worker : workers)
+      connect(
+          worker.data(), &QThread::finished, worker.data(),
+          [&endedInTime, window = mWindow.get()] { endedInTime += gMainWindow == window ? 1 : 0; },
+          Qt::DirectConnection);
     mWindow.reset();
+    QCOMPARE(endedInTime.load(), 2);
     for (const auto& worker : workers) QVERIFY(!worker);
     msgctl(queue, IPC_RMID, nullptr);
     root.Remove("/dev/input/event0");

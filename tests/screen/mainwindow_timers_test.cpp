@@ -2,6 +2,8 @@
 #include <QSignalSpy>
 
 #include "gui/base/eventgate.h"
+#include "gui/screen/messagebox.h"
+#include "tests/fake/paintspy.h"
 #include "tests/fake/windowtest.h"
 
 static TestRoot root;
@@ -280,7 +282,10 @@ private slots:
     g_bIsPrevWidgetParkingSetting = true;
     mWindow->SetGlobalEntryPreviewTimer();
     Fake().asked.clear();
-    Fake().meanwhile = [](const QString&) {
+    QVERIFY(QTest::qWaitForWindowExposed(mWindow.get()));
+    PaintSpy<MessageBox> boxes;
+    Fake().meanwhile = [&](const QString&) {
+      QVERIFY(boxes.count > 0);
       QCOMPARE(OwnBox(), int{ENTRY_PREVIEW});
       QCOMPARE(Setting().gmt, 9);
     };

@@ -296,6 +296,18 @@ private slots:
     mWindow->recvEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, 1);
     QCOMPARE(Fake().Commands(), QStringList());
   }
+  // One follow-up at a time: the fall-back is lost to the parking that begins, the prompt is not.
+  void parkingThatBeginsMeanwhileTakesThePlaceOfTheTenSeconds() {
+    Setting().parking_mode_on = 0;
+    AskForFormat(1);
+    Tap(kYesX, kRowY);
+    mWindow->recvEvent(RECV_ZEL_STATUS_PARK_MODE_IN, 1);
+    QCOMPARE(Armed("mTimEventTimer"), 2000);
+    mWindow->TimeoutEventTimer();
+    QVERIFY(!Fake().Commands().contains("8612 1"));
+    mWindow->recvEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, 1);
+    QVERIFY(Fake().Commands().contains("8612 1"));
+  }
   void aPromptThatEndsOtherwiseFormatsNothing() {
     AskForFormat(1);
     mWindow->recvEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, 1);
