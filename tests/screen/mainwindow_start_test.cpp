@@ -5,7 +5,6 @@
 
 #include <QSignalSpy>
 #include <QThread>
-#include <atomic>
 
 #include "gui/firmware/msgthread.h"
 #include "gui/touch/touchthread.h"
@@ -181,14 +180,12 @@ private slots:
     QCOMPARE(workers.size(), 2);
     for (const auto& worker : workers) QTRY_VERIFY(worker->isRunning());
     // They ask the window for its flags: it must be whole until they have ended.
-    std::atomic<int> endedInTime = 0;
-    for (const auto& worker : workers)
-      connect(
-          worker.data(), &QThread::finished, worker.data(),
-          [&endedInTime, window = mWindow.get()] { endedInTime += gMainWindow == window ? 1 : 0; },
-          Qt::DirectConnection);
+    int endedInTime = 0;
+    connect(mWindow.get(), &QObject::destroyed, this, [&] {
+      for (const auto& worker : workers) endedInTime += worker->isFinished() ? 1 : 0;
+    });
     mWindow.reset();
-    QCOMPARE(endedInTime.load(), 2);
+    QCOMPARE(endedInTime, 2);
     for (const auto& worker : workers) QVERIFY(!worker);
     msgctl(queue, IPC_RMID, nullptr);
     root.Remove("/dev/input/event0");
