@@ -5,6 +5,9 @@
 
 #include "gui/app/mainwindow.h"
 #include "gui/live/previewlayout.h"
+#include "gui/live/screensaver.h"
+#include "gui/parking/pfileinfo.h"
+#include "gui/parking/pfilesimplegraph.h"
 
 namespace {
 BaseWidget* MakePreview(MainWindow* window, QObject*) {
@@ -14,8 +17,17 @@ BaseWidget* MakePreview(MainWindow* window, QObject*) {
   return preview;
 }
 
+BaseWidget* MakeParkingReport(MainWindow* window, QObject* arg) {
+  const auto* report = qobject_cast<PFileInfo*>(arg);
+  return report ? new PFileSimpleGraph(window, report) : nullptr;
+}
+
+BaseWidget* MakeScreenSaver(MainWindow* window, QObject*) { return new ScreenSaver(window); }
+
 constexpr ScreenRow kScreens[] = {
     {PREVIEW, "PreviewLayout", MakePreview},
+    {PFILEGRAPH, "PFileSimpleGraph", MakeParkingReport},
+    {SCREENSAVER, "ScreenSaver", MakeScreenSaver},
 };
 }  // namespace
 

@@ -1,0 +1,189 @@
+#include "gui/live/screensaver.h"
+
+#include <QFile>
+#include <QLabel>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QTimer>
+
+#include "gui/base/devicepath.h"
+#include "gui/base/eventgate.h"
+#include "gui/base/globals.h"
+#include "gui/base/picture.h"
+#include "gui/live/clock.h"
+#include "gui/settings/settings.h"
+
+namespace {
+constexpr int kSecondMs = 1000;
+constexpr int kOwnPicture = 3;  // lcd_wait_dis
+
+constexpr char kSpeakerOff[] = "screensaver/status_voice_off.bmp";
+constexpr const char* kSpeaker[] = {"screensaver/status_voice_low.bmp", "screensaver/status_voice_common.bmp",
+                                    "screensaver/status_voice_high.bmp", kSpeakerOff};  // by spk_volume
+constexpr char kGpsDisconnected[] = "screensaver/status_gps_disconnect4.bmp";
+constexpr const char* kGps[] = {kGpsDisconnected, "screensaver/status_gps_error4.bmp",
+                                "screensaver/status_gps_connect4.bmp"};  // by gIsConnectGps
+
+constexpr QPoint kSpeakerPlace(16, 250), kMicPlace(88, 250), kGpsPlace(160, 250), kVoltPlace(312, 250),
+    kApmPlace(32, 116);
+constexpr QColor kGround(38, 34, 35);
+constexpr QSize kScreen(480, 320);
+
+constexpr struct {
+  const char* english;
+  const char* korean;
+} kDays[] = {{"Mon", "월요일"}, {"Tue", "화요일"}, {"Wed", "수요일"}, {"Thu", "목요일"},
+             {"Fri", "금요일"}, {"Sat", "토요일"}, {"Sun", "일요일"}};
+
+template <int N>
+QPixmap PictureOf(const char* const (&table)[N], int value, const char* otherwise) {
+  return Picture(QLatin1String(value >= 0 && value < N ? table[value] : otherwise));
+}
+
+QString CustomPicture() {
+  return QLatin1String(device::kCustomPicture);
+}
+
+// The user's picture as large as the screen can show it whole.
+QPixmap FittingCustomPicture() {
+  const QPixmap picture = Picture(CustomPicture());
+  if (picture.isNull() || picture.size() == kScreen) return picture;
+  return picture.scaled(kScreen, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
+}  // namespace
+
+ScreenSaver::ScreenSaver(QWidget* parent) : BaseWidget(parent), mTimScreenSaver(new QTimer(this)) {
+  mTimScreenSaver->setObjectName(QStringLiteral("mTimScreenSaver"));
+  connect(mTimScreenSaver, &QTimer::timeout, this, [this] {
+    if (gEventGate.Enter(mTimScreenSaver)) SlotSec();
+  });
+  InitLabel();
+}
+
+void ScreenSaver::InitLabel() {
+  const struct {
+    QLabel** label;
+    const char* name;
+    QRect box;
+    int px;
+    bool bold;
+    Qt::AlignmentFlag align;
+  } rows[] = {
+      {&mLblDate, "mLblDate", {36, 26, 220, 40}, 30, false, Qt::AlignLeft},
+      {&mLblDay, "mLblDay", {304, 26, 140, 40}, 30, false, Qt::AlignRight},
+      {&mLblTime, "mLblTime", {124, 72, 324, 150}, 120, true, Qt::AlignRight},
+      {&mLblVolt, "mLblVolt", {356, 250, 104, 56}, 28, false, Qt::AlignLeft},
+  };
+  for (const auto& row : rows) {
+    QLabel* label = *row.label = new QLabel(this);
+    label->setObjectName(QLatin1String(row.name));
+    label->setStyleSheet(QStringLiteral("QLabel {background:transparent;color:rgb(0,0,0);}"));
+    label->setGeometry(row.box);
+    QFont face = label->font();
+    face.setPixelSize(row.px);
+    face.setBold(row.bold);
+    label->setFont(face);
+    label->setTextFormat(Qt::PlainText);
+    label->setAlignment(row.align | Qt::AlignVCenter);
+  }
+}
+
+bool ScreenSaver::IsNotExistCustomImageFile() {
+  return gEnvirnmentSettings.mSetting.lcd_wait_dis == kOwnPicture && !QFile::exists(DevicePath(CustomPicture()));
+}
+
+bool ScreenSaver::IsCustomPicture() const {
+  return gEnvirnmentSettings.mSetting.lcd_wait_dis == kOwnPicture && !mIsNotExistsCustomImageFile;
+}
+
+void ScreenSaver::onResume() {
+  mIsNotExistsCustomImageFile = IsNotExistCustomImageFile();
+  const bool custom = IsCustomPicture();
+  for (QLabel* label : {mLblDate, mLblDay, mLblTime, mLblVolt}) label->setVisible(!custom);
+  if (custom)
+    InitImageLoad();
+  else
+    SlotSec();
+}
+
+void ScreenSaver::onPause() {
+  StopTimer(mTimScreenSaver);
+}
+
+void ScreenSaver::touchEvent(int, int, int) {}
+void ScreenSaver::MessageBoxHandler(int, int, int, int) {}
+
+void ScreenSaver::SlotSec() {
+  mTimScreenSaver->stop();
+  SendEvent(SEND_GET_VOLTAGE, 0, QString(), &gRecvVoltage);
+  SetCurTimeAndVolStr();
+  InitImageLoad();
+  SetTimer(mTimScreenSaver, kSecondMs);
+}
+
+void ScreenSaver::SetDefalutTime() {
+  mTimeSet = DefaultTime();
+}
+
+QString ScreenSaver::TransformDate(const QString& dayName) {
+  const QString name = dayName.left(3);
+  for (const auto& day : kDays)
+    if (name == QLatin1String(day.english)) return QString::fromUtf8(day.korean);
+  return {};
+}
+
+// A label whose text stays the same is not painted again.
+void ScreenSaver::SetCurTimeAndVolStr() {
+  mTimeSet = ReadClock();
+  if (ChkTimeError(mTimeSet) != 0) SetDefalutTime();
+  mCurTime = ConvTime12H(mTimeSet);
+  mIsAM = mCurTime.Apm == AM;
+  mStrDate = QString::asprintf("%04d.%02d.%02d", mCurTime.Year, mCurTime.Month, mCurTime.Day);
+  mStrTime = QString::asprintf("%02d:%02d", mCurTime.Hour, mCurTime.Minute);
+  mStrVoltage = QString::asprintf("%3.1fv", double{gRecvVoltage});
+  const QDate date(mCurTime.Year, mCurTime.Month, mCurTime.Day);
+  mLblDate->setText(mStrDate);
+  mLblDay->setText(TransformDate(date.toString(QStringLiteral("ddd"))));
+  mLblTime->setText(mStrTime);
+  mLblVolt->setText(mStrVoltage);
+}
+
+void ScreenSaver::SetImage(QPixmap& image, QPoint place, const QPixmap& picture) {
+  if (image.cacheKey() == picture.cacheKey()) return;
+  update(QRect(place, image.size().expandedTo(picture.size())));
+  image = picture;
+}
+
+void ScreenSaver::InitImageLoad() {
+  if (IsCustomPicture()) {
+    SetImage(mBg, {0, 0}, FittingCustomPicture());
+    return;
+  }
+  const Setting_Config& setting = gEnvirnmentSettings.mSetting;
+  SetImage(mBg, {0, 0}, Picture(QStringLiteral("screensaver/status_time_sign_bg.bmp")));
+  SetImage(mImgSpeaker, kSpeakerPlace,
+           setting.buzer_flag == 1 ? Picture(kSpeakerOff) : PictureOf(kSpeaker, setting.spk_volume, kSpeakerOff));
+  SetImage(mImgMic, kMicPlace,
+           setting.volume != 0 ? Picture(QStringLiteral("screensaver/status_mic_on.bmp"))
+                               : Picture(QStringLiteral("screensaver/status_mic_off.bmp")));
+  SetImage(mImgGps, kGpsPlace, PictureOf(kGps, gIsConnectGps, kGpsDisconnected));
+  SetImage(mImgVolt, kVoltPlace, Picture(QStringLiteral("screensaver/status_voltage_text_bg.bmp")));
+  SetImage(mImgAPM, kApmPlace,
+           mIsAM ? Picture(QStringLiteral("screensaver/status_time_am.bmp"))
+                 : Picture(QStringLiteral("screensaver/status_time_pm.bmp")));
+}
+
+void ScreenSaver::paintEvent(QPaintEvent* event) {
+  QPainter painter(this);
+  painter.fillRect(event->rect(), kGround);
+  if (IsCustomPicture()) {
+    painter.drawPixmap((kScreen.width() - mBg.width()) / 2, (kScreen.height() - mBg.height()) / 2, mBg);
+    return;
+  }
+  painter.drawPixmap(event->rect(), mBg, event->rect());
+  painter.drawPixmap(kSpeakerPlace, mImgSpeaker);
+  painter.drawPixmap(kMicPlace, mImgMic);
+  painter.drawPixmap(kGpsPlace, mImgGps);
+  painter.drawPixmap(kVoltPlace, mImgVolt);
+  painter.drawPixmap(kApmPlace, mImgAPM);
+}
