@@ -71,8 +71,8 @@ void ScreenSaver::InitLabel() {
   } rows[] = {
       {&mLblDate, "mLblDate", {36, 26, 220, 40}, 30, false, Qt::AlignLeft},
       {&mLblDay, "mLblDay", {304, 26, 140, 40}, 30, false, Qt::AlignRight},
-      {&mLblTime, "mLblTime", {124, 72, 324, 150}, 120, true, Qt::AlignRight},
-      {&mLblVolt, "mLblVolt", {356, 250, 104, 56}, 28, false, Qt::AlignLeft},
+      {&mLblTime, "mLblTime", {124, 72, 324, 150}, 120, true, Qt::AlignHCenter},
+      {&mLblVolt, "mLblVolt", {356, 250, 104, 56}, 28, false, Qt::AlignHCenter},
   };
   for (const auto& row : rows) {
     QLabel* label = *row.label = new QLabel(this);

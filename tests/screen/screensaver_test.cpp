@@ -224,8 +224,8 @@ private slots:
     QTest::addColumn<int>("align");
     QTest::newRow("date") << QByteArray("mLblDate") << QRect(36, 26, 220, 40) << 30 << int{Qt::AlignLeft};
     QTest::newRow("weekday") << QByteArray("mLblDay") << QRect(304, 26, 140, 40) << 30 << int{Qt::AlignRight};
-    QTest::newRow("time") << QByteArray("mLblTime") << QRect(124, 72, 324, 150) << 120 << int{Qt::AlignRight};
-    QTest::newRow("voltage") << QByteArray("mLblVolt") << QRect(356, 250, 104, 56) << 28 << int{Qt::AlignLeft};
+    QTest::newRow("time") << QByteArray("mLblTime") << QRect(124, 72, 324, 150) << 120 << int{Qt::AlignHCenter};
+    QTest::newRow("voltage") << QByteArray("mLblVolt") << QRect(356, 250, 104, 56) << 28 << int{Qt::AlignHCenter};
   }
   void labelsStandWhereTheyShould() {
     QFETCH(QByteArray, name);
