@@ -14,18 +14,18 @@ struct Parts;
 struct VideoPlane {
   enum class View { Pip = 0, Front = 1, Rear = 2 };
   View view = View::Pip;
-  bool mirrored = false;   ///< the rear picture is mirrored
-  int pipCorner = 0;       ///< where the small picture stands: 0 right bottom, 1 right top, 2 left top, 3 left bottom
-  bool rearAlive = true;   ///< false: the rear camera is unplugged or switched off; its picture is black
-  bool recording = true;   ///< a recording is under way
+  bool mirrored = false;  ///< the rear picture is mirrored
+  int pipCorner = 0;      ///< where the small picture stands: 0 right bottom, 1 right top, 2 left top, 3 left bottom
+  bool rearAlive = true;  ///< false: the rear camera is unplugged or switched off; its picture is black
+  bool recording = true;  ///< a recording is under way
 };
 
 /// The simulated recorder firmware: everything that the interface talks to over the platform library's transport, and
 /// the files that the firmware leaves below the root. It knows no screen. One thread, the one it was made in.
 ///
 /// Any of recorder and interface may be started first, end and come back:
-/// - the queue and the segment are created by whoever needs them first. A recorder that starts only empties the queue; it
-///   never removes it, because a living interface waits on that very queue and would never hear of another one;
+/// - the queue and the segment are created by whoever needs them first. A recorder that starts only empties the queue
+///   and never removes it: a living interface waits on that very queue and would never hear of another one;
 /// - the socket file is replaced when the recorder that made it is dead; the interface connects anew by itself;
 /// - each connection's first query of the voltage is taken for a started interface: it is told the state;
 /// - the settings are those of the last INI file, which always holds what the recorder holds.
@@ -53,30 +53,30 @@ public:
   /// Other delays than the usual ones. Before Start().
   void SetDelays(const Delays& delays);
 
-  /// Writes the files that the firmware leaves before the interface starts, creates the queue and the segment (their key:
-  /// environment PLATFORM_KEY), and listens for commands. False, with one sentence in `error`, when that is impossible or
-  /// when another recorder listens below the same root; nothing is touched then.
+  /// Writes the files that the firmware leaves before the interface starts, creates the queue and the segment (their
+  /// key: environment PLATFORM_KEY), and listens for commands. False, with one sentence in `error`, when that is
+  /// impossible, or when another recorder listens below the same root: its files and its queue are left alone.
   bool Start(QString* error);
 
   /// Removes the queue and the segment from the machine. For the end of the bench, when the interface has ended.
   static void RemoveTransport();
 
-  /// Sends status event `event` (1..38, RECV_ZEL_STATUS_EVENT) with `value` to the interface. False for another event, or
-  /// when the queue is full. Never blocks.
+  /// Sends status event `event` (1..38, RECV_ZEL_STATUS_EVENT) with `value` to the interface. False for another event,
+  /// or when the queue is full. Never blocks.
   bool SendStatus(int event, int value);
 
-  /// Does one of the bench's actions (a button): see Actions(). False, with one sentence in `error`, for an unknown name
-  /// or a bad argument, or when it cannot be done now.
+  /// Does one of the bench's actions (a button): see Actions(). False, with one sentence in `error`, for an unknown
+  /// name or a bad argument, or when it cannot be done now.
   bool Do(const QString& name, const QJsonObject& arguments, QString* error);
 
-  /// Every action: [{"name", "group", "label", "arguments": [{"name", "min", "max", "default"} or {"name", "choices"}]}]
-  /// A number is whole unless the argument says "fraction": true. An argument may be left out when it says
-  /// "optional": true. Choices are texts.
+  /// Every action: [{"name", "group", "label", "arguments": [{"name", "min", "max", "default"} or {"name",
+  /// "choices"}]}] A number is whole unless the argument says "fraction": true. An argument may be left out when it
+  /// says "optional": true. Choices are texts.
   static QJsonArray Actions();
 
-  /// Plays the scenario of `file`: one JSON object a line, {"ms", "event", "value"} or {"ms", "action", its arguments}; ms
-  /// (0..86400000) count from the interface's first command, or from now when that has come already. The whole file is
-  /// checked first: false, with one sentence that names the line. It replaces a scenario that is being played.
+  /// Plays the scenario of `file`: one JSON object a line, {"ms", "event", "value"} or {"ms", "action", its arguments};
+  /// ms (0..86400000) count from the interface's first command, or from now when that has come already. The whole file
+  /// is checked first: false, with one sentence that names the line. It replaces a scenario that is being played.
   bool PlayScenario(const QString& file, QString* error);
 
   /// The recorder's whole state, for a person and for tests: settings, decoded setup block, cameras, power, card, ...
@@ -85,7 +85,8 @@ public:
   VideoPlane Video() const;
 
 signals:
-  /// One entry of the log: {"kind": "command"|"event"|"action"|"note", "name", "field" or "event", "value", "result", ...}
+  /// One entry of the log: {"kind": "command"|"event"|"action"|"note", "name", "field" or "event", "value", "result",
+  /// ...}
   ///   command: "name" of the field, "field", "value" (4 bytes) or "data" (hex), "result", "answer" of a query
   ///   event:   "name", "event", "value", "result" (0, or -1: not sent)
   ///   action:  "name", "arguments", "result", "error" when refused

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QString>
+
+namespace recorder {
+
+struct Parts;
+
+/// Every action, as Recorder::Actions() says.
+QJsonArray DescribeActions();
+
+/// Whether there is such an action and the arguments suit it. False with one sentence in `error`.
+bool CheckAction(const QString& name, const QJsonObject& arguments, QString* error);
+
+/// Does an action. False, with one sentence in `error`, for what CheckAction refuses and for what cannot be done now.
+bool DoAction(Parts& parts, const QString& name, const QJsonObject& arguments, QString* error);
+
+}  // namespace recorder

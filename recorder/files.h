@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace recorder {
+
+/// The firmware's files, below the root.
+inline constexpr char kIniFile[] = "/tmp/config_init.ini";
+inline constexpr char kManualEvent[] = "/tmp/ndf";
+inline constexpr char kParkingReport[] = "/tmp/.info.bin";
+inline constexpr char kUpdateMarker[] = "/tmp/update.zel";
+inline constexpr char kUpdateMarker2[] = "/tmp/update.zel2";
+inline constexpr char kTouchCheckMarker[] = "/mnt/mmc/touch_check.txt";
+inline constexpr char kTouchTestMarker[] = "/mnt/mmc/touch_test.txt";
+inline constexpr char kSocket[] = "/run/recorder.sock";
+inline constexpr char kLedList[] = "/opt/led.zel";
+
+/// Writes a file whole or not at all: beside it first, then renamed over it.
+bool WriteWhole(const QString& path, const QByteArray& bytes);
+
+/// Makes the folders of the device below `root`, removes what an earlier run left in /tmp, and sees to a good list of
+/// the front LED. False, with one sentence in `error`, when a folder or a file cannot be made.
+bool PrepareRoot(const QString& root, QString* error);
+
+/// The list of the front LED as the device comes with it: the security pattern (shown), the brand pattern, a number.
+QByteArray FactoryLedList();
+
+}  // namespace recorder

@@ -1,0 +1,81 @@
+#include "recorder/parking.h"
+
+#include <QDateTime>
+#include <QtEndian>
+#include <algorithm>
+
+#include "recorder/files.h"
+
+namespace recorder {
+namespace {
+
+int SecondsAgo(int seconds) {
+  return static_cast<int>(QDateTime::currentSecsSinceEpoch() - seconds);
+}
+
+void Append(QByteArray* bytes, int number) {
+  char little[4];
+  qToLittleEndian<qint32>(number, little);
+  bytes->append(little, sizeof little);
+}
+
+void Append(QByteArray* bytes, const QList<int>& times) {
+  Append(bytes, static_cast<int>(times.size()));
+  for (int time : times) Append(bytes, time);
+}
+
+}  // namespace
+
+QByteArray Parking::Report(int start, int end, int lowVoltage, const QList<int>& impacts, const QList<int>& motions) {
+  QByteArray bytes;
+  for (int number : {1, start, end, lowVoltage}) Append(&bytes, number);
+  Append(&bytes, impacts);
+  Append(&bytes, motions);
+  return bytes;
+}
+
+bool Parking::Begin(int minutesAgo, QString* error) {
+  if (IsParked()) {
+    *error = QStringLiteral("The car is parked already.");
+    return false;
+  }
+  mStart = SecondsAgo(60 * minutesAgo);
+  mImpacts.clear();
+  mMotions.clear();
+  mCameras.Parked(true);
+  return mHub.Send(RECV_ZEL_STATUS_PARK_MODE_IN);
+}
+
+bool Parking::End(bool lowVoltage, QString* error) {
+  if (!IsParked()) {
+    *error = QStringLiteral("The car is not parked.");
+    return false;
+  }
+  // A parking lasts a second at least: one without a duration is none.
+  const int end = std::max(SecondsAgo(0), mStart + 1);
+  const QByteArray report = Report(mStart, lowVoltage ? 0 : end, lowVoltage ? end : 0, mImpacts, mMotions);
+  mStart = 0;
+  mCameras.Parked(false);
+  if (!WriteWhole(mHub.Path(kParkingReport), report))
+    mHub.Note(QStringLiteral("The parking report cannot be written."));
+  return mHub.Send(RECV_ZEL_STATUS_PARK_MODE_OUT);
+}
+
+bool Parking::Record(bool impact, int minutesAgo, QString* error) {
+  QList<int>& times = impact ? mImpacts : mMotions;
+  if (!IsParked() || times.size() >= kMostRecordings) {
+    *error = IsParked() ? QStringLiteral("The parking report is full.") : QStringLiteral("The car is not parked.");
+    return false;
+  }
+  times.append(std::max(mStart, SecondsAgo(60 * minutesAgo)));
+  return true;
+}
+
+QJsonObject Parking::State() const {
+  return {{QStringLiteral("parked"), IsParked()},
+          {QStringLiteral("since"), mStart},
+          {QStringLiteral("impacts"), mImpacts.size()},
+          {QStringLiteral("motions"), mMotions.size()}};
+}
+
+}  // namespace recorder

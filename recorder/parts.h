@@ -1,0 +1,44 @@
+#pragma once
+
+#include "recorder/cameras.h"
+#include "recorder/commandserver.h"
+#include "recorder/manualevent.h"
+#include "recorder/parking.h"
+#include "recorder/power.h"
+#include "recorder/recording.h"
+#include "recorder/scenario.h"
+#include "recorder/statuschannel.h"
+
+namespace recorder {
+
+/// What the recorder knows and only passes on.
+struct Facts {
+  int gps = 2;    ///< 0 none, 1 searching, 2 fix
+  int speed = 0;  ///< km/h
+  bool accModel = false;
+  QString card = QStringLiteral("good");
+};
+
+/// The recorder taken apart.
+struct Parts {
+  Parts(Recorder& recorder, const QString& root);
+
+  /// An interface has made its first query: tells it the state, and begins a scenario that waits for it.
+  void Greet();
+
+  Hub hub;
+  StatusChannel status;
+  Cameras cameras{hub};
+  Power power{hub};
+  Voice voice{hub};
+  Recording recording{hub, voice};
+  Parking parking{hub, cameras};
+  ManualEvent manualEvent{hub};
+  Facts facts;
+  QTimer restart;  // to the restart of the device
+  Scenario scenario{hub};
+  bool greeted = false;  // an interface has made its first query in this run
+  CommandServer server;
+};
+
+}  // namespace recorder

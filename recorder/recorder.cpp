@@ -1,0 +1,125 @@
+#include "recorder/recorder.h"
+
+#include <QDir>
+
+#include "recorder/actions.h"
+#include "recorder/commands.h"
+#include "recorder/files.h"
+#include "recorder/parts.h"
+
+namespace recorder {
+
+Parts::Parts(Recorder& recorder, const QString& root)
+    : hub{recorder, root, Recorder::Delays(), SettingStore(root + QLatin1String(kIniFile))},
+      server([this](CommandServer::Client& client, quint32 field,
+                    const QByteArray& data) { return DoCommand(*this, client, field, data); },
+             [this](const QString& sentence) { hub.Note(sentence); }) {
+  restart.setSingleShot(true);
+  restart.callOnTimeout([this] { emit hub.recorder.RestartWanted(); });
+}
+
+void Parts::Greet() {
+  hub.Note(QStringLiteral("An interface has started."));
+  hub.Send(RECV_ZEL_STATUS_CAM_CNT, cameras.Count());
+  hub.Send(RECV_ZEL_STATUS_ACC_SUPPORT, facts.accModel);
+  hub.Send(RECV_ZEL_STATUS_GPS_CONNECT, facts.gps);
+  hub.Send(RECV_ZEL_STATUS_SPEED, facts.speed);
+  // One that was started again in the middle of something.
+  if (parking.IsParked()) hub.Send(RECV_ZEL_STATUS_PARK_MODE_IN);
+  if (power.Counting()) power.Count(true);
+  if (!greeted) scenario.Start();
+  greeted = true;
+}
+
+}  // namespace recorder
+
+using namespace recorder;
+
+Recorder::Recorder(const QString& root, QObject* parent)
+    : QObject(parent), mParts(std::make_unique<Parts>(*this, root)) {}
+
+Recorder::~Recorder() = default;
+
+void Recorder::SetDelays(const Delays& delays) {
+  mParts->hub.delays = delays;
+}
+
+bool Recorder::Start(QString* error) {
+  Hub& hub = mParts->hub;
+  if (hub.root.isEmpty()) {
+    *error = QStringLiteral("The recorder needs a folder that stands for the device.");
+    return false;
+  }
+  // First the socket: another recorder below this root keeps its files and its queue.
+  if (!mParts->server.Listen(hub.Path(kSocket), error) || !mParts->status.Open(error) || !PrepareRoot(hub.root, error))
+    return false;
+  hub.settings.Load();
+  if (!hub.settings.Save()) {
+    *error = QStringLiteral("The file %1 cannot be written.").arg(hub.Path(kIniFile));
+    return false;
+  }
+  mParts->cameras.Start();
+  return true;
+}
+
+void Recorder::RemoveTransport() {
+  StatusChannel::Remove();
+}
+
+bool Recorder::SendStatus(int event, int value) {
+  const bool known = event >= RECV_ZEL_STATUS_SYS_RESTART && event <= RECV_ZEL_STATUS_PARK_INFO_CLOSE;
+  const bool sent = known && mParts->status.Send(event, value);
+  emit Logged({{QStringLiteral("kind"), QStringLiteral("event")},
+               {QStringLiteral("name"), QLatin1String(NameOf(static_cast<RECV_ZEL_STATUS_EVENT>(event)))},
+               {QStringLiteral("event"), event},
+               {QStringLiteral("value"), value},
+               {QStringLiteral("result"), sent ? 0 : -1}});
+  return sent;
+}
+
+bool Recorder::Do(const QString& name, const QJsonObject& arguments, QString* error) {
+  const bool done = DoAction(*mParts, name, arguments, error);
+  QJsonObject entry{{QStringLiteral("kind"), QStringLiteral("action")},
+                    {QStringLiteral("name"), name},
+                    {QStringLiteral("arguments"), arguments},
+                    {QStringLiteral("result"), done ? 0 : -1}};
+  if (!done) entry.insert(QStringLiteral("error"), *error);
+  emit Logged(entry);
+  emit StateChanged();
+  return done;
+}
+
+QJsonArray Recorder::Actions() {
+  return DescribeActions();
+}
+
+bool Recorder::PlayScenario(const QString& file, QString* error) {
+  if (!mParts->scenario.Load(file, error)) return false;
+  if (mParts->greeted) mParts->scenario.Start();
+  return true;
+}
+
+QJsonObject Recorder::State() const {
+  const Parts& parts = *mParts;
+  return {{QStringLiteral("settings"), parts.hub.settings.Values()},
+          {QStringLiteral("setup"), parts.hub.settings.Block()},
+          {QStringLiteral("cameras"), parts.cameras.State()},
+          {QStringLiteral("power"), parts.power.State()},
+          {QStringLiteral("parking"), parts.parking.State()},
+          {QStringLiteral("voice"), parts.voice.State()},
+          {QStringLiteral("recording"), parts.recording.IsOn()},
+          {QStringLiteral("manualEvent"), parts.manualEvent.IsOn()},
+          {QStringLiteral("card"), parts.facts.card},
+          {QStringLiteral("gps"), parts.facts.gps},
+          {QStringLiteral("speed"), parts.facts.speed},
+          {QStringLiteral("accModel"), parts.facts.accModel},
+          {QStringLiteral("scenario"), parts.scenario.IsPlaying()},
+          {QStringLiteral("connections"), parts.server.Connections()},
+          {QStringLiteral("waitingEvents"), parts.status.Waiting()}};
+}
+
+VideoPlane Recorder::Video() const {
+  VideoPlane plane = mParts->cameras.Video();
+  plane.recording = mParts->recording.IsOn();
+  return plane;
+}

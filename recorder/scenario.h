@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QList>
+#include <QTimer>
+
+#include "recorder/hub.h"
+
+namespace recorder {
+
+/// A file of events and actions with their times.
+class Scenario {
+public:
+  explicit Scenario(Hub& hub);
+
+  /// Reads and checks `file`. False, with one sentence in `error` that names the line, when anything is wrong; what was
+  /// read before stays then.
+  bool Load(const QString& file, QString* error);
+
+  /// Plays what was loaded, from its first line.
+  void Start();
+
+  bool IsPlaying() const { return mTimer.isActive(); }
+
+private:
+  struct Step {
+    int ms;
+    int event = 0;  // 0: the action
+    int value = 0;
+    QString action;
+    QJsonObject arguments;
+  };
+
+  static bool ReadLine(const QByteArray& line, Step* step, QString* error);
+  void Play();
+  void Wait();
+
+  Hub& mHub;
+  QList<Step> mSteps;  // in the order of their times
+  qsizetype mNext = 0;
+  QElapsedTimer mClock;
+  QTimer mTimer;
+};
+
+}  // namespace recorder
