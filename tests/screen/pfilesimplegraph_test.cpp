@@ -199,8 +199,8 @@ private slots:
     QTest::newRow("in the first pixel") << 99 << 20;
     QTest::newRow("in the second pixel") << 100 << 21;
     QTest::newRow("a quarter") << 11000 << 130;
-    QTest::newRow("just before a pixel") << 12899 << 148;
-    QTest::newRow("a fraction that no float holds") << 12900 << 149;
+    QTest::newRow("just before a pixel") << 11199 << 131;
+    QTest::newRow("a fraction that no float holds") << 11200 << 132;
     QTest::newRow("half") << 22000 << 240;
     QTest::newRow("a second before the end") << kPeriod - 1 << 459;
     QTest::newRow("at the end") << kPeriod << 459;

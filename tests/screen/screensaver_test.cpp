@@ -330,6 +330,16 @@ private slots:
     QVERIFY(!Timer(saver)->isActive());
     ForgetPictures();
   }
+  void ownPictureThatHasComeMeanwhileTakesThePlaceOfTheClock() {
+    Setting().lcd_wait_dis = 3;
+    ScreenSaver* saver = Show();
+    saver->hide();
+    Draw(kOwnPicture, {480, 320}, Qt::green);
+    saver->show();
+    QVERIFY(IsAlone(saver, QRect(0, 0, 480, 320), Qt::green));
+    QVERIFY(!Timer(saver)->isActive());
+    ForgetPictures();
+  }
   void ownPictureIsForItsModeOnly() {
     Draw(kOwnPicture, {480, 320}, Qt::green);
     for (const int mode : {0, 1, 2, 4}) {
