@@ -206,6 +206,7 @@ void TouchThreadTest::Start() {
 
 void TouchThreadTest::cleanup() {
   mReader.reset();
+  QCoreApplication::sendPostedEvents(this);  // what was told and not asked for is not the next test's
   if (mWriter >= 0) CloseFifo();
   QFile::remove(mDevice);
   QDir().rmdir(mDevice);
