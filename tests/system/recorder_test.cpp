@@ -924,7 +924,12 @@ private slots:
     Start(delays);
     QCOMPARE(Ask(SFIELD_SET_LCD_BRIGHT, 0), 0);
     QCOMPARE(Ask(SFIELD_SET_VIEWREAR, 2), 0);
+    bool thereBeforeTheNotice = false;
+    connect(mRecorder.get(), &Recorder::Logged, this, [&](const QJsonObject& entry) {
+      if (entry["event"].toInt() == RECV_ZEL_STATUS_POWER_OFF) thereBeforeTheNotice = Ini()["view/display"] == "0";
+    });
     QCOMPARE(Ask(SFIELD_SET_USER_DATA_INIT, 0), 0);
+    QVERIFY(thereBeforeTheNotice);
     QCOMPARE(Ini()["lcdsetting/lcd_bright"], QString("2"));
     QCOMPARE(Ini()["view/display"], QString("0"));
     QCOMPARE(mRecorder->Video().view, VideoPlane::View::Pip);
@@ -1471,6 +1476,8 @@ private slots:
     QVERIFY(mRecorder->PlayScenario(WriteScenario("{\"ms\": 0, \"event\": 24, \"value\": 5}\n"), &error));
     QVERIFY(Comes(24, 5));
     QVERIFY(!mRecorder->State()["scenario"].toBool());
+    QVERIFY(mRecorder->PlayScenario(WriteScenario("{\"ms\": 3600000, \"event\": 28, \"value\": 0}\n"), &error));
+    QVERIFY(mRecorder->State()["scenario"].toBool());
     QVERIFY(mRecorder->PlayScenario(WriteScenario("\n"), &error));  // nothing to play
     QVERIFY(!mRecorder->State()["scenario"].toBool());
   }
@@ -1569,6 +1576,7 @@ private slots:
     QTest::newRow("seven bytes") << Packet(8655, Int(1)).left(7);
     QTest::newRow("length beyond the packet") << Packet(8655, 5, Int(1));
     QTest::newRow("length short of the packet") << Packet(8655, 3, Int(1));
+    QTest::newRow("more than the length says") << Packet(8655, 4, Int(1) + 'x');
     QTest::newRow("no data") << Packet(8655, 4, "");
     QTest::newRow("huge length") << Packet(8655, 0xFFFFFFFFU, Int(1));
     QTest::newRow("length that wraps round") << Packet(8655, 0xFFFFFFF8U, "");
