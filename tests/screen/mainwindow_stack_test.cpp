@@ -2,6 +2,7 @@
 #include <set>
 
 #include "gui/app/screenfactory.h"
+#include "gui/parking/pfileinfo.h"
 #include "tests/fake/windowtest.h"
 
 static TestRoot root;
@@ -10,6 +11,8 @@ class MainWindowStackTest : public WindowTest {
   Q_OBJECT
 
 private:
+  PFileInfo mReport;
+
   static bool IsThere(WidgetId id) {
     for (const ScreenRow& row : Screens())
       if (row.id == id) return true;
@@ -27,7 +30,7 @@ private slots:
     for (const ScreenRow& row : Screens()) {
       QVERIFY2(row.id > UNKNOWN && row.id <= POWERCUTSETTING, row.name);
       QVERIFY2(seen.insert(row.id).second, row.name);
-      mWindow->StartWidget(row.id, nullptr);
+      mWindow->StartWidget(row.id, row.id == PFILEGRAPH ? &mReport : nullptr);
       QCOMPARE(TopId(), row.id);
       QCOMPARE(Top()->metaObject()->className(), row.name);
       QVERIFY2(Top()->isVisible(), row.name);
@@ -47,6 +50,14 @@ private slots:
     QCOMPARE(TopId(), PREVIEW);
     QCOMPARE(gWidgetManager.GetStackDepth(), 0);
     QCOMPARE(mWindow->centralWidget(), mPreview);
+    QVERIFY(mPreview->isVisible());
+    QCOMPARE(mPreview->paused, 0);
+  }
+  void theParkingReportIsNotBuiltWithoutAReport() {
+    QObject other;
+    mWindow->StartWidget(PFILEGRAPH, nullptr);
+    mWindow->StartWidget(PFILEGRAPH, &other);
+    QCOMPARE(TopId(), PREVIEW);
     QVERIFY(mPreview->isVisible());
     QCOMPARE(mPreview->paused, 0);
   }

@@ -124,6 +124,7 @@ private slots:
   void aNoticeOfOneLineMayHoldTheSeparator();
   void aBoxIsUsedAgain();
   void aSmallerBoxUncoversTheScreen();
+  void anotherIconIsPaintedAtOnce();
   void anUnknownTypeKeepsPlaceAndSize_data();
   void anUnknownTypeKeepsPlaceAndSize();
   void anUnknownTypeFromTheStartShowsNoPicture();
@@ -288,6 +289,14 @@ void MessageBoxTest::aSmallerBoxUncoversTheScreen() {
            Composed(kNotice.size(), {{{0, 0}, "message_box1.bmp"}}));
 }
 
+void MessageBoxTest::anotherIconIsPaintedAtOnce() {
+  MessageBox& box = Show(1, 0, 0, QString());
+  QCoreApplication::processEvents();
+  QTest::ignoreMessage(QtDebugMsg, "paint event MessageBox");
+  box.SettingMessageBox(1, 3, 0, QString(), 2, 24);
+  QCoreApplication::processEvents();
+}
+
 void MessageBoxTest::anUnknownTypeKeepsPlaceAndSize_data() {
   QTest::addColumn<int>("type");
   for (int type : {6, 7, 100, -1}) QTest::addRow("%d", type) << type;
@@ -304,6 +313,8 @@ void MessageBoxTest::anUnknownTypeKeepsPlaceAndSize() {
   QCOMPARE(box.geometry(), kQuestion);
   QCOMPARE(Line("five")->geometry(), QRect(126, 102, 284, 30));
   QVERIFY(!box.HasButtons());
+  box.SettingMessageBox(type, 0, 0, QString(), 2, 24);
+  QCOMPARE(Grabbed(box), Composed(kQuestion.size(), {}));
 }
 
 void MessageBoxTest::anUnknownTypeFromTheStartShowsNoPicture() {

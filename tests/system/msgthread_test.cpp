@@ -248,6 +248,7 @@ void MsgThreadTest::aReplyWithDataNamesTheSendersSlot_data() {
   QTest::newRow("beyond the segment") << 18 << 196608;
   QTest::newRow("last that an int can name") << 174764 << 174762 * 12288;
   QTest::newRow("no int can name it") << 174765 << 8;
+  QTest::newRow("32 bits would name the first one") << 349528 << 8;
   QTest::newRow("the highest id") << INT_MAX << 8;
 }
 
