@@ -40,8 +40,8 @@ enum SYSTEM_CONTROL {
   SFIELD_VOLTAGE_COMPENSATION = 8669,
   SFIELD_SET_PREVIEW_MIRRORING = 8670,
   SFIELD_SET_MOVING_PIP = 8671,
-  SFIELD_SET_MOTION_SETTING = 8672,         ///< 8 bytes: the front motion map; or 4 bytes
-  SFIELD_SET_MOTION_SETTING_REAR = 8673,    ///< 8 bytes: the rear motion map
+  SFIELD_SET_MOTION_SETTING = 8672,            ///< 8 bytes: the front motion map; or 4 bytes
+  SFIELD_SET_MOTION_SETTING_REAR = 8673,       ///< 8 bytes: the rear motion map
   SFIELD_GET_PARKING_MODE_EVENT_FILE = 8674,   ///< query
   SFIELD_GET_PARKING_MODE_MOTION_FILE = 8675,  ///< query
   SFIELD_SET_CURRENT_RECORDING_FILE_DETECT = 8676,

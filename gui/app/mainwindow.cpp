@@ -68,7 +68,9 @@ bool IsCurrent(std::initializer_list<WidgetId> ids) {
 }
 
 // The screens on which parking never switches the LCD off.
-bool KeepsLcdOn() { return IsCurrent({RECORDINGLIST, PLAYER, SDFORMAT, TOUCHTEST, TOUCHCOMP}); }
+bool KeepsLcdOn() {
+  return IsCurrent({RECORDINGLIST, PLAYER, SDFORMAT, TOUCHTEST, TOUCHCOMP});
+}
 }  // namespace
 
 MainWindow::MainWindow(QWidget* parent) : ScreenHost(parent) {
@@ -155,7 +157,9 @@ void MainWindow::SendEvent(Send_Event event, int value, QString text, float* out
   mMsgThread->sendEvent(event, value, text, nullptr, out);
 }
 
-bool MainWindow::GetTouchReleaseFlag() const { return mTouchThread->GetIsRelease(); }
+bool MainWindow::GetTouchReleaseFlag() const {
+  return mTouchThread->GetIsRelease();
+}
 
 // ---------------------------------------------------------------------------------------------------- the screen stack
 
@@ -418,14 +422,17 @@ void MainWindow::RestartParkingModeLcdOff() {
   if (!KeepsLcdOn()) SetParkingModeLcdOffTimer();
 }
 
-void MainWindow::StopParkingModeLcdOffTimer() { mTimParkingModeLcdOff->stop(); }
+void MainWindow::StopParkingModeLcdOffTimer() {
+  mTimParkingModeLcdOff->stop();
+}
 
 void MainWindow::TimeoutParkingModeLcdOff() {
   mTimParkingModeLcdOff->stop();
   if (mIsIngParkingModeOn && !KeepsLcdOn()) LcdOff();
 }
 
-// ---------------------------------------------------------------------------------------------------- delayed follow-ups
+// ---------------------------------------------------------------------------------------------------- delayed
+// follow-ups
 
 void MainWindow::SetEvent(int eventId, int ms) {
   mEventId = eventId;
@@ -470,9 +477,13 @@ void MainWindow::ForceFrontView() {
   if (BaseWidget* screen = gWidgetManager.GetCurrentWidget()) screen->repaint();
 }
 
-void MainWindow::SetGlobalEntryPreviewTimer() { BaseWidget::SetTimer(mTimSystemRecStart, kIdleReturnMs); }
+void MainWindow::SetGlobalEntryPreviewTimer() {
+  BaseWidget::SetTimer(mTimSystemRecStart, kIdleReturnMs);
+}
 
-void MainWindow::StopGlobalEntryPreviewTimer() { mTimSystemRecStart->stop(); }
+void MainWindow::StopGlobalEntryPreviewTimer() {
+  mTimSystemRecStart->stop();
+}
 
 void MainWindow::TimeoutSystemRecStart() {
   mTimSystemRecStart->stop();
@@ -488,7 +499,8 @@ void MainWindow::TimeoutSystemRecStart() {
   SetEvent(ENTRY_PREVIEW, kNoticeMs);
 }
 
-// ------------------------------------------------------------------------------------------------ low-voltage countdown
+// ------------------------------------------------------------------------------------------------ low-voltage
+// countdown
 
 void MainWindow::SetLowVolCount(int on) {
   mCountOfLowVolPowerOff = kLowVolSeconds;
@@ -518,7 +530,8 @@ void MainWindow::TimeoutLowVolPowerOffCount() {
   BaseWidget::SetTimer(mTimLowVolPowerOffCount, kSecondMs);
 }
 
-// ------------------------------------------------------------------------------------------------------------- painting
+// -------------------------------------------------------------------------------------------------------------
+// painting
 
 // Black while the LCD is off; the colour that video shows through behind the preview; else whatever it was, because
 // every other screen paints its whole page.
@@ -531,8 +544,14 @@ void MainWindow::ApplyBackground() {
   setAutoFillBackground(true);
 }
 
-void MainWindow::paintEvent(QPaintEvent*) { ApplyBackground(); }
+void MainWindow::paintEvent(QPaintEvent*) {
+  ApplyBackground();
+}
 
-bool MainWindow::event(QEvent* event) { return QMainWindow::event(event); }
+bool MainWindow::event(QEvent* event) {
+  return QMainWindow::event(event);
+}
 
-void MainWindow::closeEvent(QCloseEvent* event) { event->ignore(); }  // the camera has no desktop to go back to
+void MainWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+}  // the camera has no desktop to go back to

@@ -9,9 +9,9 @@ class QTimer;
 class RecordingFileManager;
 class TouchThread;
 
-/// The window: it takes every touch and every status event first, applies the rules that hold on every screen (backlight,
-/// idle return to the preview, low-voltage countdown, the question for an SD format), and hands them to the screen on
-/// top. GUI thread.
+/// The window: it takes every touch and every status event first, applies the rules that hold on every screen
+/// (backlight, idle return to the preview, low-voltage countdown, the question for an SD format), and hands them to the
+/// screen on top. GUI thread.
 class MainWindow : public ScreenHost {
   Q_OBJECT
 

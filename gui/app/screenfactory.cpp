@@ -22,7 +22,9 @@ BaseWidget* MakeParkingReport(MainWindow* window, QObject* arg) {
   return report ? new PFileSimpleGraph(window, report) : nullptr;
 }
 
-BaseWidget* MakeScreenSaver(MainWindow* window, QObject*) { return new ScreenSaver(window); }
+BaseWidget* MakeScreenSaver(MainWindow* window, QObject*) {
+  return new ScreenSaver(window);
+}
 
 constexpr ScreenRow kScreens[] = {
     {PREVIEW, "PreviewLayout", MakePreview},
@@ -31,10 +33,13 @@ constexpr ScreenRow kScreens[] = {
 };
 }  // namespace
 
-std::span<const ScreenRow> Screens() { return kScreens; }
+std::span<const ScreenRow> Screens() {
+  return kScreens;
+}
 
 BaseWidget* MakeScreen(WidgetId id, MainWindow* window, QObject* arg) {
-  const auto row = std::find_if(std::begin(kScreens), std::end(kScreens), [id](const ScreenRow& r) { return r.id == id; });
+  const auto row =
+      std::find_if(std::begin(kScreens), std::end(kScreens), [id](const ScreenRow& r) { return r.id == id; });
   if (row != std::end(kScreens)) return row->make(window, arg);
   static std::set<WidgetId> said;
   if (said.insert(id).second) qDebug("screen %d %s: not there", id, NameOf(id));

@@ -2,7 +2,8 @@
 
 #include <QString>
 
-/// The absolute paths of the camera. All of them go through DevicePath, so that a bench or a test can have its own root.
+/// The absolute paths of the camera. All of them go through DevicePath, so that a bench or a test can have its own
+/// root.
 namespace device {
 inline constexpr char kTouchDevice[] = "/dev/input/event0";
 inline constexpr char kBacklight[] = "/proc/pwm/pwm0";

@@ -2,7 +2,8 @@
 
 #include <QString>
 
-/// Runs a shell command with system() and waits for it. Its result is nobody's business: device work either happens or not.
+/// Runs a shell command with system() and waits for it. Its result is nobody's business: device work either happens or
+/// not.
 void RunShell(const QString& command);
 
 /// "sync": what was written reaches the card.

@@ -47,7 +47,9 @@ int View() {
   return display == 0 || display == 2 ? display : 1;
 }
 
-int NextOf(int value, int count) { return ((value + 1) % count + count) % count; }
+int NextOf(int value, int count) {
+  return ((value + 1) % count + count) % count;
+}
 
 struct LabelRow {
   Label_Type type;
@@ -162,7 +164,9 @@ QLabel* PreviewLayout::SetLabel(Label_Type type, const char* name) {
 
 // --------------------------------------------------------------------------------------------------- overlay and LCD
 
-bool PreviewLayout::IsCurrentScreen() const { return gWidgetManager.GetCurrentWidget() == this; }
+bool PreviewLayout::IsCurrentScreen() const {
+  return gWidgetManager.GetCurrentWidget() == this;
+}
 
 // A box that stays until it is answered: the overlay that carries it stays, too.
 bool PreviewLayout::IsStandingBoxShown() const {
@@ -279,7 +283,8 @@ void PreviewLayout::onPause() {
   StopTimer(mTimTouchWait);
 }
 
-// --------------------------------------------------------------------------------------------------- checks at the start
+// --------------------------------------------------------------------------------------------------- checks at the
+// start
 
 void PreviewLayout::PaintTouchTestOrSeachingPfileInfo() {
   const auto exists = [](const char* path) { return QFile::exists(DevicePath(QLatin1String(path))); };
@@ -360,16 +365,22 @@ bool PreviewLayout::ShowParkingReport() {
 
 // ------------------------------------------------------------------------------------------------------- status texts
 
-void PreviewLayout::GetSystemVoltage() { SendEvent(SEND_GET_VOLTAGE, 0, QString(), &gRecvVoltage); }
+void PreviewLayout::GetSystemVoltage() {
+  SendEvent(SEND_GET_VOLTAGE, 0, QString(), &gRecvVoltage);
+}
 
 void PreviewLayout::InitTime() {
   mTimeSet = ReadClock();
   CopyTimeSet();
 }
 
-void PreviewLayout::CopyTimeSet() { mCurTime = mTimeSet; }
+void PreviewLayout::CopyTimeSet() {
+  mCurTime = mTimeSet;
+}
 
-void PreviewLayout::SetDefaultTime() { mCurTime = DefaultTime(); }
+void PreviewLayout::SetDefaultTime() {
+  mCurTime = DefaultTime();
+}
 
 void PreviewLayout::GoTime() {
   mTimeSet = ReadClock();
@@ -452,7 +463,9 @@ void PreviewLayout::touchEvent(int type, int x, int y) {
   PressElsewhere();
 }
 
-void PreviewLayout::Notice(MessageBox_Id id) { PaintMessageBox(id, false, 0, kNoticeMs); }
+void PreviewLayout::Notice(MessageBox_Id id) {
+  PaintMessageBox(id, false, 0, kNoticeMs);
+}
 
 bool PreviewLayout::IsParkedWithParkingMode() const {
   return gMainWindow->GetIsIngParkingModeOn() && gEnvirnmentSettings.mSetting.parking_mode_on != 0;
@@ -589,7 +602,9 @@ void PreviewLayout::CountingTouchEntryProcess() {
   SetEvent(HIDDEN_TOUCH_COM_ENTRY, kNoticeMs);
 }
 
-void PreviewLayout::TimeoutTouchEntry() { mTouchEntryTimer->stop(); }
+void PreviewLayout::TimeoutTouchEntry() {
+  mTouchEntryTimer->stop();
+}
 
 void PreviewLayout::TimeoutEvent() {
   BaseWidget::TimeoutEvent();
@@ -601,14 +616,18 @@ void PreviewLayout::TimeoutEvent() {
 
 // ---------------------------------------------------------------------------------------------- manual event recording
 
-bool PreviewLayout::IsExistNdfFile() { return QFile::exists(DevicePath(QLatin1String(device::kManualEventMarker))); }
+bool PreviewLayout::IsExistNdfFile() {
+  return QFile::exists(DevicePath(QLatin1String(device::kManualEventMarker)));
+}
 
 bool PreviewLayout::IsDetectFileKeyShown() const {
   if (gEnvirnmentSettings.mSetting.protect_file == 0) return false;
   return mIsDetectRecording || !gMainWindow->GetIsIngParkingModeOn();
 }
 
-QRect PreviewLayout::DetectFileKeyRect() const { return {View() == 1 ? kLowerLeft : kLowerRight, kKeySize}; }
+QRect PreviewLayout::DetectFileKeyRect() const {
+  return {View() == 1 ? kLowerLeft : kLowerRight, kKeySize};
+}
 
 void PreviewLayout::PressDetectFile() {
   if (gEnvirnmentSettings.mSetting.protect_file == 0 || gMainWindow->GetIsIngParkingModeOn()) return;
@@ -651,7 +670,8 @@ void PreviewLayout::FinishDetectRecording() {
   repaint();
 }
 
-// ---------------------------------------------------------------------------------------------- status events and boxes
+// ---------------------------------------------------------------------------------------------- status events and
+// boxes
 
 void PreviewLayout::recvEvent(int event, int value) {
   switch (event) {
@@ -713,7 +733,8 @@ void PreviewLayout::RecvMessageBoxHandler(int, int x, int y, int messageId) {
   }
 }
 
-// ------------------------------------------------------------------------------------------------------------- painting
+// -------------------------------------------------------------------------------------------------------------
+// painting
 
 void PreviewLayout::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
@@ -727,7 +748,8 @@ void PreviewLayout::paintEvent(QPaintEvent* event) {
   draw(kRearKey, RearCameraPicture());
   draw(kMenuKey, gPopMenu.Menu.Image.Image[0].ReleaseImage);
   if (View() == 2)
-    draw(kLowerLeft, gEnvirnmentSettings.mMirroring == 0 ? gPreview.Status.mirror.def : gPreview.Status.mirror.mirroring);
+    draw(kLowerLeft,
+         gEnvirnmentSettings.mMirroring == 0 ? gPreview.Status.mirror.def : gPreview.Status.mirror.mirroring);
   if (View() == 0) draw(kLowerLeft, MovingPipPicture());
   if (IsDetectFileKeyShown())
     draw(DetectFileKeyRect().topLeft(), mIsDetectRecording && mIsDetectRecordingBlink

@@ -50,7 +50,9 @@ BaseWidget::BaseWidget(QWidget* parent)
   }
 }
 
-BaseWidget::~BaseWidget() { qDebug("BaseWidget Destroy"); }
+BaseWidget::~BaseWidget() {
+  qDebug("BaseWidget Destroy");
+}
 
 void BaseWidget::touchEvent(int, int, int) {}
 void BaseWidget::recvEvent(int, int) {}
@@ -59,12 +61,22 @@ void BaseWidget::onPause() {}
 void BaseWidget::MessageBoxHandler(int, int, int, int) {}
 void BaseWidget::RecvMessageBoxHandler(int, int, int, int) {}
 void BaseWidget::paintEvent(QPaintEvent*) {}
-void BaseWidget::showEvent(QShowEvent*) { onResume(); }
-void BaseWidget::hideEvent(QHideEvent*) { onPause(); }
+void BaseWidget::showEvent(QShowEvent*) {
+  onResume();
+}
+void BaseWidget::hideEvent(QHideEvent*) {
+  onPause();
+}
 
-void BaseWidget::Next(WidgetId id, QObject* arg) { emit nextWidget(id, arg); }
-void BaseWidget::Back() { emit backWidget(); }
-void BaseWidget::Jump(WidgetId id) { emit jumpWidget(id); }
+void BaseWidget::Next(WidgetId id, QObject* arg) {
+  emit nextWidget(id, arg);
+}
+void BaseWidget::Back() {
+  emit backWidget();
+}
+void BaseWidget::Jump(WidgetId id) {
+  emit jumpWidget(id);
+}
 
 void BaseWidget::SendEvent(Send_Event event, int value, const QString& text, int* out) {
   gMainWindow->SendEvent(event, value, text, out);
@@ -80,16 +92,22 @@ void BaseWidget::SetTimer(QTimer* timer, int ms) {
   timer->start();
 }
 
-void BaseWidget::StopTimer(QTimer* timer) { timer->stop(); }
+void BaseWidget::StopTimer(QTimer* timer) {
+  timer->stop();
+}
 
 void BaseWidget::SetEvent(int eventId, int ms) {
   mEventId = eventId;
   SetTimer(mEventTimer, ms);
 }
 
-int BaseWidget::TakeEventId() { return std::exchange(mEventId, -1); }
+int BaseWidget::TakeEventId() {
+  return std::exchange(mEventId, -1);
+}
 
-void BaseWidget::TimeoutEvent() { mEventTimer->stop(); }
+void BaseWidget::TimeoutEvent() {
+  mEventTimer->stop();
+}
 
 void BaseWidget::PaintMessageBox(int messageId, bool recv, int value, int timeoutMs) {
   (recv ? mRecvMessageId : mMessageId) = messageId;

@@ -6,7 +6,8 @@
 #include "gui/main.h"
 
 /// The window as the screens, the touch reader and the screen base see it. MainWindow is the only one; tests have their
-/// own. GUI thread, but for the flags that the touch reader asks for (GetIsCurrentShowTouchMotion, GetIsTouchMotionVer).
+/// own. GUI thread, but for the flags that the touch reader asks for (GetIsCurrentShowTouchMotion,
+/// GetIsTouchMotionVer).
 class ScreenHost : public QMainWindow {
   Q_OBJECT
 
@@ -25,9 +26,9 @@ public:
   virtual void SetIsLcdOff(bool off) = 0;
 
   // Delayed global actions.
-  virtual void SetGlobalEntryPreviewTimer() = 0;   ///< back to the preview after 10 minutes without a touch
+  virtual void SetGlobalEntryPreviewTimer() = 0;  ///< back to the preview after 10 minutes without a touch
   virtual void StopGlobalEntryPreviewTimer() = 0;
-  virtual void SetParkingModeLcdOffTimer() = 0;    ///< LCD off 8 s after the last touch while parked
+  virtual void SetParkingModeLcdOffTimer() = 0;  ///< LCD off 8 s after the last touch while parked
   virtual void StopParkingModeLcdOffTimer() = 0;
 
   // State that screens read or set.

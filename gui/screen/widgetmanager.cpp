@@ -7,7 +7,9 @@
 
 WidgetManager gWidgetManager;
 
-WidgetManager::WidgetManager() { ResetStackedWidgetList(); }
+WidgetManager::WidgetManager() {
+  ResetStackedWidgetList();
+}
 
 void WidgetManager::SetCurWidgetInfo(WidgetInfo info) {
   mCurWidgetInfo = info;
@@ -25,9 +27,13 @@ void WidgetManager::NextWidget(WidgetInfo info) {
   SetCurWidgetInfo(info);
 }
 
-void WidgetManager::PushStackedWidget(WidgetInfo info) { NextWidget(info); }
+void WidgetManager::PushStackedWidget(WidgetInfo info) {
+  NextWidget(info);
+}
 
-void WidgetManager::PrevWidget() { PopStackedWidget(); }
+void WidgetManager::PrevWidget() {
+  PopStackedWidget();
+}
 
 void WidgetManager::PopStackedWidget() {
   if (mStackedWidgetList.isEmpty()) return;
@@ -45,7 +51,9 @@ void WidgetManager::JumpWidget(WidgetId id) {
   for (int pops = mStackDepth - depth; pops > 0; --pops) PopStackedWidget();
 }
 
-void WidgetManager::PopStackedWidget(WidgetId id) { JumpWidget(id); }
+void WidgetManager::PopStackedWidget(WidgetId id) {
+  JumpWidget(id);
+}
 
 void WidgetManager::AllDeleteStackedWidget() {
   for (const WidgetInfo& entry : std::exchange(mStackedWidgetList, {})) delete entry.widget;

@@ -22,7 +22,8 @@ public:
   /// Writes a file of the camera.
   void Write(const QString& path, const QByteArray& bytes) const {
     QFile file(Path(path));
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) qFatal("cannot write %s", qPrintable(path));
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+      qFatal("cannot write %s", qPrintable(path));
   }
 
   /// The whole of a file of the camera; empty when there is none.

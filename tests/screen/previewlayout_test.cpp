@@ -23,9 +23,15 @@ const QColor kKey(255, 0, 8);
 constexpr QPoint kView(40, 33), kMic(115, 33), kRear(190, 33), kMenu(265, 33), kLowerLeft(40, 96), kLowerRight(115, 96),
     kBeside(300, 200);
 
-QDateTime FixedClock() { return {QDate(2023, 1, 2), QTime(12, 34, 56)}; }
-QDateTime NextMinute() { return {QDate(2023, 1, 2), QTime(12, 35, 0)}; }
-QDateTime BrokenClock() { return {QDate(2100, 1, 1), QTime(0, 0, 0)}; }
+QDateTime FixedClock() {
+  return {QDate(2023, 1, 2), QTime(12, 34, 56)};
+}
+QDateTime NextMinute() {
+  return {QDate(2023, 1, 2), QTime(12, 35, 0)};
+}
+QDateTime BrokenClock() {
+  return {QDate(2100, 1, 1), QTime(0, 0, 0)};
+}
 }  // namespace
 
 class PreviewLayoutTest : public QObject {
@@ -268,8 +274,8 @@ private slots:
       Tap(kView);
       QCOMPARE(Setting().display, step.display);
       QCOMPARE(gEnvirnmentSettings.GetSettingConfig(Set_Cfg_Display), step.display);
-      QCOMPARE(Fake().asked, (QStringList{QStringLiteral("sh aplay /opt/ipnc/voice/touch.wav &"),
-                                          QLatin1String(step.command)}));
+      QCOMPARE(Fake().asked,
+               (QStringList{QStringLiteral("sh aplay /opt/ipnc/voice/touch.wav &"), QLatin1String(step.command)}));
       QVERIFY2(IsDrawn(QPoint(4, 3), step.picture), step.picture);
     }
   }
@@ -582,8 +588,8 @@ private slots:
   }
   void formatQuestionStaysForAnyOtherTouch() {
     sdErrorAsksForAFormat();
-    for (const QPoint at : {QPoint(55, 230), QPoint(230, 230), QPoint(250, 230), QPoint(425, 230), QPoint(100, 213),
-                            QPoint(100, 260)}) {
+    for (const QPoint at :
+         {QPoint(55, 230), QPoint(230, 230), QPoint(250, 230), QPoint(425, 230), QPoint(100, 213), QPoint(100, 260)}) {
       Tap(at);
       QCOMPARE(EventBox(), int{R_SD_ERROR_NEET_FORMAT});
     }
