@@ -77,7 +77,7 @@ const State kStates[] = {
     {PREVIEW, "preview", "The live preview: both cameras, 87 km/h",
      [](MainWindow& w) {
        Event(w, RECV_ZEL_STATUS_GPS_CONNECT, 2);
-       Event(w, RECV_ZEL_STATUS_GPS_SPEED, 87);
+       Event(w, RECV_ZEL_STATUS_SPEED, 87);
      }},
     {PREVIEW, "preview-front", "Front camera alone, no speed without a GPS fix", [](MainWindow& w) { Tap(w, 40, 30); }},
     {PREVIEW, "preview-rear", "Rear camera alone",
@@ -115,8 +115,8 @@ const State kStates[] = {
     {SCREENSAVER, "screen-saver", "The clock page", [](MainWindow& w) { w.StartWidget(SCREENSAVER, nullptr); }},
     {SCREENSAVER, "screen-saver-quiet", "Speaker and microphone off, GPS fix",
      [](MainWindow& w) {
-       Setting().voice_volume = 0;
-       Setting().rec_volume = 0;
+       Setting().spk_volume = 0;
+       Setting().volume = 0;
        Event(w, RECV_ZEL_STATUS_GPS_CONNECT, 2);
        w.StartWidget(SCREENSAVER, nullptr);
      }},
@@ -131,7 +131,7 @@ public:
     PlatformFake::Get().Clear();
     Setting() = {};
     Setting().lcd_auto_off = Setting().lcd_bright = 1;
-    Setting().rec_volume = Setting().voice_volume = 2;
+    Setting().volume = Setting().spk_volume = 2;
     Setting().rear_cam_power = Setting().parking_mode_on = Setting().protect_file = 1;
     gEnvirnmentSettings.mOldSetting = Setting();
     gEnvirnmentSettings.mMovingPip = 0;

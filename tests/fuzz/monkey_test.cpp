@@ -1,0 +1,107 @@
+// A child plays with the camera while everything fails: random touches, status events, timers and marker files, in the
+// same order for the same seed. What must hold afterwards holds after every step.
+#include <QRandomGenerator>
+#include <QTimerEvent>
+
+#include "tests/fake/windowtest.h"
+
+static TestRoot root;
+
+class MonkeyTest : public WindowTest {
+  Q_OBJECT
+
+private:
+  QRandomGenerator mRandom;
+
+  int Below(int end) { return mRandom.bounded(end); }
+
+  // Mostly values that mean something.
+  int AnyValue() { return Below(10) ? Below(21) : int(mRandom.generate()); }
+
+  void AnyTouch() {
+    static constexpr QPoint kWanted[] = {{40, 33},  {115, 33}, {190, 33},  {265, 33},  {40, 96},
+                                         {115, 96}, {75, 240}, {142, 230}, {337, 230}, {220, 280}};
+    const QPoint at = Below(2) ? kWanted[Below(std::size(kWanted))] : QPoint(Below(500) - 10, Below(340) - 10);
+    Below(2) ? Tap(at.x(), at.y()) : PostTouch(at.x(), at.y());
+  }
+  void AnyEvent() {
+    const int event = Below(45) - 3;
+    const int value = AnyValue();
+    Below(2) ? mWindow->recvEvent(event, value) : PostEvent(event, value);
+  }
+  // One of the timers that run is over.
+  void AnyTimer() {
+    QList<QTimer*> running;
+    for (QTimer* timer : mWindow->findChildren<QTimer*>())
+      if (timer->isActive()) running << timer;
+    if (running.isEmpty()) return;
+    QTimer* timer = running[Below(int(running.size()))];
+    QTimerEvent over(timer->timerId());
+    QCoreApplication::sendEvent(timer, &over);
+  }
+  void AnyFile() {
+    static constexpr const char* kFiles[] = {"/tmp/ndf", "/tmp/.info.bin", "/mnt/mmc/Setup/picture.bmp",
+                                             "/tmp/picture.bmp"};
+    const QString file = QLatin1String(kFiles[Below(std::size(kFiles))]);
+    if (Below(2)) {
+      root.Remove(file);
+      return;
+    }
+    QByteArray bytes(Below(200), Qt::Uninitialized);
+    for (char& byte : bytes) byte = char(Below(3) ? 0 : Below(256));
+    root.Write(file, bytes);
+  }
+  void AnySetting() {
+    int* const settings[] = {&Setting().display,        &Setting().volume,
+                             &Setting().rear_cam_power, &Setting().lcd_auto_off,
+                             &Setting().lcd_wait_dis,   &Setting().parking_mode_on,
+                             &Setting().protect_file,   &Setting().parking_lcd_auto_off};
+    *settings[Below(std::size(settings))] = AnyValue();
+  }
+
+  void CheckCamera() {
+    QVERIFY(Top());
+    QCOMPARE(mWindow->centralWidget(), Top());
+    QCOMPARE(Top()->size(), QSize(480, 320));
+    QVERIFY(!mWindow->GetIsLcdOff() || !Top()->isVisible());
+    int screens = 0;
+    for (BaseWidget* screen : mWindow->findChildren<BaseWidget*>()) {
+      ++screens;
+      QVERIFY2(screen == Top() || !screen->isVisible(), screen->metaObject()->className());
+    }
+    QCOMPARE(screens, gWidgetManager.GetStackDepth() + 1);
+    QVERIFY(screens < 8);
+  }
+
+private slots:
+  void cleanup() { Stop(); }
+
+  void theCameraSurvivesAChild_data() {
+    QTest::addColumn<uint>("seed");
+    for (const uint seed : {1U, 2U, 3U, 20261121U}) QTest::addRow("seed %u", seed) << seed;
+  }
+  void theCameraSurvivesAChild() {
+    QFETCH(uint, seed);
+    mRandom.seed(seed);
+    ResetCamera(root);
+    mWindow = std::make_unique<MainWindow>(nullptr);
+    mWindow->show();
+    void (MonkeyTest::*const plays[])() = {&MonkeyTest::AnyTouch, &MonkeyTest::AnyEvent,   &MonkeyTest::AnyTimer,
+                                           &MonkeyTest::AnyTouch, &MonkeyTest::AnySetting, &MonkeyTest::AnyFile,
+                                           &MonkeyTest::AnyTimer};
+    for (int step = 0; step < 2000; ++step) {
+      (this->*plays[Below(std::size(plays))])();
+      if (Below(2)) QCoreApplication::processEvents();
+      CheckCamera();
+      if (QTest::currentTestFailed()) QFAIL(qPrintable(QStringLiteral("at step %1").arg(step)));
+    }
+    // And it still does what it should: a status event shows its box on the live preview.
+    mWindow->Jumped(PREVIEW);
+    mWindow->recvEvent(RECV_ZEL_STATUS_MUTE_ON, 0);
+    QCOMPARE(TopId(), PREVIEW);
+    QCOMPARE(EventBox(), int{R_MUTE_ON});
+  }
+};
+
+QTEST_MAIN(MonkeyTest)
+#include "monkey_test.moc"
