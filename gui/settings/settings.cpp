@@ -1,0 +1,349 @@
+#include "gui/settings/settings.h"
+
+#include <QDataStream>
+#include <QFile>
+#include <QSettings>
+#include <algorithm>
+#include <cmath>
+
+#include "gui/base/atomicfile.h"
+#include "gui/base/devicepath.h"
+#include "gui/base/shell.h"
+#include "gui/settings/settingkeys.h"
+
+Settings gEnvirnmentSettings;
+QString config_firm_path = QLatin1String(device::kConfigFirm);
+QString config_init_path = QLatin1String(device::kConfigInit);
+
+namespace {
+constexpr int kFactoryMapHigh = -61441;  // 0xFFFF0FFF: bits 44..47 of a fresh map are clear
+constexpr int kFactoryMapLow = -1;
+
+constexpr int kTargetX[9] = {240, 40, 240, 440, 440, 440, 240, 40, 40};
+constexpr int kTargetY[9] = {160, 35, 35, 35, 160, 285, 285, 285, 160};
+
+QSettings Open(const QString& path) {
+  return {DevicePath(path), QSettings::IniFormat};
+}
+
+int ReadInt(const QSettings& file, const SettingKey& row) {
+  return file.value(QLatin1String(row.key)).toInt();
+}
+
+// A file can say "nan", with which nothing would ever be equal.
+float ReadFloat(const QSettings& file, const SettingKey& row) {
+  const float volts = file.value(QLatin1String(row.key)).toFloat();
+  return std::isfinite(volts) ? volts : 0;
+}
+
+int GetInt(const QString& path, Setting_Id id) {
+  const SettingKey* row = FindSettingKey(id);
+  return row && row->place != SettingPlace::LowVoltCut ? ReadInt(Open(path), *row) : 0;
+}
+
+float GetFloat(const QString& path, Setting_Id id) {
+  const SettingKey* row = FindSettingKey(id);
+  return row && row->place == SettingPlace::LowVoltCut ? ReadFloat(Open(path), *row) : 0;
+}
+
+// A motion map is kept as two signed words.
+std::uint64_t Map(int high, int low) {
+  return std::uint64_t{std::uint32_t(high)} << 32 | std::uint32_t(low);
+}
+
+std::uint64_t& MapOf(Setting_Config& setting, int word) {
+  return word < 2 ? setting.motion_area1 : setting.motion_area2;
+}
+
+int GetWord(const Setting_Config& setting, int word) {
+  const std::uint64_t map = word < 2 ? setting.motion_area1 : setting.motion_area2;
+  return int(std::uint32_t(word % 2 == 0 ? map >> 32 : map));
+}
+
+void SetWord(Setting_Config& setting, int word, int value) {
+  std::uint64_t& map = MapOf(setting, word);
+  map = word % 2 == 0 ? Map(value, int(std::uint32_t(map))) : Map(int(std::uint32_t(map >> 32)), value);
+}
+}  // namespace
+
+// ------------------------------------------------------------------------------------------------------ the INI files
+
+void Settings::Load(const QSettings& file) {
+  for (const SettingKey& row : SettingKeys()) {
+    switch (row.place) {
+      case SettingPlace::Field:
+        mSetting.*row.field = ReadInt(file, row);
+        break;
+      case SettingPlace::LowVoltCut:
+        mSetting.low_volt_cut[row.index] = ReadFloat(file, row);
+        break;
+      case SettingPlace::MotionWord:
+        SetWord(mSetting, row.index, ReadInt(file, row));
+        break;
+      case SettingPlace::Mirroring:
+        mMirroring = ReadInt(file, row);
+        break;
+      case SettingPlace::MovingPip:
+        mMovingPip = ReadInt(file, row);
+        break;
+    }
+  }
+}
+
+void Settings::InitSettingConfig() {
+  const QSettings recorder = Open(config_init_path);
+  const bool usable =
+      recorder.status() == QSettings::NoError && std::ranges::any_of(SettingKeys(), [&recorder](const SettingKey& row) {
+        return recorder.contains(QLatin1String(row.key));
+      });
+  if (usable)
+    Load(recorder);
+  else
+    Load(Open(config_firm_path));
+  if (mSetting.lcd_auto_off == 0) mSetting.lcd_auto_off = 1;  // 0 is never kept at a start
+  AllSetSettingConfig();
+}
+
+void Settings::AllGetSettingConfig() {
+  Load(Open(config_firm_path));
+  mOldSetting = mSetting;
+}
+
+void Settings::AllSetSettingConfig() {
+  QSettings file = Open(config_firm_path);
+  const auto value = [this](const SettingKey& row) -> QVariant {
+    switch (row.place) {
+      case SettingPlace::Field:
+        return mSetting.*row.field;
+      case SettingPlace::LowVoltCut:
+        return mSetting.low_volt_cut[row.index];
+      case SettingPlace::MotionWord:
+        return GetWord(mSetting, row.index);
+      case SettingPlace::Mirroring:
+        return mMirroring;
+      case SettingPlace::MovingPip:
+        return mMovingPip;
+    }
+    return {};
+  };
+  for (const SettingKey& row : SettingKeys()) file.setValue(QLatin1String(row.key), value(row));
+  mOldSetting = mSetting;
+}
+
+int Settings::GetSettingConfig(Setting_Id id) const {
+  return GetInt(config_firm_path, id);
+}
+
+int Settings::GetFWSettingConfig(Setting_Id id) const {
+  return GetInt(config_init_path, id);
+}
+
+float Settings::GetSettingConfigF(Setting_Id id) const {
+  return GetFloat(config_firm_path, id);
+}
+
+float Settings::GetFWSettingConfigF(Setting_Id id) const {
+  return GetFloat(config_init_path, id);
+}
+
+void Settings::SetSettingConfig(Setting_Id id, int value) {
+  const SettingKey* row = FindSettingKey(id);
+  if (!row || row->place == SettingPlace::LowVoltCut) return;
+  if (row->rule != SettingRule::Memory) Open(config_firm_path).setValue(QLatin1String(row->key), value);
+  if (row->rule != SettingRule::FileOnly) mSetting.*row->field = value;
+}
+
+void Settings::SetSettingConfigF(Setting_Id id, float value) {
+  const SettingKey* row = FindSettingKey(id);
+  if (row && row->place == SettingPlace::LowVoltCut) mSetting.low_volt_cut[row->index] = value;
+}
+
+void Settings::SettingMirroringAndMovingPipValue(bool load) {
+  if (load) {
+    mMirroring = GetSettingConfig(Set_Cfg_Mirroring);
+    mMovingPip = GetSettingConfig(Set_Cfg_MovingPip);
+    return;
+  }
+  SetSettingConfig(Set_Cfg_Mirroring, mMirroring);
+  SetSettingConfig(Set_Cfg_MovingPip, mMovingPip);
+  SyncFiles();
+}
+
+void Settings::INIMotionSettingValue(bool load, int camera, int frontHigh, int frontLow, int rearHigh, int rearLow) {
+  QSettings file = Open(load ? config_init_path : config_firm_path);
+  const auto key = [](Setting_Id id) { return QLatin1String(FindSettingKey(id)->key); };
+  if (load) {
+    const auto map = [&](Setting_Id high, Setting_Id low) {
+      return Map(file.value(key(high), kFactoryMapHigh).toInt(), file.value(key(low), kFactoryMapLow).toInt());
+    };
+    mSetting.motion_area1 = map(Set_Cfg_MotionArea1High, Set_Cfg_MotionArea1Low);
+    mSetting.motion_area2 = map(Set_Cfg_MotionArea2High, Set_Cfg_MotionArea2Low);
+    return;
+  }
+  const bool front = camera == 1;
+  file.setValue(key(front ? Set_Cfg_MotionArea1High : Set_Cfg_MotionArea2High), front ? frontHigh : rearHigh);
+  file.setValue(key(front ? Set_Cfg_MotionArea1Low : Set_Cfg_MotionArea2Low), front ? frontLow : rearLow);
+  SyncFiles();
+  file.sync();
+}
+
+// ------------------------------------------------------------------------------------------- changes and the setup
+// block
+
+bool Settings::compareSettingValue() const {
+  return std::ranges::any_of(SettingKeys(), [this](const SettingKey& row) {
+    if (!row.compared) return false;
+    if (row.place == SettingPlace::Field) return mSetting.*row.field != mOldSetting.*row.field;
+    return mSetting.low_volt_cut[row.index] != mOldSetting.low_volt_cut[row.index];
+  });
+}
+
+void Settings::settingSetup() {
+  constexpr std::uint8_t kModel = 200;
+  const Setting_Config& from = mSetting;
+  const auto byte = [](int value) { return std::uint8_t(value); };
+  Setup_Value to{};
+  to.major_ver = byte(from.major_ver);
+  to.minor_ver = byte(from.minor_ver);
+  to.minor_ver2 = byte(from.minor_ver2);
+  to.model = kModel;
+  to.fps = byte(from.fps);
+  to.resolution = byte(from.resolution);
+  to.gain = byte(from.drv_rec_brightness);
+  to.gain2 = byte(from.drv_rec_brightness2);
+  to.gsensor_trg_lvl = byte(from.drv_shock_lvl);
+  to.gps_speed_display = byte(from.gps_speed_display);
+  to.display = byte(from.display);
+  to.parking_mode_on = byte(from.parking_mode_on);
+  to.chk_park_lvl = byte(from.park_entry_lvl);
+  to.park_lvl = byte(from.park_shock_lvl);
+  to.motion_lvl = byte(from.motion_lvl);
+  to.power_cut_lvl = byte(from.power_cut_lvl);
+  to.power_cut_time = byte(from.power_cut_time);
+  to.power = byte(from.gPower_cut_lvl_type);
+  to.volume = byte(from.volume);
+  to.event_buzer = byte(from.event_buzer);
+  to.buzer_flag = byte(from.buzer_flag);
+  to.spk_volume = byte(from.spk_volume);
+  to.acc_volume = byte(from.acc_volume);
+  to.efile_del_method = byte(from.efile_del_method);
+  to.n_file_rate = byte(from.n_file_rate);
+  to.e_file_rate = byte(from.e_file_rate);
+  to.p_file_rate = byte(from.p_file_rate);
+  to.lcd_auto_off = byte(from.lcd_auto_off);
+  to.lcd_bright = byte(from.lcd_bright);
+  to.lcd_wait_dis = byte(from.lcd_wait_dis);
+  to.led_display = byte(from.led_mode);
+  to.time_set_flag = byte(from.time_set_flag);
+  to.year = std::uint16_t(from.year);
+  to.month = byte(from.month);
+  to.day = byte(from.day);
+  to.hour = byte(from.hour);
+  to.min = byte(from.min);
+  to.gmt_hour = byte(from.gmt);
+  to.protect_file = std::uint32_t(from.protect_file);
+  to.rear_cam_power = std::uint32_t(from.rear_cam_power);
+  for (int i = 0; i < 12; ++i) to.low_volt_cut[i] = from.low_volt_cut[i];
+  to.motion_area1 = from.motion_area1;
+  to.motion_area2 = from.motion_area2;
+  to.park_file_volume = from.park_file_volume;
+  to.manual_volt_use = from.manual_volt_use;
+  mSetup_value = to;
+}
+
+// ------------------------------------------------------------------------------------------------- the touch
+// calibration
+
+namespace {
+constexpr qsizetype kTouchBytes = 6 * sizeof(double);
+constexpr qsizetype kTuningBytes = 18 * sizeof(qint32);
+
+QByteArray BytesOf(const Touch_Value& touch) {
+  QByteArray bytes;
+  QDataStream stream(&bytes, QIODevice::WriteOnly);
+  stream.setByteOrder(QDataStream::LittleEndian);
+  stream << touch.alphaX << touch.alphaY << touch.betaX << touch.betaY << touch.deltaX << touch.deltaY;
+  return bytes;
+}
+
+QByteArray BytesOf(const int (&x)[9], const int (&y)[9]) {
+  QByteArray bytes;
+  QDataStream stream(&bytes, QIODevice::WriteOnly);
+  stream.setByteOrder(QDataStream::LittleEndian);
+  for (int i = 0; i < 9; ++i) stream << qint32{x[i]} << qint32{y[i]};
+  return bytes;
+}
+
+// With coefficients that are no numbers, or that put the whole panel on one line, no key could be touched.
+bool IsUsable(const Touch_Value& touch) {
+  const double values[] = {touch.alphaX, touch.alphaY, touch.betaX, touch.betaY, touch.deltaX, touch.deltaY};
+  return std::ranges::all_of(values, [](double value) { return std::isfinite(value); }) &&
+         touch.alphaX * touch.betaY - touch.alphaY * touch.betaX != 0;
+}
+
+/// One of the two calibration files: created when missing, filled when empty.
+class CalibrationFile {
+public:
+  CalibrationFile(const char* path, const QByteArray& factory) : mFile(DevicePath(QLatin1String(path))) {
+    QFile file(mFile);
+    mOpen = file.open(QIODevice::ReadWrite);
+    if (!mOpen) return;
+    mBytes = file.readAll();
+    file.close();
+    if (mBytes.isEmpty()) Write(factory);
+  }
+
+  bool IsOpen() const { return mOpen; }
+  const QByteArray& Bytes() const { return mBytes; }
+
+  /// In place of the first bytes; the rest of a longer file stays.
+  void Write(const QByteArray& bytes) {
+    if (!mOpen) return;
+    mBytes = bytes + mBytes.mid(bytes.size());
+    WriteAtomically(mFile, mBytes);
+    SyncFiles();
+  }
+
+private:
+  QString mFile;
+  QByteArray mBytes;
+  bool mOpen = false;
+};
+}  // namespace
+
+void Settings::SettingTouchValue(bool load) {
+  CalibrationFile file(device::kTouchCoefficients, BytesOf(kFactoryTouchValue));
+  if (!load) {
+    file.Write(BytesOf(mTouchValue.Load()));
+    return;
+  }
+  Touch_Value touch = kFactoryTouchValue;
+  if (!IsExistTouchTXT() && file.Bytes().size() >= kTouchBytes) {
+    QDataStream stream(file.Bytes());
+    stream.setByteOrder(QDataStream::LittleEndian);
+    stream >> touch.alphaX >> touch.alphaY >> touch.betaX >> touch.betaY >> touch.deltaX >> touch.deltaY;
+  }
+  mTouchValue.Store(IsUsable(touch) ? touch : kFactoryTouchValue);
+}
+
+void Settings::SettingTouchTuningValue(bool load) {
+  CalibrationFile file(device::kTouchTuning, BytesOf(kTargetX, kTargetY));
+  if (!load) {
+    file.Write(BytesOf(inputX, inputY));
+    return;
+  }
+  std::ranges::copy(kTargetX, inputX);
+  std::ranges::copy(kTargetY, inputY);
+  if (file.Bytes().size() < kTuningBytes) return;
+  QDataStream stream(file.Bytes());
+  stream.setByteOrder(QDataStream::LittleEndian);
+  for (int i = 0; i < 9; ++i) stream >> inputX[i] >> inputY[i];
+}
+
+bool Settings::IsExistTouchTXT() {
+  const QString request = QLatin1String(device::kTouchReset);
+  if (!QFile::exists(DevicePath(request))) return false;
+  RunShell(QStringLiteral("rm %1").arg(ShellPath(request)));
+  SyncFiles();
+  return true;
+}
