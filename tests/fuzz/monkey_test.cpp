@@ -1,5 +1,6 @@
 // A child plays with the camera while everything fails: random touches, status events, timers and marker files, in the
 // same order for the same seed. What must hold afterwards holds after every step.
+#include <QApplication>
 #include <QRandomGenerator>
 #include <QTimerEvent>
 
@@ -55,7 +56,7 @@ private:
     int* const settings[] = {&Setting().display,        &Setting().volume,
                              &Setting().rear_cam_power, &Setting().lcd_auto_off,
                              &Setting().lcd_wait_dis,   &Setting().parking_mode_on,
-                             &Setting().protect_file,   &Setting().parking_lcd_auto_off};
+                             &Setting().protect_file,   &Setting().lcd_bright};
     *settings[Below(std::size(settings))] = AnyValue();
   }
 
@@ -65,7 +66,9 @@ private:
     QCOMPARE(Top()->size(), QSize(480, 320));
     QVERIFY(!mWindow->GetIsLcdOff() || !Top()->isVisible());
     int screens = 0;
-    for (BaseWidget* screen : mWindow->findChildren<BaseWidget*>()) {
+    for (QWidget* widget : QApplication::allWidgets()) {
+      auto* screen = qobject_cast<BaseWidget*>(widget);
+      if (!screen) continue;
       ++screens;
       QVERIFY2(screen == Top() || !screen->isVisible(), screen->metaObject()->className());
     }

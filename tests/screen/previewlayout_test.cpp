@@ -92,7 +92,9 @@ private slots:
     gCountOfCamera = 2;
     gIsConnectGps = gNeedFormatFlag = gTouchTestStage = 0;
     gReturnVolume = 1;
-    gSdError = gIsSdError = gIsPlayingVoice = false;
+    gSdError = false;
+    gIsSdError = false;
+    gIsPlayingVoice = false;
     gClock = FixedClock;
     for (const char* marker : {"/tmp/ndf", "/tmp/.info.bin", "/tmp/update.zel", "/tmp/update.zel2",
                                "/mnt/mmc/touch_check.txt", "/mnt/mmc/touch_test.txt"})
