@@ -166,21 +166,27 @@ bool MainWindow::GetTouchReleaseFlag() const {
 void MainWindow::StartWidget(WidgetId id, QObject* arg) {
   BaseWidget* screen = MakeScreen(id, this, arg);
   if (!screen) return;
-  takeCentralWidget();  // else Qt would delete the covered screen
+  TakeScreen();
   gWidgetManager.NextWidget({id, screen});
   Install();
 }
 
 void MainWindow::BackPressed() {
-  takeCentralWidget();
+  TakeScreen();
   gWidgetManager.PrevWidget();
   Install();
 }
 
 void MainWindow::Jumped(WidgetId id) {
-  takeCentralWidget();
+  TakeScreen();
   gWidgetManager.JumpWidget(id);
   Install();
+}
+
+// Takes the screen that is shown out of the window, else Qt would delete it with the next one. It is hidden expressly:
+// setCentralWidget shows by way of the event loop, and a screen without a parent would come up as a window of its own.
+void MainWindow::TakeScreen() {
+  if (QWidget* screen = takeCentralWidget()) screen->hide();
 }
 
 // Shows the top of the stack. A camera without a screen would be dead: then there is the preview again.

@@ -98,6 +98,7 @@ private:
   void RecvShortKeyEvent(int value);
   bool AnswerFormatQuestion(BaseWidget* screen, int x, int y);
   void StartFormat();
+  void TakeScreen();
   void Install();
   void ApplyBackground();
 

@@ -194,7 +194,7 @@ void PreviewLayout::ArmTimers() {
 void PreviewLayout::ShowPreview() {
   if (!IsCurrentScreen()) return;  // a covered screen would open a window of its own
   mEnableView = true;
-  setVisible(true);
+  setVisible(!gMainWindow->GetIsLcdOff());  // a dark LCD stays dark: the countdown goes on behind it
   ArmTouchWait();
 }
 

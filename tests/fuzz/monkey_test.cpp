@@ -13,6 +13,7 @@ class MonkeyTest : public WindowTest {
 
 private:
   QRandomGenerator mRandom;
+  QString mPlayed;  // the latest step, for the report
 
   int Below(int end) { return mRandom.bounded(end); }
 
@@ -23,12 +24,16 @@ private:
     static constexpr QPoint kWanted[] = {{40, 33},  {115, 33}, {190, 33},  {265, 33},  {40, 96},
                                          {115, 96}, {75, 240}, {142, 230}, {337, 230}, {220, 280}};
     const QPoint at = Below(2) ? kWanted[Below(std::size(kWanted))] : QPoint(Below(500) - 10, Below(340) - 10);
-    Below(2) ? Tap(at.x(), at.y()) : PostTouch(at.x(), at.y());
+    const bool posted = Below(2);
+    mPlayed = QStringLiteral("touch %1 %2 %3").arg(at.x()).arg(at.y()).arg(posted);
+    posted ? PostTouch(at.x(), at.y()) : Tap(at.x(), at.y());
   }
   void AnyEvent() {
     const int event = Below(45) - 3;
     const int value = AnyValue();
-    Below(2) ? mWindow->recvEvent(event, value) : PostEvent(event, value);
+    const bool posted = Below(2);
+    mPlayed = QStringLiteral("event %1 %2 %3").arg(event).arg(value).arg(posted);
+    posted ? PostEvent(event, value) : mWindow->recvEvent(event, value);
   }
   // One of the timers that run is over.
   void AnyTimer() {
@@ -37,6 +42,7 @@ private:
       if (timer->isActive()) running << timer;
     if (running.isEmpty()) return;
     QTimer* timer = running[Below(int(running.size()))];
+    mPlayed = QStringLiteral("timer ") + timer->objectName();
     QTimerEvent over(timer->timerId());
     QCoreApplication::sendEvent(timer, &over);
   }
@@ -44,6 +50,7 @@ private:
     static constexpr const char* kFiles[] = {"/tmp/ndf", "/tmp/.info.bin", "/mnt/mmc/Setup/picture.bmp",
                                              "/tmp/picture.bmp"};
     const QString file = QLatin1String(kFiles[Below(std::size(kFiles))]);
+    mPlayed = file;
     if (Below(2)) {
       root.Remove(file);
       return;
@@ -53,10 +60,10 @@ private:
     root.Write(file, bytes);
   }
   void AnySetting() {
-    int* const settings[] = {&Setting().display,        &Setting().volume,
-                             &Setting().rear_cam_power, &Setting().lcd_auto_off,
-                             &Setting().lcd_wait_dis,   &Setting().parking_mode_on,
-                             &Setting().protect_file,   &Setting().lcd_bright};
+    int* const settings[] = {&Setting().display,      &Setting().volume,       &Setting().rear_cam_power,
+                             &Setting().lcd_auto_off, &Setting().lcd_wait_dis, &Setting().parking_mode_on,
+                             &Setting().protect_file, &Setting().lcd_bright};
+    mPlayed = QStringLiteral("setting");
     *settings[Below(std::size(settings))] = AnyValue();
   }
 
@@ -92,11 +99,11 @@ private slots:
     void (MonkeyTest::*const plays[])() = {&MonkeyTest::AnyTouch, &MonkeyTest::AnyEvent,   &MonkeyTest::AnyTimer,
                                            &MonkeyTest::AnyTouch, &MonkeyTest::AnySetting, &MonkeyTest::AnyFile,
                                            &MonkeyTest::AnyTimer};
-    for (int step = 0; step < 2000; ++step) {
+    for (int step = 0; step < 10000; ++step) {
       (this->*plays[Below(std::size(plays))])();
       if (Below(2)) QCoreApplication::processEvents();
       CheckCamera();
-      if (QTest::currentTestFailed()) QFAIL(qPrintable(QStringLiteral("at step %1").arg(step)));
+      if (QTest::currentTestFailed()) QFAIL(qPrintable(QStringLiteral("at step %1: %2").arg(step).arg(mPlayed)));
     }
     // And it still does what it should: a status event shows its box on the live preview.
     mWindow->Jumped(PREVIEW);

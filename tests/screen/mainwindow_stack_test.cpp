@@ -53,6 +53,15 @@ private slots:
     QVERIFY(mPreview->isVisible());
     QCOMPARE(mPreview->paused, 0);
   }
+  // The event loop has had no turn in between.
+  void aScreenThatIsCoveredAtOnceDoesNotComeUpAsAWindowOfItsOwn() {
+    mWindow->StartWidget(SCREENSAVER, nullptr);
+    mWindow->BackPressed();
+    mWindow->StartWidget(SCREENSAVER, nullptr);
+    QCoreApplication::processEvents();
+    QVERIFY(!mPreview->isVisible());
+    QVERIFY(Top()->isVisible());
+  }
   void theParkingReportIsNotBuiltWithoutAReport() {
     QObject other;
     mWindow->StartWidget(PFILEGRAPH, nullptr);

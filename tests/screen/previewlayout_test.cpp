@@ -176,6 +176,16 @@ private slots:
     mWindow->recvEvent(RECV_ZEL_STATUS_LOW_VOLTAGE_POWER_OFF_COUNT, 0);
     QVERIFY(Label("mLowVolCountLabel")->isHidden());
   }
+  void countdownGoesOnBehindADarkLcd() {
+    mWindow->recvEvent(RECV_ZEL_STATUS_LOW_VOLTAGE_POWER_OFF_COUNT, 1);
+    mWindow->recvEvent(RECV_ZEL_STATUS_LCD_KEY, 0);
+    QVERIFY(mWindow->GetIsLcdOff());
+    mWindow->TimeoutLowVolPowerOffCount();
+    QVERIFY(!Preview()->isVisible());
+    mWindow->recvEvent(RECV_ZEL_STATUS_LCD_KEY, 0);
+    QVERIFY(Preview()->isVisible());
+    QCOMPARE(Label("mLowVolCountLabel")->text(), QStringLiteral("차단29"));
+  }
   void countdownShowsTheHiddenOverlay() {
     Preview()->HidePreview();
     mWindow->recvEvent(RECV_ZEL_STATUS_LOW_VOLTAGE_POWER_OFF_COUNT, 1);
