@@ -14,7 +14,7 @@ constexpr double kMiddle = 240;
 constexpr double kNear = 182;      // pixels from the horizon to the bottom, at distance 1
 constexpr double kHalfRoad = 300;  // half of the road's width at distance 1, pixels
 constexpr double kFar = 40;
-constexpr double kSpacing = 3;    // between two dashes, or two posts
+constexpr double kSpacing = 1.5;  // between two dashes
 constexpr double kSpeed = 0.009;  // distance in a millisecond
 
 struct Light {
@@ -69,8 +69,8 @@ void PaintMarks(QPainter& painter, const Light& light, double passed) {
   const double first = kSpacing - std::fmod(passed, kSpacing);
   for (int i = int(kFar / kSpacing); i >= -1; --i) {
     const double distance = first + i * kSpacing;
-    if (distance > 0.55) painter.fillPath(Strip(-0.025, 0.025, std::max(distance, 0.55), distance + 1.2), light.line);
-    if (distance <= 0.7) continue;
+    if (distance > 0.55) painter.fillPath(Strip(-0.025, 0.025, std::max(distance, 0.55), distance + 0.6), light.line);
+    if (distance <= 0.7 || (i + int(passed / kSpacing)) % 2 != 0) continue;  // a post at every other dash
     for (const double side : {-1.3, 1.3}) {
       const QPointF foot = At(side, distance);
       painter.fillRect(QRectF(foot.x() - 5 / distance, foot.y() - 90 / distance, 10 / distance, 90 / distance),
@@ -135,7 +135,7 @@ QImage Behind(const QImage& landscape, double ms) {
   QImage image = landscape;
   QPainter painter(&image);
   painter.setRenderHint(QPainter::Antialiasing);
-  PaintMarks(painter, kEvening, kSpacing * 1e6 - ms * kSpeed);  // the road runs away
+  PaintMarks(painter, kEvening, kSpacing * 2e6 - ms * kSpeed);  // the road runs away
   const double distance = 2.6 + 0.4 * std::sin(ms / 3300);
   PaintCar(painter, At(-0.45 + 0.02 * std::sin(ms / 1100), distance), 310 / distance, QColor(120, 46, 44),
            QColor(40, 36, 44), QColor(255, 240, 190));
