@@ -1,0 +1,256 @@
+#include "bench/bench.h"
+
+#include <QJsonDocument>
+#include <limits>
+
+#include "bench/members.h"
+#include "gui/base/devicepath.h"
+#include "gui/main.h"
+
+struct Bench::OwnAction {
+  const char* name;
+  const char* label;
+  Reply (*act)(Bench& bench);
+};
+
+const Bench::OwnAction Bench::kOwnActions[] = {
+    {"interfaceRestart", "Restart the interface",
+     [](Bench& bench) {
+       bench.RestartInterface();
+       return Reply();
+     }},
+    {"interfaceKill", "Kill the interface", [](Bench& bench) { return bench.KillInterface(); }},
+    {"recorderRestart", "Restart the recorder", [](Bench& bench) { return bench.RestartRecorder(); }},
+    {"recorderStop", "Stop the recorder", [](Bench& bench) { return bench.StopRecorder(); }},
+    {"recorderStart", "Start the recorder", [](Bench& bench) { return bench.StartRecorder(); }},
+};
+
+namespace {
+constexpr char kGroup[] = "Processes";
+constexpr int kLongestTap = 60000;  // milliseconds
+constexpr int kUsualTap = 60;
+constexpr int kLargestAction = 1024;  // bytes
+
+Reply NoRecorder() {
+  return Reply::NotNow(QStringLiteral("The recorder is stopped."));
+}
+
+QJsonValue TextOrNull(const QString& text) {
+  return text.isEmpty() ? QJsonValue() : QJsonValue(text);
+}
+}  // namespace
+
+Bench::Bench(const QString& interface, const RootFolder& root, QObject* parent)
+    : QObject(parent), mRoot(root), mSupervisor(interface, root.Path()), mShell(root.Path()), mFinger(mPanel, mLog) {
+  Connect();
+}
+
+void Bench::Connect() {
+  connect(&mLog, &BenchLog::Added, this, &Bench::StateChanged);
+  connect(&mFinger, &Finger::Changed, this, &Bench::StateChanged);
+  connect(&mShell, &ShellWatch::Asked, this, [this](const QString& command) { mLog.Add("shell", command); });
+  connect(&mShell, &ShellWatch::Clicked, this, &Bench::Clicked);
+  connect(&mShell, &ShellWatch::BacklightChanged, this, [this] {
+    mLcd.SetBacklight(mShell.Backlight());
+    emit StateChanged();
+  });
+  connect(&mSupervisor, &Supervisor::DisplayReady, this, [this](const QString& file) {
+    if (QString problem; !mLcd.Open(file, &problem)) Note(problem);
+    emit StateChanged();
+  });
+  connect(&mSupervisor, &Supervisor::DisplayLost, this, [this] {
+    mLcd.Close();
+    emit StateChanged();
+  });
+  connect(&mSupervisor, &Supervisor::InterfaceStarted, &mFinger, &Finger::StartAfresh);
+  connect(&mSupervisor, &Supervisor::InterfaceEnded, this, &Bench::InterfaceEnded);
+  connect(&mSupervisor, &Supervisor::Diagnostic, this, &Bench::TakeDiagnostic);
+  connect(&mSupervisor, &Supervisor::Note, this, &Bench::Note);
+}
+
+bool Bench::Start(const QString& scenario, QString* error) {
+  if (!mShell.Open(error)) return false;
+  if (const Reply reply = StartRecorder(); !reply.IsGood()) {
+    *error = reply.error;
+    return false;
+  }
+  if (!scenario.isEmpty() && !mRecorder->PlayScenario(scenario, error)) return false;
+  return mPanel.Open(mRoot.Path(device::kTouchDevice), error) && mSupervisor.Start(error);
+}
+
+void Bench::Stop() {
+  mSupervisor.Stop();
+  mRecorder.reset();
+}
+
+void Bench::InterfaceEnded() {
+  mReport.Forget();
+  const QString sentence = QStringLiteral("The interface has ended: %1.").arg(mSupervisor.Interface().Ended());
+  // Before its first screen nobody looks into the log yet.
+  if (!mHasShown) qWarning("%s", qPrintable(sentence));
+  Note(sentence);
+}
+
+void Bench::TakeDiagnostic(const QString& line) {
+  if (!mReport.Take(line)) return mLog.Add("diagnostic", line);
+  mLog.Add("screen", line);
+  if (mHasShown) return;
+  mHasShown = true;
+  emit ScreenShown();
+}
+
+// ---- the recorder
+
+Reply Bench::StartRecorder() {
+  if (mRecorder) return Reply::NotNow(QStringLiteral("The recorder is running."));
+  mRecorder = std::make_unique<Recorder>(mRoot.Path());
+  connect(mRecorder.get(), &Recorder::Logged, this, &Bench::LogRecorder);
+  connect(mRecorder.get(), &Recorder::StateChanged, this, &Bench::StateChanged);
+  connect(mRecorder.get(), &Recorder::VideoChanged, this, &Bench::ShowVideo);
+  connect(mRecorder.get(), &Recorder::RestartWanted, this, &Bench::RestartInterface);
+  QString error;
+  const bool started = mRecorder->Start(&error);
+  if (!started) mRecorder.reset();
+  ShowVideo();
+  return started ? Reply() : Reply::NotNow(error);
+}
+
+Reply Bench::StopRecorder() {
+  if (!mRecorder) return NoRecorder();
+  mRecorder.reset();
+  Note(QStringLiteral("The recorder has ended."));
+  ShowVideo();
+  return {};
+}
+
+Reply Bench::RestartRecorder() {
+  if (mRecorder) StopRecorder();
+  return StartRecorder();
+}
+
+void Bench::LogRecorder(const QJsonObject& entry) {
+  if (entry.value(QStringLiteral("kind")) == QLatin1String("event") &&
+      entry.value(QStringLiteral("result")).toInt() < 0)
+    mIsEventLost = true;
+  mLog.Add(entry);
+}
+
+void Bench::ShowVideo() {
+  mLcd.SetVideo(mRecorder ? std::optional(mRecorder->Video()) : std::nullopt);
+  emit StateChanged();
+}
+
+// ---- what comes from outside
+
+Reply Bench::Touch(const QJsonObject& request, const QObject* owner) {
+  Members members(request);
+  const QString action =
+      members.Choice("action", {QStringLiteral("tap"), QStringLiteral("press"), QStringLiteral("release")});
+  const bool isTap = action == QLatin1String("tap");
+  Finger::Spot spot;
+  if (action != QLatin1String("release")) {
+    spot.isRaw = members.Flag("raw", false);
+    spot.x = members.Whole("x", 0, spot.isRaw ? TouchPanel::kMostRaw : 479);
+    spot.y = members.Whole("y", 0, spot.isRaw ? TouchPanel::kMostRaw : 319);
+  }
+  const int ms = isTap ? members.Whole("ms", 1, kLongestTap, kUsualTap) : 0;
+  if (const QString error = members.Error(); !error.isEmpty()) return Reply::Bad(error);
+  if (action == QLatin1String("release")) return mFinger.Release();
+  if (!mSupervisor.Interface().IsRunning())
+    return Reply::NotNow(QStringLiteral("Nobody reads the touch panel: the interface is not running."));
+  return isTap ? mFinger.Tap(spot, ms, owner) : mFinger.Press(spot, owner);
+}
+
+Reply Bench::Event(const QJsonObject& request) {
+  Members members(request);
+  const int event = members.Whole("event", RECV_ZEL_STATUS_SYS_RESTART, RECV_ZEL_STATUS_PARK_INFO_CLOSE);
+  const int value = members.Whole("value", std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), 0);
+  if (const QString error = members.Error(); !error.isEmpty()) return Reply::Bad(error);
+  if (!mRecorder) return NoRecorder();
+  if (mRecorder->SendStatus(event, value)) return {};
+  return Reply::NotNow(QStringLiteral("The status queue is full: the interface was not told."));
+}
+
+Reply Bench::Action(const QJsonObject& request) {
+  // The log keeps it whole.
+  if (QJsonDocument(request).toJson(QJsonDocument::Compact).size() > kLargestAction)
+    return Reply::Bad(QStringLiteral("An action has at most %1 bytes.").arg(kLargestAction));
+  Members members(request);
+  const QString name = members.Text("name");
+  const QJsonObject arguments = members.TakeRest();
+  if (const QString error = members.Error(); !error.isEmpty()) return Reply::Bad(error);
+  for (const OwnAction& action : kOwnActions)
+    if (name == QLatin1String(action.name)) return DoOwn(action, arguments);
+  return DoRecorders(name, arguments);
+}
+
+Reply Bench::DoOwn(const OwnAction& action, const QJsonObject& arguments) {
+  const QString error = Members(arguments).Error();
+  const Reply reply = error.isEmpty() ? action.act(*this) : Reply::Bad(error);
+  QJsonObject entry{{QStringLiteral("kind"), QStringLiteral("action")},
+                    {QStringLiteral("name"), QLatin1String(action.name)},
+                    {QStringLiteral("arguments"), arguments},
+                    {QStringLiteral("result"), reply.IsGood() ? 0 : -1}};
+  if (!reply.IsGood()) entry.insert(QStringLiteral("error"), reply.error);
+  mLog.Add(entry);
+  return reply;
+}
+
+Reply Bench::DoRecorders(const QString& name, const QJsonObject& arguments) {
+  if (!mRecorder) return NoRecorder();
+  mIsEventLost = false;
+  QString error;
+  if (mRecorder->Do(name, arguments, &error)) return {};
+  return mIsEventLost ? Reply::NotNow(error) : Reply::Bad(error);
+}
+
+Reply Bench::KillInterface() {
+  if (!mSupervisor.Interface().IsRunning()) return Reply::NotNow(QStringLiteral("The interface is not running."));
+  mSupervisor.KillInterface();
+  return {};
+}
+
+// ---- what is told
+
+QJsonObject Bench::Actions() {
+  QJsonArray actions = Recorder::Actions();
+  for (const OwnAction& action : kOwnActions)
+    actions.append(QJsonObject{{QStringLiteral("name"), QLatin1String(action.name)},
+                               {QStringLiteral("group"), QLatin1String(kGroup)},
+                               {QStringLiteral("label"), QLatin1String(action.label)},
+                               {QStringLiteral("arguments"), QJsonArray()}});
+  QJsonArray events;
+  for (int event = RECV_ZEL_STATUS_SYS_RESTART; event <= RECV_ZEL_STATUS_PARK_INFO_CLOSE; ++event)
+    events.append(QJsonObject{{QStringLiteral("event"), event},
+                              {QStringLiteral("name"), QLatin1String(NameOf(RECV_ZEL_STATUS_EVENT(event)))}});
+  return {{QStringLiteral("actions"), actions}, {QStringLiteral("events"), events}};
+}
+
+QJsonValue Bench::VideoState() const {
+  static constexpr const char* kViews[] = {"pip", "front", "rear"};
+  if (!mRecorder) return {};
+  const VideoPlane video = mRecorder->Video();
+  return QJsonObject{{QStringLiteral("view"), QLatin1String(kViews[static_cast<int>(video.view)])},
+                     {QStringLiteral("mirrored"), video.mirrored},
+                     {QStringLiteral("pipCorner"), video.pipCorner},
+                     {QStringLiteral("rearAlive"), video.rearAlive},
+                     {QStringLiteral("recording"), video.recording}};
+}
+
+QJsonObject Bench::State() const {
+  const Child& interface = mSupervisor.Interface();
+  return {{QStringLiteral("screen"), TextOrNull(mReport.Screen())},
+          {QStringLiteral("boxes"), mReport.Boxes()},
+          {QStringLiteral("interface"), QJsonObject{{QStringLiteral("running"), interface.IsRunning()},
+                                                    {QStringLiteral("starts"), interface.Starts()},
+                                                    {QStringLiteral("ended"), TextOrNull(interface.Ended())}}},
+          {QStringLiteral("lcd"), QJsonObject{{QStringLiteral("width"), 480},
+                                              {QStringLiteral("height"), 320},
+                                              {QStringLiteral("live"), mLcd.IsLive()},
+                                              {QStringLiteral("backlight"), mShell.Backlight()}}},
+          {QStringLiteral("touch"), QJsonObject{{QStringLiteral("down"), mFinger.IsDown()}}},
+          {QStringLiteral("video"), VideoState()},
+          {QStringLiteral("recorder"), mRecorder ? QJsonValue(mRecorder->State()) : QJsonValue()},
+          {QStringLiteral("root"), mRoot.Path()},
+          {QStringLiteral("log"), mLog.Last()}};
+}

@@ -1,0 +1,74 @@
+#include "bench/lcdview.h"
+
+#include "bench/compose.h"
+
+namespace {
+constexpr int kLook = 33;        // milliseconds
+constexpr int kVideoFrame = 83;  // milliseconds
+}  // namespace
+
+LcdView::LcdView(QObject* parent) : QObject(parent) {
+  mClock.start();
+  mLook.setInterval(kLook);
+  mLook.callOnTimeout([this] { Look(); });
+}
+
+bool LcdView::Open(const QString& framebuffer, QString* error) {
+  return mLcd.Open(framebuffer, error);
+}
+
+void LcdView::Close() {
+  mLcd.Close();
+}
+
+void LcdView::SetVideo(const std::optional<VideoPlane>& video) {
+  mVideo = video;
+  mLastFrame = -1;
+}
+
+void LcdView::SetBacklight(int value) {
+  mBacklight = value;
+  mLastFrame = -1;
+}
+
+QImage LcdView::Raw() const {
+  QImage raw = mLcd.Raw();
+  if (!raw.isNull()) return raw;
+  raw = QImage(480, 320, QImage::Format_RGB32);
+  raw.fill(Qt::black);
+  return raw;
+}
+
+QImage LcdView::Now() const {
+  return Composed(Raw());
+}
+
+void LcdView::Watch(bool on) {
+  if (on == mLook.isActive()) return;
+  if (!on) return mLook.stop();
+  mShown = QImage();
+  Look();
+  mLook.start();
+}
+
+int LcdView::VideoFrame() const {
+  return static_cast<int>(mClock.elapsed() / kVideoFrame);
+}
+
+QImage LcdView::Composed(const QImage& raw) const {
+  QImage video;
+  if (mVideo) video = mRoad.Frame(*mVideo, qint64{VideoFrame()} * kVideoFrame);
+  return Compose(raw, video, mBacklight);
+}
+
+// The picture is put together only when something of it may have changed.
+void LcdView::Look() {
+  const QImage raw = Raw();
+  const int frame = VideoFrame();
+  if (frame == mLastFrame && raw == mLastRaw && !mShown.isNull()) return;
+  mLastRaw = raw;
+  mLastFrame = frame;
+  const QImage before = std::exchange(mShown, Composed(raw));
+  const QRegion where = before.isNull() ? QRegion(mShown.rect()) : ::Changed(before, mShown);
+  if (!where.isEmpty()) emit Changed(where);
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+
+/// The folder that stands for the camera's file system.
+class RootFolder {
+public:
+  RootFolder() = default;
+  ~RootFolder();
+  RootFolder(const RootFolder&) = delete;
+  RootFolder& operator=(const RootFolder&) = delete;
+
+  /// Takes `folder`, or makes a fresh one when that is empty, and locks it for this bench. False with one sentence in
+  /// `error`: it cannot be used, or another bench has it.
+  bool Take(const QString& folder, QString* error);
+
+  /// Makes what a camera has beside the recorder's own files: pictures (links to `pictures`, the folder of the build),
+  /// backlight, device folders, and stand-ins for the commands of its shell. False with one sentence in `error`.
+  bool Furnish(const QString& pictures, QString* error) const;
+
+  /// Absolute, without a slash at its end.
+  QString Path() const { return mPath; }
+  QString Path(const char* below) const { return mPath + QLatin1String(below); }
+
+  /// Whether it was made for this bench alone.
+  bool IsFresh() const { return mIsFresh; }
+
+  /// The key of status queue and memory: another one for each root, the same for the same root.
+  quint32 PlatformKey() const;
+
+private:
+  bool Lock(QString* error);
+
+  QString mPath;
+  bool mIsFresh = false;
+  int mLock = -1;
+};
