@@ -43,15 +43,14 @@ void Gate::incomingConnection(qintptr descriptor) {
   auto* socket = new QTcpSocket(this);
   if (!socket->setSocketDescriptor(descriptor)) return delete socket;
   socket->setReadBufferSize(RequestHead::kMost + RequestHead::kMostBody + 1);
-  ++mOpen;
-  connect(socket, &QObject::destroyed, this, [this] { --mOpen; });
   connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
   connect(socket, &QTcpSocket::readyRead, this, [this, socket] { Read(socket); });
   auto* patience = new QTimer(socket);
   patience->setSingleShot(true);
   patience->callOnTimeout(socket, [socket] { socket->abort(); });
   patience->start(kPatience);
-  if (mOpen > kMostOpen) Refuse(socket, 409, QStringLiteral("Too many requests are under way."));
+  if (findChildren<QTcpSocket*>(Qt::FindDirectChildrenOnly).size() > kMostOpen)
+    Refuse(socket, 409, QStringLiteral("Too many requests are under way."));
 }
 
 void Gate::Read(QTcpSocket* socket) {

@@ -26,6 +26,4 @@ protected:
 private:
   void Read(QTcpSocket* socket);
   void Refuse(QTcpSocket* socket, int status, const QString& error);
-
-  int mOpen = 0;
 };

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 namespace {
-constexpr size_t kMostClients = 16;
 constexpr int kNews = 100;    // milliseconds from one state to the next
 constexpr int kPicture = 33;  // from one picture to the next
 }  // namespace
@@ -22,10 +21,6 @@ Live::Live(Bench& bench, QObject* parent) : QObject(parent), mBench(bench) {
   connect(&mBench.Lcd(), &LcdView::Changed, this, [this](const QRegion& where) {
     for (const auto& client : mClients) client->PictureChanged(where);
   });
-}
-
-bool Live::IsFull() const {
-  return mClients.size() >= kMostClients;
 }
 
 void Live::Add(std::unique_ptr<QWebSocket> socket) {
@@ -62,6 +57,11 @@ void Live::SendNews() {
   mSinceNews.start();
   const QJsonObject state = mBench.State();
   bool haveAll = true;
-  for (const auto& client : mClients) haveAll = client->SendNews(state) && haveAll;
+  for (const auto& client : mClients) {
+    if (client->KeepsUp())
+      client->SendNews(state);
+    else
+      haveAll = false;
+  }
   if (!haveAll) mNews.start(kNews);
 }

@@ -18,9 +18,6 @@ public:
   /// A new page, after its handshake.
   void Add(std::unique_ptr<QWebSocket> socket);
 
-  /// Whether there are as many as the bench takes.
-  bool IsFull() const;
-
 private:
   void Remove(LiveClient* client);
   void SendNews();

@@ -67,14 +67,12 @@ void LiveClient::SendPicture() {
   mSocket->sendBinaryMessage(PictureMessage(mBench.Lcd().Shown(), where));
 }
 
-bool LiveClient::SendNews(const QJsonObject& state) {
-  if (!KeepsUp()) return false;
+void LiveClient::SendNews(const QJsonObject& state) {
   if (state != mState) Send(Typed("state", "state", state));
   mState = state;
   const qint64 last = mBench.Log().Last();
   if (last > mLog) Send(Typed("log", "entries", mBench.Log().Since(mLog, kMostEntries)));
   mLog = last;
-  return true;
 }
 
 void LiveClient::SendClick() {
@@ -92,7 +90,8 @@ void LiveClient::Take(const QString& message) {
   QJsonObject members = document.object();
   const QString type = members.take(QStringLiteral("type")).toString();
   const QJsonValue id = members.take(QStringLiteral("id"));
-  const bool isNumber = id.isDouble() && std::abs(id.toDouble()) <= kLargestId && std::trunc(id.toDouble()) == id.toDouble();
+  const bool isNumber =
+      id.isDouble() && std::abs(id.toDouble()) <= kLargestId && std::trunc(id.toDouble()) == id.toDouble();
   Reply reply;
   if (!document.isObject())
     reply = Reply::Bad(QStringLiteral("The message is no JSON object."));

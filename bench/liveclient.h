@@ -26,8 +26,11 @@ public:
   /// Sends the picture as far as it has changed, if the client keeps up.
   void SendPicture();
 
-  /// Sends state and log, as far as they have changed. False: the client does not keep up and has to get them later.
-  bool SendNews(const QJsonObject& state);
+  /// Whether it has taken everything so far.
+  bool KeepsUp() const { return mSocket->bytesToWrite() == 0; }
+
+  /// Sends state and log, as far as they have changed.
+  void SendNews(const QJsonObject& state);
 
   void SendClick();
 
@@ -40,8 +43,6 @@ private:
   Reply Do(const QString& type, const QJsonObject& members);
   Reply Watch(const QJsonObject& request);
   void Send(const QJsonObject& message);
-  bool KeepsUp() const { return mSocket->bytesToWrite() == 0; }
-
   std::unique_ptr<QWebSocket> mSocket;
   Bench& mBench;
   bool mIsWatching = true;

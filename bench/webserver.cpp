@@ -52,8 +52,9 @@ const WebServer::Endpoint WebServer::kEndpoints[] = {
 };
 
 namespace {
-constexpr char kPage[] = ":/web";  // the folder bench/web, put into the program when it was built
-constexpr int kSendBuffer = 128 * 1024;
+constexpr char kPage[] = ":/web";        // the folder bench/web, put into the program when it was built
+constexpr int kSendBuffer = 128 * 1024;  // bytes
+constexpr int kMostWebSockets = 16;
 
 constexpr std::pair<const char*, const char*> kTypes[] = {{"html", "text/html; charset=utf-8"},
                                                           {"js", "text/javascript; charset=utf-8"},
@@ -189,7 +190,7 @@ WebServer::Answer WebServer::Take(const QHttpServerRequest& request,
 }
 
 void WebServer::TakeWebSocket(QTcpSocket* socket) {
-  if (mLive.IsFull()) {
+  if (mWebSockets.findChildren<QTcpSocket*>(Qt::FindDirectChildrenOnly).size() >= kMostWebSockets) {
     connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
     socket->readAll();
     socket->write(Gate::Refusal(409, QStringLiteral("Too many pages watch the bench.")));
@@ -197,5 +198,6 @@ void WebServer::TakeWebSocket(QTcpSocket* socket) {
   }
   // A page that lags is noticed soon: not much is on its way in the system.
   socket->setSocketOption(QAbstractSocket::SendBufferSizeSocketOption, kSendBuffer);
+  socket->setParent(&mWebSockets);
   mWebSockets.handleConnection(socket);
 }

@@ -1,0 +1,645 @@
+// Holds the tables of docs/bench.md against a running bench with the real interface.
+#include <QImage>
+#include <QWebSocket>
+#include <QtEndian>
+#include <cmath>
+
+#include "tests/system/benchrun.h"
+
+namespace {
+bool IsSentence(const QString& text) {
+  return text.size() > 10 && text.endsWith(u'.') && !text.contains(u'\n');
+}
+
+QByteArray Compact(const QJsonObject& object) {
+  return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+/// A page that watches: a WebSocket with what came over it.
+class Page {
+public:
+  Page(const BenchRun& bench, const QByteArray& origin = {}) : mSocket(QString::fromLatin1(origin)) {
+    QObject::connect(&mSocket, &QWebSocket::textMessageReceived, &mSocket, [this](const QString& text) {
+      const QJsonObject message = QJsonDocument::fromJson(text.toUtf8()).object();
+      messages << message;
+      order << message.value(QStringLiteral("type")).toString();
+    });
+    QObject::connect(&mSocket, &QWebSocket::binaryMessageReceived, &mSocket, [this](const QByteArray& bytes) {
+      order << QStringLiteral("picture");
+      ++pictures;
+      Draw(bytes);
+    });
+    mSocket.open(QUrl(QStringLiteral("ws://127.0.0.1:%1/ws").arg(bench.Port())));
+  }
+
+  bool IsOpen() const { return mSocket.isValid(); }
+  bool IsClosed() const { return mSocket.state() == QAbstractSocket::UnconnectedState; }
+  void Say(const QJsonObject& message) { mSocket.sendTextMessage(QString::fromUtf8(Compact(message))); }
+  QWebSocket& Socket() { return mSocket; }
+
+  /// The newest message of a type; empty: none.
+  QJsonObject Newest(const char* type) const {
+    for (auto message = messages.crbegin(); message != messages.crend(); ++message)
+      if (message->value(QStringLiteral("type")) == QLatin1String(type)) return *message;
+    return {};
+  }
+
+  QJsonObject State() const { return Newest("state").value(QStringLiteral("state")).toObject(); }
+
+  /// The answer to what was said with this id; empty: none yet.
+  QJsonObject AnswerTo(const QJsonValue& id) const {
+    for (const QJsonObject& message : messages)
+      if (message.value(QStringLiteral("type")) == QLatin1String("answer") && message.value(QStringLiteral("id")) == id)
+        return message;
+    return {};
+  }
+
+  QList<QJsonObject> messages;
+  QStringList order;  // of everything that came, by type
+  QImage lcd{480, 320, QImage::Format_RGBX8888};
+  int pictures = 0;
+  bool isBroken = false;  // a picture message was wrong
+  int rectanglesOfLast = 0;
+  bool wasLastWhole = false;
+
+private:
+  static int Word(const QByteArray& bytes, qsizetype at) { return qFromLittleEndian<quint16>(bytes.constData() + at); }
+
+  void Draw(const QByteArray& bytes) {
+    isBroken = isBroken || bytes.size() < 2;
+    if (isBroken) return;
+    rectanglesOfLast = Word(bytes, 0);
+    isBroken = rectanglesOfLast < 1 || rectanglesOfLast > 600;
+    qsizetype at = 2;
+    for (int i = 0; i < rectanglesOfLast && !isBroken; ++i) {
+      isBroken = at + 8 > bytes.size();
+      if (isBroken) return;
+      const QRect where(Word(bytes, at), Word(bytes, at + 2), Word(bytes, at + 4), Word(bytes, at + 6));
+      at += 8;
+      wasLastWhole = where == lcd.rect();
+      isBroken = where.isEmpty() || !lcd.rect().contains(where) ||
+                 at + qsizetype{4} * where.width() * where.height() > bytes.size();
+      for (int y = where.top(); y <= where.bottom() && !isBroken; ++y, at += 4 * where.width())
+        std::memcpy(lcd.scanLine(y) + 4 * where.left(), bytes.constData() + at, size_t(4 * where.width()));
+    }
+    isBroken = isBroken || at != bytes.size();
+  }
+
+  QWebSocket mSocket;
+};
+}  // namespace
+
+class BenchApiTest : public QObject {
+  Q_OBJECT
+
+  std::unique_ptr<BenchRun> mBench;
+
+  QImage Lcd(const QByteArray& target = "/api/lcd.png") const {
+    return QImage::fromData(mBench->Get(target).body).convertToFormat(QImage::Format_RGBX8888);
+  }
+
+  // Whether a page gets its WebSocket, now or soon.
+  bool OpensSoon() const {
+    return QTest::qWaitFor([this] {
+      Page page(*mBench);
+      return QTest::qWaitFor([&page] { return page.pictures > 0; }, 500);
+    });
+  }
+
+private slots:
+  void initTestCase() {
+    mBench = std::make_unique<BenchRun>();
+    QVERIFY(mBench->IsUp());
+  }
+  void cleanupTestCase() { mBench.reset(); }
+
+  void addressIsPrinted() {
+    QCOMPARE(mBench->Line(), "Dash camera: http://127.0.0.1:" + QByteArray::number(mBench->Port()) + "/\n");
+  }
+
+  void endpoints_data() {
+    QTest::addColumn<QByteArray>("target");
+    QTest::addColumn<QByteArray>("type");
+    QTest::newRow("picture") << QByteArray("/api/lcd.png") << QByteArray("image/png");
+    QTest::newRow("raw picture") << QByteArray("/api/lcd.png?raw=1") << QByteArray("image/png");
+    QTest::newRow("state") << QByteArray("/api/state") << QByteArray("application/json");
+    QTest::newRow("log") << QByteArray("/api/log") << QByteArray("application/json");
+    QTest::newRow("log from") << QByteArray("/api/log?since=2") << QByteArray("application/json");
+    QTest::newRow("actions") << QByteArray("/api/actions") << QByteArray("application/json");
+    QTest::newRow("click") << QByteArray("/api/click.wav") << QByteArray("audio/wav");
+    const QDir page(QStringLiteral(SOURCE_DIR "/bench/web"));
+    for (const QString& file : page.entryList(QDir::Files))
+      QTest::newRow(qPrintable(file)) << '/' + file.toUtf8() << QByteArray();
+    if (page.exists(QStringLiteral("index.html")))
+      QTest::newRow("page") << QByteArray("/") << QByteArray("text/html; charset=utf-8");
+  }
+
+  void endpoints() {
+    QFETCH(QByteArray, target);
+    QFETCH(QByteArray, type);
+    const BenchAnswer answer = mBench->Get(target);
+    QCOMPARE(answer.status, 200);
+    QVERIFY(!answer.body.isEmpty());
+    if (!type.isEmpty()) QCOMPARE(answer.Header("Content-Type"), type);
+    QVERIFY(answer.Header("Content-Type") != "application/octet-stream");
+    QVERIFY(answer.Header("Access-Control-Allow-Origin").isEmpty());
+    QCOMPARE(answer.Header("Cross-Origin-Resource-Policy"), QByteArray("same-origin"));
+    // The same from the bench's own page, by each of its names.
+    for (const char* host : {"127.0.0.1:", "localhost:", "[::1]:"}) {
+      const QByteArray name = host + QByteArray::number(mBench->Port());
+      QCOMPARE(mBench->Send("GET " + target + " HTTP/1.1\r\nHost: " + name + "\r\nOrigin: http://" + name + "\r\n\r\n")
+                   .status,
+               200);
+    }
+  }
+
+  void refusals_data() {
+    QTest::addColumn<QByteArray>("request");  // HOST stands for the bench's
+    QTest::addColumn<int>("status");
+    const auto get = [](const QByteArray& target) { return "GET " + target + " HTTP/1.1\r\nHost: HOST\r\n\r\n"; };
+    const auto post = [](const QByteArray& target, const QByteArray& body, const QByteArray& headers = {}) {
+      return "POST " + target + " HTTP/1.1\r\nHost: HOST\r\n" + headers +
+             "Content-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body;
+    };
+    const auto row = [](const QByteArray& name, const QByteArray& request, int status) {
+      QTest::newRow(name.constData()) << request << status;
+    };
+    row("no HTTP", "hello\r\n\r\n", 400);
+    row("two requests at once", get("/api/state") + get("/api/state"), 400);
+    row("WebSocket without an upgrade", get("/ws"), 400);
+    row("raw=2", get("/api/lcd.png?raw=2"), 400);
+    row("raw twice", get("/api/lcd.png?raw=1&raw=1"), 400);
+    row("unknown query", get("/api/lcd.png?size=1"), 400);
+    row("since=x", get("/api/log?since=x"), 400);
+    row("since=-1", get("/api/log?since=-1"), 400);
+    row("since without a number", get("/api/log?since"), 400);
+    row("restart with a body", post("/api/interface/restart", "{}"), 400);
+    for (const QByteArray path : {"/api/touch", "/api/event", "/api/action"}) {
+      row(path + " without a body", post(path, ""), 400);
+      row(path + " broken", post(path, R"({"action": "tap")"), 400);
+      row(path + " array", post(path, "[]"), 400);
+      row(path + " number", post(path, "5"), 400);
+      row(path + " no text", post(path, "{\"a\": \"\xff\xfe\"}"), 400);
+      row(path + " deep", post(path, QByteArray(60000, '[')), 400);
+      row(path + " empty", post(path, "{}"), 400);
+      row(path + " too large", post(path, QByteArray(65537, ' ')), 413);
+      row(path + " foreign Origin", post(path, "{}", "Origin: http://evil.example\r\n"), 403);
+      row(path + " GET", get(path), 405);
+    }
+    for (const QByteArray body :
+         {R"({"action":"poke","x":1,"y":1})", R"({"action":"tap","x":480,"y":1})", R"({"action":"tap","x":-1,"y":1})",
+          R"({"action":"tap","x":1,"y":320})", R"({"action":"tap","x":1.5,"y":1})", R"({"action":"tap","x":"1","y":1})",
+          R"({"action":"tap","x":1})", R"({"action":"tap","y":1})", R"({"action":"tap","x":1,"y":1,"ms":0})",
+          R"({"action":"tap","x":1,"y":1,"ms":60001})", R"({"action":"press","x":1,"y":1,"ms":60})",
+          R"({"action":"release","x":1,"y":1})", R"({"action":"tap","x":1,"y":1,"raw":1})",
+          R"({"action":"tap","x":512,"y":1,"raw":true})", R"({"action":"tap","x":1,"y":1,"z":1})", R"({"x":1,"y":1})"})
+      row("touch " + body, post("/api/touch", body), 400);
+    for (const QByteArray body :
+         {R"({"event":0})", R"({"event":39})", R"({"event":"11"})", R"({"event":11,"value":2147483648})",
+          R"({"event":11,"value":0.5})", R"({"event":11,"more":1})", R"({"value":1})"})
+      row("event " + body, post("/api/event", body), 400);
+    for (const QByteArray body :
+         {R"({"name":"fly"})", R"({"name":5})", R"({"name":""})", R"({"kmh":5})", R"({"name":"speed"})",
+          R"({"name":"speed","kmh":301})", R"({"name":"speed","kmh":"60"})", R"({"name":"speed","kmh":60,"mph":40})",
+          R"({"name":"gps","state":"lost"})", R"({"name":"recorderStop","now":true})", R"({"name":"impact"})"})
+      row("action " + body, post("/api/action", body), 400);
+    row("huge action", post("/api/action", "{\"name\":\"speed\",\"kmh\":\"" + QByteArray(2000, '6') + "\"}"), 400);
+    row("chunks", "POST /api/touch HTTP/1.1\r\nHost: HOST\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n{}\r\n0\r\n\r\n",
+        400);
+
+    row("no Host", "GET /api/state HTTP/1.1\r\n\r\n", 403);
+    row("foreign Host", "GET /api/state HTTP/1.1\r\nHost: evil.example\r\n\r\n", 403);
+    row("foreign Origin", "GET /api/state HTTP/1.1\r\nHost: HOST\r\nOrigin: http://evil.example\r\n\r\n", 403);
+    row("foreign WebSocket",
+        "GET /ws HTTP/1.1\r\nHost: HOST\r\nOrigin: http://evil.example\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
+        "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\n\r\n",
+        403);
+
+    for (const QByteArray path : {"/nothing", "/api", "/api/", "/api/touch/", "/../main.cpp", "/%2e%2e/main.cpp",
+                                  "//api/state", "/index.html/", "/web/index.html", "/API/STATE"})
+      row("no path " + path, get(path), 404);
+    row("POST to nothing", post("/nothing", "{}"), 404);
+
+    for (const QByteArray path : {"/api/state", "/api/log", "/api/lcd.png", "/api/actions", "/api/click.wav"})
+      row("POST " + path, post(path, "{}"), 405);
+    row("GET a restart", get("/api/interface/restart"), 405);
+    for (const QByteArray method : {"HEAD", "PUT", "DELETE", "OPTIONS", "PATCH"})
+      row(method, method + " /api/state HTTP/1.1\r\nHost: HOST\r\n\r\n", 405);
+
+    row("large head", "GET / HTTP/1.1\r\nHost: HOST\r\nX: " + QByteArray(20000, 'x') + "\r\n\r\n", 431);
+  }
+
+  void refusals() {
+    QFETCH(QByteArray, request);
+    QFETCH(int, status);
+    const qint64 before = mBench->LastEntry();
+    const BenchAnswer answer = mBench->Send(request.replace("HOST", mBench->Host()));
+    QCOMPARE(answer.status, status);
+    QCOMPARE(answer.Header("Connection"), QByteArray("close"));
+    if (!request.startsWith("HEAD")) {
+      QCOMPARE(answer.Json().size(), 1);
+      QVERIFY2(IsSentence(answer.Error()), answer.body.constData());
+    }
+    for (const QJsonObject& entry : mBench->Log(before)) {
+      const QString kind = entry.value(QStringLiteral("kind")).toString();
+      QVERIFY(kind != QLatin1String("touch") && kind != QLatin1String("event"));
+    }
+  }
+
+  // A request that comes in pieces is a request.
+  void slowRequestIsAnswered() {
+    QTcpSocket socket;
+    socket.connectToHost(QStringLiteral("127.0.0.1"), mBench->Port());
+    QVERIFY(socket.waitForConnected());
+    for (const char byte :
+         "POST /api/event HTTP/1.1\r\nHost: " + mBench->Host() + "\r\nContent-Length: 12\r\n\r\n{\"event\":24}") {
+      socket.write(&byte, 1);
+      QVERIFY(socket.waitForBytesWritten());
+    }
+    QVERIFY(socket.waitForReadyRead());
+    QVERIFY(socket.readAll().startsWith("HTTP/1.1 200 OK\r\n"));
+  }
+
+  void actionsAreDescribed() {
+    const QJsonObject described = mBench->Get("/api/actions").Json();
+    QStringList names;
+    for (const QJsonValue& action : described[QStringLiteral("actions")].toArray()) {
+      names << action[QStringLiteral("name")].toString();
+      QVERIFY(!action[QStringLiteral("group")].toString().isEmpty());
+      QVERIFY(!action[QStringLiteral("label")].toString().isEmpty());
+      for (const QJsonValue& argument : action[QStringLiteral("arguments")].toArray()) {
+        QVERIFY(argument[QStringLiteral("name")].isString());
+        if (argument[QStringLiteral("choices")].isArray()) continue;
+        for (const char* number : {"min", "max", "default"}) QVERIFY(argument[QLatin1String(number)].isDouble());
+      }
+    }
+    QCOMPARE(QSet<QString>(names.begin(), names.end()).size(), names.size());
+    for (const char* name :
+         {"speed", "interfaceRestart", "interfaceKill", "recorderRestart", "recorderStop", "recorderStart"})
+      QVERIFY(names.contains(QLatin1String(name)));
+    const QJsonArray events = described[QStringLiteral("events")].toArray();
+    QCOMPARE(events.size(), 38);
+    QCOMPARE(events[0][QStringLiteral("event")].toInt(), 1);
+    QCOMPARE(events[0][QStringLiteral("name")].toString(), QStringLiteral("RECV_ZEL_STATUS_SYS_RESTART"));
+    QCOMPARE(events[37][QStringLiteral("event")].toInt(), 38);
+  }
+
+  void stateHasItsMembers() {
+    const QJsonObject state = mBench->State();
+    QCOMPARE(state.keys().join(u' '), QStringLiteral("boxes interface lcd log recorder root screen touch video"));
+    QCOMPARE(state[QStringLiteral("screen")].toString(), QStringLiteral("PREVIEW"));
+    QCOMPARE(state[QStringLiteral("boxes")].toObject().keys().join(u' '), QStringLiteral("event own"));
+    QCOMPARE(state[QStringLiteral("interface")].toObject().keys().join(u' '), QStringLiteral("ended running starts"));
+    QCOMPARE(state[QStringLiteral("interface")][QStringLiteral("running")], QJsonValue(true));
+    QCOMPARE(state[QStringLiteral("interface")][QStringLiteral("starts")], QJsonValue(1));
+    QVERIFY(state[QStringLiteral("interface")][QStringLiteral("ended")].isNull());
+    QCOMPARE(state[QStringLiteral("lcd")].toObject(),
+             QJsonObject({{"width", 480}, {"height", 320}, {"live", true}, {"backlight", 100000}}));
+    QCOMPARE(state[QStringLiteral("touch")].toObject(), QJsonObject({{"down", false}}));
+    QCOMPARE(state[QStringLiteral("video")].toObject().keys().join(u' '),
+             QStringLiteral("mirrored pipCorner rearAlive recording view"));
+    QVERIFY(state[QStringLiteral("recorder")][QStringLiteral("settings")].isObject());
+    QVERIFY(state[QStringLiteral("recorder")][QStringLiteral("setup")].isObject());
+    QVERIFY(QFile::exists(state[QStringLiteral("root")].toString() + QStringLiteral("/tmp/config_init.ini")));
+    QVERIFY(state[QStringLiteral("log")].toInteger() > 0);
+  }
+
+  void logHasNoGaps() {
+    const QList<QJsonObject> entries = mBench->Log();
+    qint64 number = 0;
+    for (const QJsonObject& entry : entries) {
+      QCOMPARE(entry[QStringLiteral("number")].toInteger(), ++number);
+      QVERIFY(entry[QStringLiteral("time")].toDouble() > 1.6e12);
+      QVERIFY(entry[QStringLiteral("kind")].isString());
+      QVERIFY(!entry[QStringLiteral("name")].toString().isEmpty());
+    }
+    QCOMPARE(mBench->Log(number - 3).first()[QStringLiteral("number")].toInteger(), number - 2);
+    QVERIFY(mBench->Log(number + 1000).isEmpty());
+  }
+
+  void commandIsLogged() {
+    const QJsonObject entry = mBench->Find("command", QStringLiteral("SFIELD_GET_VOLTAGE"));
+    QCOMPARE(entry[QStringLiteral("field")].toInt(), 8659);
+    QCOMPARE(entry[QStringLiteral("result")].toInt(), 0);
+    QVERIFY(entry[QStringLiteral("answer")].isDouble());
+  }
+
+  void touchIsLoggedAsThePanelGivesIt_data() {
+    QTest::addColumn<int>("x");
+    QTest::addColumn<int>("y");
+    QTest::newRow("left top") << 0 << 0;
+    QTest::newRow("right bottom") << 479 << 319;
+    QTest::newRow("middle") << 240 << 160;
+  }
+
+  void touchIsLoggedAsThePanelGivesIt() {
+    QFETCH(int, x);
+    QFETCH(int, y);
+    const qint64 before = mBench->LastEntry();
+    QCOMPARE(mBench->Post("/api/touch", Compact({{"action", "press"}, {"x", x}, {"y", y}})).body,
+             QByteArray("{\"ok\":true}"));
+    QCOMPARE(mBench->State("touch/down"), QJsonValue(true));
+    QCOMPARE(mBench->Post("/api/touch", R"({"action":"press","x":200,"y":100})").status, 200);
+    QCOMPARE(mBench->Post("/api/touch", R"({"action":"release"})").status, 200);
+    QCOMPARE(mBench->State("touch/down"), QJsonValue(false));
+    const QJsonObject press = mBench->Find("touch", QStringLiteral("press"), before);
+    QCOMPARE(press[QStringLiteral("x")].toInt(), x);
+    QCOMPARE(press[QStringLiteral("y")].toInt(), y);
+    const double rawX = press[QStringLiteral("rawX")].toDouble(), rawY = press[QStringLiteral("rawY")].toDouble();
+    QVERIFY(std::abs(-1.0638298 * rawY + 499.57446 - x) <= 1);
+    QVERIFY(std::abs(0.012088975 * rawY + 1.1363636 * rawX - 24.76789 - y) <= 1);
+    QCOMPARE(mBench->Find("touch", QStringLiteral("move"), before)[QStringLiteral("x")].toInt(), 200);
+    const QJsonObject release = mBench->Find("touch", QStringLiteral("release"), before);
+    QVERIFY(!release.isEmpty() && !release.contains(QStringLiteral("x")));
+  }
+
+  void rawTouchKeepsThePanelsUnits() {
+    const qint64 before = mBench->LastEntry();
+    QCOMPARE(mBench->Post("/api/touch", R"({"action":"tap","x":511,"y":0,"raw":true,"ms":1})").status, 200);
+    QTRY_VERIFY(!mBench->Find("touch", QStringLiteral("release"), before).isEmpty());
+    const QJsonObject press = mBench->Find("touch", QStringLiteral("press"), before);
+    QCOMPARE(press[QStringLiteral("rawX")].toInt(), 511);
+    QCOMPARE(press[QStringLiteral("rawY")].toInt(), 0);
+    QVERIFY(!press.contains(QStringLiteral("x")));
+  }
+
+  // The view key: the picture of the other camera, its command in the log, the click.
+  void tapWorksTheInterface() {
+    Page page(*mBench);
+    QTRY_VERIFY(page.pictures > 0);
+    const QJsonValue view = mBench->State("video/view");
+    const auto tapUntil = [&](const auto& done) {
+      return QTest::qWaitFor([&] {
+        mBench->Post("/api/touch", R"({"action":"tap","x":40,"y":30,"ms":20})");
+        return QTest::qWaitFor(done, 400);
+      });
+    };
+    QVERIFY(tapUntil([&] { return mBench->State("video/view") != view; }));
+    QTRY_VERIFY(!page.Newest("click").isEmpty());
+    QTRY_VERIFY(!mBench->Find("shell", QStringLiteral("aplay /opt/ipnc/voice/touch.wav")).isEmpty());
+    QTRY_COMPARE(page.State()[QStringLiteral("video")], mBench->State("video"));
+  }
+
+  // A status event shows its box; the state names it.
+  void eventShowsItsBox() {
+    QCOMPARE(mBench->Post("/api/event", R"({"event":8,"value":3})").body, QByteArray("{\"ok\":true}"));
+    const QJsonObject entry = mBench->Find("event", QStringLiteral("RECV_ZEL_STATUS_HW_ERROR"));
+    QCOMPARE(entry[QStringLiteral("event")].toInt(), 8);
+    QCOMPARE(entry[QStringLiteral("value")].toInt(), 3);
+    QCOMPARE(entry[QStringLiteral("result")].toInt(), 0);
+    QTRY_COMPARE(mBench->State("boxes/event/name"), QJsonValue(QStringLiteral("R_HW_ERROR")));
+    QVERIFY(mBench->State("boxes/event/id").isDouble());
+    QVERIFY(mBench->Find("screen", QStringLiteral("screen PREVIEW"))[QStringLiteral("number")].toInt() > 0);
+  }
+
+  void actionIsDoneAndLogged() {
+    QCOMPARE(mBench->Post("/api/action", R"({"name":"speed","kmh":87})").body, QByteArray("{\"ok\":true}"));
+    const QJsonObject entry = mBench->Find("action", QStringLiteral("speed"));
+    QCOMPARE(entry[QStringLiteral("arguments")].toObject(), QJsonObject({{"kmh", 87}}));
+    QCOMPARE(entry[QStringLiteral("result")].toInt(), 0);
+    QCOMPARE(mBench->State("recorder/speed"), QJsonValue(87));
+    QCOMPARE(mBench->Post("/api/action", R"({"name":"speed","kmh":999})").status, 400);
+    const QJsonObject refused = mBench->Find("action", QStringLiteral("speed"));
+    QCOMPARE(refused[QStringLiteral("result")].toInt(), -1);
+    QVERIFY(IsSentence(refused[QStringLiteral("error")].toString()));
+  }
+
+  void rawPictureHasTheKeyColour() {
+    const QImage raw = Lcd("/api/lcd.png?raw=1"), seen = Lcd();
+    QCOMPARE(raw.size(), QSize(480, 320));
+    QCOMPARE(seen.size(), QSize(480, 320));
+    int keyed = 0, left = 0;
+    for (int y = 0; y < 320; ++y) {
+      for (int x = 0; x < 480; ++x) {
+        keyed += raw.pixel(x, y) == qRgb(255, 0, 8);
+        left += seen.pixel(x, y) == qRgb(255, 0, 8);
+      }
+    }
+    QVERIFY(keyed > 0);
+    QCOMPARE(left, 0);
+  }
+
+  void stoppedRecorderIsSaid() {
+    QVERIFY(mBench->Action(R"({"name":"recorderStop"})"));
+    QVERIFY(mBench->State("video").isNull());
+    QVERIFY(mBench->State("recorder").isNull());
+    for (const auto& [path, body] : {std::pair<QByteArray, QByteArray>{"/api/event", R"({"event":24,"value":5})"},
+                                     {"/api/action", R"({"name":"speed","kmh":5})"},
+                                     {"/api/action", R"({"name":"recorderStop"})"}}) {
+      const BenchAnswer answer = mBench->Post(path, body);
+      QCOMPARE(answer.status, 409);
+      QVERIFY(IsSentence(answer.Error()));
+    }
+    QVERIFY(mBench->Action(R"({"name":"recorderStart"})"));
+    QCOMPARE(mBench->Post("/api/action", R"({"name":"recorderStart"})").status, 409);
+    QVERIFY(mBench->State("video").isObject());
+    QTRY_COMPARE(mBench->State("recorder/connections"), QJsonValue(1));  // the interface is back
+  }
+
+  // ---- the WebSocket
+
+  void pageGetsEverythingAtOnce() {
+    Page page(*mBench, mBench->Host().prepend("http://"));
+    QTRY_VERIFY(page.pictures > 0 && page.messages.size() >= 2);
+    QCOMPARE(page.order[0], QStringLiteral("state"));
+    QCOMPARE(page.order[1], QStringLiteral("log"));
+    QVERIFY(page.State().contains(QStringLiteral("boxes")));
+    const QJsonArray entries = page.Newest("log")[QStringLiteral("entries")].toArray();
+    QVERIFY(!entries.isEmpty() && entries.size() <= 200);
+    QCOMPARE(
+        entries.first()[QStringLiteral("number")].toInteger() - entries.last()[QStringLiteral("number")].toInteger(),
+        qint64(entries.size() - 1));
+    QVERIFY(!page.isBroken);
+  }
+
+  // The picture put together from all the changes is the picture that the API gives.
+  void picturesAddUp() {
+    Page page(*mBench);
+    QTRY_VERIFY(page.pictures > 0);
+    QVERIFY(page.wasLastWhole || page.pictures > 1);
+    QVERIFY(mBench->Action(R"({"name":"recorderStop"})"));  // no video: the picture rests
+    QTRY_COMPARE(page.lcd, Lcd());
+    const int before = page.pictures;
+    QVERIFY(mBench->Action(R"({"name":"recorderStart"})"));
+    QTRY_VERIFY(page.pictures > before + 3);
+    QVERIFY(mBench->Action(R"({"name":"recorderStop"})"));
+    QTRY_COMPARE(page.lcd, Lcd());
+    QVERIFY(mBench->Action(R"({"name":"recorderStart"})"));
+    QVERIFY(!page.isBroken);
+  }
+
+  void everyMessageIsAnswered_data() {
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("status");
+    QTest::newRow("event") << QByteArray(R"({"type":"event","id":1,"event":24,"value":3})") << 200;
+    QTest::newRow("action") << QByteArray(R"({"type":"action","id":1,"name":"gps","state":"fix"})") << 200;
+    QTest::newRow("touch") << QByteArray(R"({"type":"touch","id":1,"action":"release"})") << 200;
+    QTest::newRow("watch") << QByteArray(R"({"type":"watch","id":1,"on":true})") << 200;
+    QTest::newRow("unknown type") << QByteArray(R"({"type":"dance","id":1})") << 400;
+    QTest::newRow("no type") << QByteArray(R"({"id":1})") << 400;
+    QTest::newRow("bad event") << QByteArray(R"({"type":"event","id":1,"event":0})") << 400;
+    QTest::newRow("bad action") << QByteArray(R"({"type":"action","id":1,"name":"fly"})") << 400;
+    QTest::newRow("bad touch") << QByteArray(R"({"type":"touch","id":1,"action":"tap","x":480,"y":0})") << 400;
+    QTest::newRow("bad watch") << QByteArray(R"({"type":"watch","id":1})") << 400;
+    QTest::newRow("bad on") << QByteArray(R"({"type":"watch","id":1,"on":1})") << 400;
+  }
+
+  void everyMessageIsAnswered() {
+    QFETCH(QByteArray, text);
+    QFETCH(int, status);
+    Page page(*mBench);
+    QTRY_VERIFY(page.IsOpen());
+    page.Socket().sendTextMessage(QString::fromUtf8(text));
+    QTRY_VERIFY(!page.AnswerTo(1).isEmpty());
+    const QJsonObject answer = page.AnswerTo(1);
+    QCOMPARE(answer[QStringLiteral("ok")].toBool(), status == 200);
+    if (status == 200) return;
+    QCOMPARE(answer[QStringLiteral("status")].toInt(), status);
+    QVERIFY(IsSentence(answer[QStringLiteral("error")].toString()));
+  }
+
+  void messagesWithoutAGoodIdAreAnsweredWithNull() {
+    Page page(*mBench);
+    QTRY_VERIFY(page.IsOpen());
+    for (const char* text :
+         {"", "hello", "[]", "5", R"({"type":"watch","on":true})", R"({"type":"watch","on":true,"id":"x"})",
+          R"({"type":"watch","on":true,"id":1.5})", R"({"type":"watch","on":true,"id":1e300})"})
+      page.Socket().sendTextMessage(QString::fromLatin1(text));
+    page.Say({{"type", "watch"}, {"on", true}, {"id", 7}});
+    QTRY_VERIFY(!page.AnswerTo(7).isEmpty());
+    QList<bool> good;
+    for (const QJsonObject& message : page.messages)
+      if (message[QStringLiteral("type")] == QLatin1String("answer") && message[QStringLiteral("id")].isNull())
+        good << message[QStringLiteral("ok")].toBool();
+    QCOMPARE(good, QList<bool>({false, false, false, false, true, false, false, false}));
+  }
+
+  void binaryMessageClosesTheConnection() {
+    Page page(*mBench);
+    QTRY_VERIFY(page.IsOpen());
+    page.Socket().sendBinaryMessage("hello");
+    QTRY_VERIFY(page.IsClosed());
+  }
+
+  void largeMessageClosesTheConnection() {
+    Page page(*mBench);
+    QTRY_VERIFY(page.IsOpen());
+    page.Socket().sendTextMessage(QString(70000, u' '));
+    QTRY_VERIFY(page.IsClosed());
+    QCOMPARE(mBench->Get("/api/state").status, 200);
+  }
+
+  void foreignPageGetsNoWebSocket() {
+    Page page(*mBench, "http://evil.example");
+    QTRY_VERIFY(page.IsClosed());
+    QVERIFY(page.messages.isEmpty() && page.pictures == 0);
+  }
+
+  void pageInTheBackgroundGetsNoPictures() {
+    Page page(*mBench);
+    QTRY_VERIFY(page.pictures > 2);  // the video moves
+    page.Say({{"type", "watch"}, {"on", false}, {"id", 1}});
+    QTRY_VERIFY(!page.AnswerTo(1).isEmpty());
+    const int before = page.pictures;
+    const qsizetype states = page.order.count(QStringLiteral("state"));
+    QVERIFY(mBench->Action(R"({"name":"speed","kmh":12})"));
+    QTRY_VERIFY(page.order.count(QStringLiteral("state")) > states);
+    QCOMPARE(page.pictures, before);
+    page.Say({{"type", "watch"}, {"on", true}, {"id", 2}});
+    QTRY_VERIFY(page.pictures > before);
+    const qsizetype answer = page.order.lastIndexOf(QStringLiteral("answer"));
+    QVERIFY(page.order.indexOf(QStringLiteral("picture"), answer) >= 0);
+    QVERIFY(!page.isBroken);
+  }
+
+  void changesComeByThemselves() {
+    Page page(*mBench);
+    QTRY_VERIFY(!page.State().isEmpty());
+    QVERIFY(mBench->Action(R"({"name":"speed","kmh":33})"));
+    QTRY_COMPARE(page.State()[QStringLiteral("recorder")][QStringLiteral("speed")].toInt(), 33);
+    const auto hasSpeed = [&page] {
+      for (const QJsonValue& entry : page.Newest("log")[QStringLiteral("entries")].toArray())
+        if (entry[QStringLiteral("name")] == QLatin1String("speed")) return true;
+      return false;
+    };
+    QTRY_VERIFY(hasSpeed());
+  }
+
+  void fingerOfAPageThatLeavesIsLifted() {
+    {
+      Page page(*mBench);
+      QTRY_VERIFY(page.IsOpen());
+      page.Say({{"type", "touch"}, {"action", "press"}, {"x", 240}, {"y", 160}, {"id", 1}});
+      QTRY_VERIFY(page.AnswerTo(1)[QStringLiteral("ok")].toBool());
+      QCOMPARE(mBench->State("touch/down"), QJsonValue(true));
+    }
+    QTRY_COMPARE(mBench->State("touch/down"), QJsonValue(false));
+  }
+
+  // A page that takes nothing holds nobody up and gets no backlog: what it missed comes at once.
+  void laggingPageGetsNoBacklog() {
+    QTcpSocket slow;
+    slow.setReadBufferSize(1);
+    slow.connectToHost(QStringLiteral("127.0.0.1"), mBench->Port());
+    QVERIFY(slow.waitForConnected());
+    slow.write("GET /ws HTTP/1.1\r\nHost: " + mBench->Host() +
+               "\r\nUpgrade: websocket\r\nConnection: Upgrade\r\nSec-WebSocket-Version: 13\r\n"
+               "Sec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\n\r\n");
+    Page quick(*mBench);
+    QTRY_VERIFY(quick.pictures > 0);
+    QVERIFY(mBench->Action(R"({"name":"recorderStop"})"));  // no video: only the brightness changes, everywhere
+    constexpr int kChanges = 20;
+    for (int i = kChanges; i >= 0; --i) {
+      QFile backlight(mBench->Root() + QStringLiteral("/proc/pwm/pwm0"));
+      QVERIFY(backlight.open(QIODevice::WriteOnly));
+      backlight.write(QByteArray::number(100000 - 1000 * i));
+      backlight.close();
+      QTRY_COMPARE(mBench->State("lcd/backlight"), QJsonValue(100000 - 1000 * i));
+      QTRY_COMPARE(quick.lcd, Lcd());
+    }
+    qint64 taken = 0;
+    slow.setReadBufferSize(0);
+    while (slow.bytesAvailable() > 0 || slow.waitForReadyRead(200)) taken += slow.readAll().size();
+    constexpr qint64 kPicture = 480 * 320 * 4;
+    QVERIFY2(taken > 2 * kPicture && taken < 5 * kPicture, qPrintable(QString::number(taken)));
+    QVERIFY(mBench->Action(R"({"name":"recorderStart"})"));
+    QVERIFY(slow.waitForReadyRead());
+  }
+
+  // More pages than the bench takes are turned away; it goes on with the others.
+  void tooManyPagesAreTurnedAway() {
+    std::vector<std::unique_ptr<Page>> pages;
+    for (int i = 0; i < 20; ++i) pages.push_back(std::make_unique<Page>(*mBench));
+    const auto open = [&pages] {
+      return std::count_if(pages.begin(), pages.end(), [](const auto& page) { return page->IsOpen(); });
+    };
+    const auto closed = [&pages] {
+      return std::count_if(pages.begin(), pages.end(), [](const auto& page) { return page->IsClosed(); });
+    };
+    QTRY_COMPARE(open() + closed(), 20);
+    QCOMPARE(open(), 16);
+    QCOMPARE(mBench->Get("/api/state").status, 200);
+    pages.clear();
+    QVERIFY(OpensSoon());
+  }
+
+  // More than can be open at once, one after the other.
+  void pagesThatLeftAreForgotten() {
+    for (int i = 0; i < 70; ++i) {
+      Page page(*mBench);
+      QTRY_VERIFY(page.IsOpen());
+    }
+    QCOMPARE(mBench->Get("/api/state").status, 200);
+    QVERIFY(OpensSoon());
+  }
+
+  // Requests for a WebSocket that come to nothing leave nothing behind.
+  void brokenHandshakesAreForgotten() {
+    for (int i = 0; i < 20; ++i)
+      QVERIFY(mBench->Get("/ws", "Upgrade: websocket\r\nConnection: Upgrade\r\n").status != 200);
+    QVERIFY(OpensSoon());
+  }
+};
+
+QTEST_GUILESS_MAIN(BenchApiTest)
+#include "bench_api_test.moc"

@@ -1,0 +1,355 @@
+#include <sys/stat.h>
+
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtEndian>
+
+#include "bench/benchlog.h"
+#include "bench/clicksound.h"
+#include "bench/finger.h"
+#include "bench/members.h"
+#include "bench/requesthead.h"
+#include "bench/rootfolder.h"
+#include "bench/screenreport.h"
+#include "bench/shellwatch.h"
+#include "bench/touchpanel.h"
+
+namespace {
+constexpr quint16 kPort = 8480;
+
+QByteArray Request(const QByteArray& requestLine, const QByteArray& headers = {}) {
+  return requestLine + " HTTP/1.1\r\nHost: 127.0.0.1:8480\r\n" + headers + "\r\n";
+}
+
+bool IsSentence(const QString& text) {
+  return text.size() > 10 && text.endsWith(u'.') && !text.contains(u'\n');
+}
+}  // namespace
+
+class BenchPartsTest : public QObject {
+  Q_OBJECT
+
+private slots:
+  void headsAreJudged_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<int>("status");  // 0: not whole yet, 200: good
+    const auto row = [](const char* name, const QByteArray& bytes, int status) {
+      QTest::newRow(name) << bytes << status;
+    };
+    row("plain", Request("GET /"), 200);
+    row("with a query", Request("GET /api/lcd.png?raw=1"), 200);
+    row("old", "GET / HTTP/1.0\r\nHost: localhost:8480\r\n\r\n", 200);
+    row("localhost", "GET / HTTP/1.1\r\nHost: LocalHost:8480\r\n\r\n", 200);
+    row("by number 6", "GET / HTTP/1.1\r\nhost:[::1]:8480\r\n\r\n", 200);
+    row("own page", Request("GET /", "Origin: http://localhost:8480\r\n"), 200);
+    row("whole body", Request("POST /api/touch", "Content-Length: 65536\r\n"), 200);
+    row("WebSocket", Request("GET /ws", "Upgrade: WebSocket\r\nConnection: Upgrade\r\n"), 200);
+    row("unknown path", Request("GET /../../etc/passwd"), 200);
+
+    row("nothing", "", 0);
+    row("half a line", "GET / HT", 0);
+    row("half a head", "GET / HTTP/1.1\r\nHost: 127.0.0.1:8480\r\n", 0);
+    row("longest half", "GET / HTTP/1.1\r\nX: " + QByteArray(16 * 1024 - 20, 'x'), 0);
+
+    row("no HTTP", "hello\r\n", 400);
+    row("no HTTP, no return", "hello\n", 400);
+    row("another protocol", "\x16\x03\x01\x02\n", 400);
+    row("HTTP/2", "PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n", 400);
+    row("unknown method", Request("BREW /"), 400);
+    row("CONNECT", Request("CONNECT /"), 400);
+    row("no path", Request("GET"), 400);
+    row("address of a proxy", Request("GET http://127.0.0.1:8480/"), 400);
+    row("blank in the path", Request("GET /a b"), 400);
+    row("control in the path", Request(QByteArray("GET /a\0b", 8)), 400);
+    row("header without a colon", Request("GET /", "Hello\r\n"), 400);
+    row("header without a name", Request("GET /", ": x\r\n"), 400);
+    row("header with a blank name", Request("GET /", "A b: x\r\n"), 400);
+    row("folded header", Request("GET /", "A: x\r\n y\r\n"), 400);
+    row("control in a header", Request("GET /", "A: \x01\r\n"), 400);
+    row("line break in a header", Request("GET /", "A: x\ny\r\n"), 400);
+    row("length in letters", Request("POST /", "Content-Length: ten\r\n"), 400);
+    row("negative length", Request("POST /", "Content-Length: -1\r\n"), 400);
+    row("signed length", Request("POST /", "Content-Length: +1\r\n"), 400);
+    row("huge length", Request("POST /", "Content-Length: 99999999999999999999\r\n"), 400);
+    row("two lengths", Request("POST /", "Content-Length: 1\r\nContent-Length: 1\r\n"), 400);
+    row("chunks", Request("POST /", "Transfer-Encoding: chunked\r\n"), 400);
+    row("upgrade elsewhere", Request("GET /", "Upgrade: websocket\r\n"), 400);
+    row("upgrade with a query", Request("GET /ws?x", "Upgrade: websocket\r\n"), 400);
+    row("upgrade to something else", Request("GET /ws", "Upgrade: h2c\r\n"), 400);
+    row("upgrade of a POST", Request("POST /ws", "Upgrade: websocket\r\n"), 400);
+    row("upgrade with a body", Request("GET /ws", "Upgrade: websocket\r\nContent-Length: 1\r\n"), 400);
+
+    row("no Host", "GET / HTTP/1.1\r\n\r\n", 403);
+    row("two Hosts", Request("GET /", "Host: 127.0.0.1:8480\r\n"), 403);
+    row("foreign Host", "GET / HTTP/1.1\r\nHost: evil.example:8480\r\n\r\n", 403);
+    row("another port", "GET / HTTP/1.1\r\nHost: 127.0.0.1:8481\r\n\r\n", 403);
+    row("no port", "GET / HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n", 403);
+    row("Host that begins well", "GET / HTTP/1.1\r\nHost: 127.0.0.1:8480.evil.example\r\n\r\n", 403);
+    row("foreign Origin", Request("GET /", "Origin: http://evil.example\r\n"), 403);
+    row("Origin of another port", Request("GET /", "Origin: http://127.0.0.1:80\r\n"), 403);
+    row("Origin of a file", Request("POST /api/touch", "Origin: null\r\n"), 403);
+    row("empty Origin", Request("GET /", "Origin:\r\n"), 403);
+    row("https Origin", Request("GET /", "Origin: https://127.0.0.1:8480\r\n"), 403);
+    row("Origin that begins well", Request("GET /", "Origin: http://127.0.0.1:8480.evil.example\r\n"), 403);
+    row("two Origins", Request("GET /", "Origin: http://127.0.0.1:8480\r\nOrigin: http://evil.example\r\n"), 403);
+    row("WebSocket from elsewhere", Request("GET /ws", "Upgrade: websocket\r\nOrigin: http://evil.example\r\n"), 403);
+
+    row("large body", Request("POST /api/touch", "Content-Length: 65537\r\n"), 413);
+    row("large head", Request("GET /", "X: " + QByteArray(16 * 1024, 'x') + "\r\n"), 431);
+    row("long path", Request("GET /" + QByteArray(16 * 1024, 'x')), 431);
+    row("endless line", QByteArray(16 * 1024, 'x'), 431);
+  }
+
+  void headsAreJudged() {
+    QFETCH(QByteArray, bytes);
+    QFETCH(int, status);
+    const RequestHead head = RequestHead::Read(bytes, kPort);
+    switch (status) {
+      case 0:
+        QCOMPARE(head.state, RequestHead::State::Incomplete);
+        break;
+      case 200:
+        QCOMPARE(head.state, RequestHead::State::Good);
+        QCOMPARE(head.size, bytes.size());
+        break;
+      default:
+        QCOMPARE(head.state, RequestHead::State::Refused);
+        QCOMPARE(head.status, status);
+        QVERIFY(IsSentence(head.error));
+    }
+  }
+
+  // A browser leaves HTTP's own port out.
+  void portEightyMayBeLeftOut() {
+    QCOMPARE(RequestHead::Read("GET / HTTP/1.1\r\nHost: 127.0.0.1\r\nOrigin: http://127.0.0.1\r\n\r\n", 80).state,
+             RequestHead::State::Good);
+  }
+
+  // Whatever the place at which it is cut, a good head is only not whole yet.
+  void goodHeadIsNeverRefusedEarly() {
+    const QByteArray bytes = Request("POST /api/touch", "Content-Length: 2\r\nOrigin: http://127.0.0.1:8480\r\n");
+    for (qsizetype size = 0; size < bytes.size(); ++size)
+      QCOMPARE(RequestHead::Read(bytes.left(size), kPort).state, RequestHead::State::Incomplete);
+    const RequestHead head = RequestHead::Read(bytes + "{}", kPort);
+    QCOMPARE(head.size, bytes.size());
+    QCOMPARE(head.body, 2);
+  }
+
+  void logKeepsTheNewest2000() {
+    BenchLog log;
+    QCOMPARE(log.Last(), 0);
+    QVERIFY(log.Since(0, 10).isEmpty());
+    for (int i = 1; i <= 2003; ++i) log.Add("note", QString::number(i));
+    const QJsonArray all = log.Since(0, BenchLog::kMost);
+    QCOMPARE(all.size(), 2000);
+    for (int i = 0; i < 2000; ++i) {
+      QCOMPARE(all[i][QStringLiteral("number")].toInt(), 2003 - i);
+      QCOMPARE(all[i][QStringLiteral("name")].toString(), QString::number(2003 - i));
+    }
+    QCOMPARE(log.Since(2001, BenchLog::kMost).size(), 2);
+    QCOMPARE(log.Since(0, 5).last()[QStringLiteral("number")].toInt(), 1999);
+    QVERIFY(log.Since(2003, BenchLog::kMost).isEmpty());
+    QVERIFY(log.Since(9007199254740991, BenchLog::kMost).isEmpty());
+  }
+
+  void linesOfTheInterface_data() {
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<bool>("isReport");
+    for (const char* line : {"screen PREVIEW", "box own 77 SELECT_NDF_FILE", "box event none", "box own 3 "})
+      QTest::newRow(line) << QString::fromLatin1(line) << true;
+    for (const char* line : {"", "screen", "screen preview", "screen A B", "box own", "box third none", "box own x Y",
+                             "box own 123456 Y", "a screen PREVIEW", "screen PREVIEW\nscreen MAINMENU"})
+      QTest::newRow(line) << QString::fromLatin1(line) << false;
+  }
+
+  void linesOfTheInterface() {
+    QFETCH(QString, line);
+    QFETCH(bool, isReport);
+    QCOMPARE(ScreenReport().Take(line), isReport);
+  }
+
+  void reportKnowsScreenAndBoxes() {
+    ScreenReport report;
+    QVERIFY(report.Screen().isEmpty());
+    QVERIFY(report.Boxes()[QStringLiteral("own")].isNull());
+    report.Take(QStringLiteral("screen PREVIEW"));
+    report.Take(QStringLiteral("box own 77 SELECT_NDF_FILE"));
+    QCOMPARE(report.Screen(), QStringLiteral("PREVIEW"));
+    QCOMPARE(report.Boxes()[QStringLiteral("own")][QStringLiteral("id")].toInt(), 77);
+    QCOMPARE(report.Boxes()[QStringLiteral("own")][QStringLiteral("name")].toString(),
+             QStringLiteral("SELECT_NDF_FILE"));
+    QVERIFY(report.Boxes()[QStringLiteral("event")].isNull());
+    report.Take(QStringLiteral("box own none"));
+    QVERIFY(report.Boxes()[QStringLiteral("own")].isNull());
+    report.Forget();
+    QVERIFY(report.Screen().isEmpty());
+  }
+
+  void membersAreChecked() {
+    const QJsonObject object{{"x", 5},      {"half", 0.5}, {"huge", 1e300},
+                             {"text", "5"}, {"yes", true}, {"null", QJsonValue()}};
+    const auto errorOf = [&object](const std::function<void(Members&)>& read) {
+      Members members(object);
+      read(members);
+      const QString error = members.Error();
+      return error.section(u' ', 0, 0);  // the name
+    };
+    QCOMPARE(errorOf([](Members& m) { m.Whole("x", 6, 9); }), QStringLiteral("\"x\""));
+    QCOMPARE(errorOf([](Members& m) { m.Whole("half", 0, 9); }), QStringLiteral("\"half\""));
+    QCOMPARE(errorOf([](Members& m) { m.Whole("huge", INT_MIN, INT_MAX); }), QStringLiteral("\"huge\""));
+    QCOMPARE(errorOf([](Members& m) { m.Whole("text", 0, 9); }), QStringLiteral("\"text\""));
+    QCOMPARE(errorOf([](Members& m) { m.Whole("null", 0, 9, 3); }), QStringLiteral("\"null\""));
+    QCOMPARE(errorOf([](Members& m) { m.Whole("missing", 0, 9); }), QStringLiteral("\"missing\""));
+    QCOMPARE(errorOf([](Members& m) { m.Flag("x", false); }), QStringLiteral("\"x\""));
+    QCOMPARE(errorOf([](Members& m) { m.Flag("missing"); }), QStringLiteral("\"missing\""));
+    QCOMPARE(errorOf([](Members& m) { m.Text("x"); }), QStringLiteral("\"x\""));
+    QCOMPARE(errorOf([](Members& m) { m.Choice("text", {"4", "6"}); }), QStringLiteral("\"text\""));
+    Members members(object);
+    QCOMPARE(members.Whole("x", 5, 5), 5);
+    QCOMPARE(members.Whole("missing", 0, 9, 3), 3);
+    QCOMPARE(members.Flag("yes"), true);
+    QCOMPARE(members.Text("text"), QStringLiteral("5"));
+    QCOMPARE(members.Error(), QStringLiteral("There is no member \"half\" here."));
+    members.TakeRest();
+    QVERIFY(members.Error().isEmpty());
+  }
+
+  void clickIsAShortWaveFile() {
+    const QByteArray wav = ClickSound();
+    QVERIFY(wav.startsWith("RIFF"));
+    QCOMPARE(wav.mid(8, 8), QByteArray("WAVEfmt "));
+    QCOMPARE(qFromLittleEndian<quint32>(wav.constData() + 4), quint32(wav.size() - 8));
+    QCOMPARE(qFromLittleEndian<quint32>(wav.constData() + 40), quint32(wav.size() - 44));
+  }
+
+  void tapIsAFreshPressAndARelease() {
+    const QTemporaryDir folder;
+    TouchPanel panel;
+    BenchLog log;
+    Finger finger(panel, log);
+    QString error;
+    QVERIFY(panel.Open(folder.filePath(QStringLiteral("event0")), &error));
+    QVERIFY(finger.Press({10, 20}, this).IsGood());
+    QVERIFY(finger.Press({11, 20}, this).IsGood());
+    QVERIFY(finger.Tap({100, 200}, 1, this).IsGood());
+    QTRY_VERIFY(!finger.IsDown());
+    QStringList names;
+    for (const QJsonValue& entry : log.Since(0, 10)) names.prepend(entry[QStringLiteral("name")].toString());
+    QCOMPARE(names.join(u' '), QStringLiteral("press move release press release"));
+    QVERIFY(finger.Release().IsGood());  // it is up
+    QCOMPARE(log.Last(), 5);
+  }
+
+  void fingerIsLiftedWhenItsOwnerLeaves() {
+    const QTemporaryDir folder;
+    TouchPanel panel;
+    BenchLog log;
+    Finger finger(panel, log);
+    QString error;
+    QVERIFY(panel.Open(folder.filePath(QStringLiteral("event0")), &error));
+    QObject other;
+    finger.Press({10, 20}, this);
+    finger.Leave(&other);
+    QVERIFY(finger.IsDown());
+    finger.Leave(this);
+    QVERIFY(!finger.IsDown());
+  }
+
+  // Nobody reads: no call waits, and the answer says so.
+  void unreadPanelIsSaid() {
+    const QTemporaryDir folder;
+    TouchPanel panel;
+    BenchLog log;
+    Finger finger(panel, log);
+    QString error;
+    QVERIFY(panel.Open(folder.filePath(QStringLiteral("event0")), &error));
+    Reply reply;
+    for (int i = 0; i < 5000 && reply.IsGood(); ++i) reply = finger.Press({i % 480, 100}, this);
+    QCOMPARE(reply.status, 409);
+    QVERIFY(IsSentence(reply.error));
+    QVERIFY(finger.IsDown());
+    finger.StartAfresh();
+    QVERIFY(!finger.IsDown());
+    QVERIFY(finger.Press({1, 1}, this).IsGood());
+  }
+
+  void everyRootHasItsOwnKey() {
+    const QTemporaryDir folder;
+    QString error;
+    RootFolder first;
+    QVERIFY(first.Take(folder.path(), &error));
+    QVERIFY(!first.IsFresh());
+    RootFolder other;
+    QVERIFY(other.Take(QString(), &error));
+    QVERIFY(other.IsFresh());
+    QVERIFY(other.Path() != first.Path());
+    QVERIFY(other.PlatformKey() != first.PlatformKey());
+    QVERIFY(QDir(other.Path()).removeRecursively());
+  }
+
+  void badRootsAreRefused_data() {
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("the machine's own") << QStringLiteral("/");
+    QTest::newRow("no folder") << QStringLiteral("/dev/null");
+    QTest::newRow("a colon") << QDir::tempPath() + QStringLiteral("/bench:root");
+    QTest::newRow("too long") << QDir::tempPath() + u'/' + QString(90, u'x');
+  }
+
+  void badRootsAreRefused() {
+    QFETCH(QString, folder);
+    RootFolder root;
+    QString error;
+    QVERIFY(!root.Take(folder, &error));
+    QVERIFY(IsSentence(error));
+    if (folder.size() > 10) QDir().rmdir(folder);
+  }
+
+  void shellIsHeard() {
+    const QTemporaryDir folder;
+    RootFolder root;
+    QString error;
+    QVERIFY(root.Take(folder.path(), &error));
+    QVERIFY(root.Furnish(folder.path(), &error));
+    ShellWatch shell(root.Path());
+    QVERIFY(shell.Open(&error));
+    QSignalSpy asked(&shell, &ShellWatch::Asked), clicked(&shell, &ShellWatch::Clicked),
+        dimmed(&shell, &ShellWatch::BacklightChanged);
+    qputenv("DASHCAM_ROOT", root.Path().toUtf8());
+    const auto run = [&root](const QString& command) {
+      return std::system(qPrintable(QStringLiteral("PATH=%1/bin:$PATH; %2").arg(root.Path(), command)));
+    };
+    const auto next = [&asked] { return asked.takeFirst().first().toString(); };
+
+    QCOMPARE(run(QStringLiteral("sync")), 0);
+    QTRY_COMPARE(asked.size(), 1);
+    QCOMPARE(next(), QStringLiteral("sync"));
+
+    QCOMPARE(run(QStringLiteral("aplay %1/opt/ipnc/voice/touch.wav &").arg(root.Path())), 0);
+    QTRY_COMPARE(clicked.size(), 1);
+    QCOMPARE(next(), QStringLiteral("aplay /opt/ipnc/voice/touch.wav"));
+
+    QCOMPARE(run(QStringLiteral("aplay /tmp/other.wav; echo 1 > %1/proc/sys/vm/drop_caches").arg(root.Path())), 0);
+    QTRY_COMPARE(asked.size(), 2);
+    QCOMPARE(clicked.size(), 1);
+    asked.clear();
+
+    QCOMPARE(run(QStringLiteral("echo 40000 > %1/proc/pwm/pwm0").arg(root.Path())), 0);
+    QTRY_COMPARE(dimmed.size(), 1);
+    QCOMPARE(shell.Backlight(), 40000);
+    QCOMPARE(next(), QStringLiteral("echo 40000 > /proc/pwm/pwm0"));
+
+    // What no camera would take.
+    QCOMPARE(run(QStringLiteral("echo 999999 > %1/proc/pwm/pwm0").arg(root.Path())), 0);
+    QTRY_COMPARE(shell.Backlight(), 100000);
+    QCOMPARE(run(QStringLiteral("echo bright > %1/proc/pwm/pwm0").arg(root.Path())), 0);
+    QTRY_COMPARE(asked.size(), 2);
+    QCOMPARE(shell.Backlight(), 100000);
+    QCOMPARE(run(QStringLiteral("echo -5 > %1/proc/pwm/pwm0").arg(root.Path())), 0);
+    QTRY_COMPARE(shell.Backlight(), 0);
+  }
+};
+
+QTEST_GUILESS_MAIN(BenchPartsTest)
+#include "bench_parts_test.moc"
