@@ -1,0 +1,49 @@
+import {Connection} from './connection.js';
+import {makeControls} from './controls.js';
+import {Lcd} from './lcd.js';
+import {Log} from './log.js';
+import {State} from './state.js';
+
+const find = (id) => document.getElementById(id);
+
+const connection = new Connection();
+const lcd = new Lcd(connection, find('lcd'), find('finger'), find('fault'));
+new Log(connection, find('log'), find('kinds'), find('pause'));
+new State(connection, find('seen'), find('state'), find('setup'), find('settings'));
+
+const WORDS = {open: 'Connected', wait: 'Connecting', closed: 'The bench does not answer'};
+let shown = 0;  // how often the controls were made
+connection.addEventListener('connection', async ({detail}) => {
+  const place = find('connection');
+  place.dataset.state = detail;
+  place.textContent = WORDS[detail];
+  document.body.classList.toggle('gone', detail !== 'open');
+  if (detail !== 'open') return;
+  watch();
+  if (shown++ === 0) await makeControls(connection, find('controls'), find('event'));
+});
+
+// A page in the background wants no pictures.
+function watch() {
+  if (connection.isOpen) connection.ask('watch', {on: !document.hidden});
+}
+document.addEventListener('visibilitychange', watch);
+
+async function ask(type, members) {
+  find('fault').textContent = await connection.ask(type, members) ?? '';
+}
+find('power').addEventListener('click', () => ask('action', {name: 'powerKey'}));
+find('restart').addEventListener('click', () => ask('action', {name: 'interfaceRestart'}));
+find('save').addEventListener('click', () => lcd.save());
+
+// The key click is heard only when it was asked for.
+let click = null;
+find('sound').addEventListener('click', ({currentTarget}) => {
+  click = click ? null : new Audio('api/click.wav');
+  currentTarget.setAttribute('aria-pressed', String(click !== null));
+});
+connection.addEventListener('click', () => {
+  if (!click) return;
+  click.currentTime = 0;
+  click.play().catch(() => {});  // the browser may forbid it: then there is no sound
+});

@@ -1,0 +1,61 @@
+// The WebSocket to the bench. It comes back by itself.
+
+const LONGEST_WAIT = 5000;  // ms
+
+export class Connection extends EventTarget {
+  #socket = null;
+  #wait = 250;
+  #lastId = 0;
+  #waiting = new Map();  // id → resolve
+
+  constructor() {
+    super();
+    this.#open();
+  }
+
+  get isOpen() { return this.#socket?.readyState === WebSocket.OPEN; }
+
+  // Resolves with null when the bench did it, else with one sentence.
+  ask(type, members = {}) {
+    if (!this.isOpen) return Promise.resolve('The bench does not answer.');
+    const id = ++this.#lastId;
+    return new Promise((resolve) => {
+      this.#waiting.set(id, resolve);
+      this.#socket.send(JSON.stringify({...members, type, id}));
+    });
+  }
+
+  #open() {
+    this.#tell('wait');
+    const socket = this.#socket = new WebSocket(`ws://${location.host}/ws`);
+    socket.binaryType = 'arraybuffer';
+    socket.onopen = () => {
+      this.#wait = 250;
+      this.#tell('open');
+    };
+    socket.onmessage = ({data}) => {
+      if (data instanceof ArrayBuffer) this.dispatchEvent(new CustomEvent('picture', {detail: data}));
+      else this.#take(JSON.parse(data));
+    };
+    socket.onclose = () => this.#closed();
+  }
+
+  #take(message) {
+    if (message.type !== 'answer') {
+      this.dispatchEvent(new CustomEvent(message.type, {detail: message}));
+      return;
+    }
+    this.#waiting.get(message.id)?.(message.ok ? null : message.error);
+    this.#waiting.delete(message.id);
+  }
+
+  #closed() {
+    for (const resolve of this.#waiting.values()) resolve('The bench does not answer.');
+    this.#waiting.clear();
+    this.#tell('closed');
+    setTimeout(() => this.#open(), this.#wait);
+    this.#wait = Math.min(this.#wait * 2, LONGEST_WAIT);
+  }
+
+  #tell(state) { this.dispatchEvent(new CustomEvent('connection', {detail: state})); }
+}
