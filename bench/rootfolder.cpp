@@ -14,7 +14,7 @@
 #include "gui/base/devicepath.h"
 
 namespace {
-constexpr int kLockWait = 5000;  // milliseconds: the janitor of a bench that was killed is at work
+constexpr int kLockWait = 2000;  // milliseconds: the janitor of a bench that was killed is at work
 // The recorder's socket lies below it, and such a path has 107 bytes at most.
 constexpr int kLongestPath = 80;
 

@@ -134,14 +134,20 @@ public:
   }
 
   /// The key of its status queue, as its interface knows it; 0 without an interface.
-  static int KeyOf(const QString& root) {
-    for (const int process : ProcessesOf(root, "dashcam-gui"))
-      for (const QByteArray& variable : Read(QString::number(process), "environ").split('\0'))
-        if (variable.startsWith("PLATFORM_KEY=")) return variable.mid(13).toInt();
-    return 0;
-  }
+  static int KeyOf(const QString& root) { return VariableOf(root, "PLATFORM_KEY").toInt(); }
+
+  /// The number of its X server's display.
+  static QString DisplayOf(const QString& root) { return QString::fromLatin1(VariableOf(root, "DISPLAY").mid(1)); }
 
 private:
+  // Of its interface's environment.
+  static QByteArray VariableOf(const QString& root, const QByteArray& name) {
+    for (const int process : ProcessesOf(root, "dashcam-gui"))
+      for (const QByteArray& variable : Read(QString::number(process), "environ").split('\0'))
+        if (variable.startsWith(name + '=')) return variable.mid(name.size() + 1);
+    return {};
+  }
+
   static QByteArray Read(const QString& process, const char* file) {
     QFile proc(QStringLiteral("/proc/%1/%2").arg(process, QLatin1String(file)));
     return proc.open(QIODevice::ReadOnly) ? proc.readAll() : QByteArray();

@@ -1,0 +1,293 @@
+// The bench's life and death: what it starts, heals and leaves behind. With the real interface.
+#include <sys/msg.h>
+#include <sys/shm.h>
+#include <sys/stat.h>
+
+#include <QTcpServer>
+#include <QTemporaryDir>
+#include <QTemporaryFile>
+
+#include "tests/system/benchrun.h"
+
+namespace {
+bool IsSentence(const QString& text) {
+  return text.size() > 10 && text.endsWith(u'.') && !text.contains(u'\n');
+}
+
+bool HasTransport(int key) {
+  return msgget(key, 0) >= 0 || shmget(key + 1, 0, 0) >= 0;
+}
+}  // namespace
+
+class BenchLifeTest : public QObject {
+  Q_OBJECT
+
+  // 0: there is no such file.
+  static ino_t InodeOf(const QString& path) {
+    struct stat state {};
+    return stat(qPrintable(path), &state) == 0 ? state.st_ino : 0;
+  }
+
+  // The one process of this name that belongs to the bench; 0: none or several.
+  static int ProcessOf(const BenchRun& bench, const char* name) {
+    const QList<int> processes = BenchRun::ProcessesOf(bench.Root(), name);
+    return processes.size() == 1 ? processes[0] : 0;
+  }
+
+private slots:
+  void badOptionsAreRefused_data() {
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<int>("code");
+    const auto row = [](const char* name, const QStringList& options, int code) {
+      QTest::newRow(name) << options << code;
+    };
+    row("unknown", {"--speed", "5"}, 2);
+    row("a word", {"hello"}, 2);
+    row("no port", {"--port"}, 2);
+    row("port in letters", {"--port", "http"}, 2);
+    row("port too high", {"--port", "65536"}, 2);
+    row("negative port", {"--port=-1"}, 2);
+    row("empty root", {"--root", ""}, 2);
+    row("the machine's own root", {"--port", "0", "--root", "/"}, 1);
+    row("no folder", {"--port", "0", "--root", "/dev/null"}, 1);
+    row("no scenario", {"--port", "0", "--scenario", "/nothing"}, 1);
+    row("another user's port", {"--port", "1"}, 1);
+  }
+
+  void badOptionsAreRefused() {
+    QFETCH(QStringList, options);
+    QFETCH(int, code);
+    QTcpServer taken;  // port 1 may be had by root
+    if (options.last() == QLatin1String("1")) {
+      QVERIFY(taken.listen(QHostAddress::LocalHost));
+      options.last() = QString::number(taken.serverPort());
+    }
+    QProcess bench;
+    bench.start(QStringLiteral(BINARY_DIR "/bench/dashcam-bench"), options);
+    QVERIFY(bench.waitForFinished());
+    QCOMPARE(bench.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(bench.exitCode(), code);
+    QVERIFY(bench.readAllStandardOutput().isEmpty());
+    const QString error = QString::fromUtf8(bench.readAllStandardError()).trimmed();
+    QVERIFY2(error.startsWith(QLatin1String("dashcam-bench: ")) && IsSentence(error), qPrintable(error));
+  }
+
+  void helpIsPrinted() {
+    QProcess bench;
+    bench.start(QStringLiteral(BINARY_DIR "/bench/dashcam-bench"), {QStringLiteral("--help")});
+    QVERIFY(bench.waitForFinished());
+    QCOMPARE(bench.exitCode(), 0);
+    const QByteArray help = bench.readAllStandardOutput();
+    for (const char* option : {"--port", "--root", "--scenario"}) QVERIFY(help.contains(option));
+  }
+
+  void endsAreClean_data() {
+    QTest::addColumn<int>("number");
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGHUP") << SIGHUP;
+    QTest::newRow("SIGKILL") << SIGKILL;
+  }
+
+  // No process, no folder, no queue, no X server's socket.
+  void endsAreClean() {
+    QFETCH(int, number);
+    BenchRun bench;
+    QVERIFY(bench.IsUp());
+    const QString root = bench.Root();
+    const int key = BenchRun::KeyOf(root);
+    QVERIFY(HasTransport(key));
+    QVERIFY(ProcessOf(bench, "dashcam-gui") != 0);
+    QVERIFY(ProcessOf(bench, "Xvfb") != 0);
+    const QString socket = QStringLiteral("/tmp/.X11-unix/X") + BenchRun::DisplayOf(root);
+    const ino_t inode = InodeOf(socket);
+    QVERIFY(inode != 0);
+    struct stat state {};
+    QCOMPARE(stat(qPrintable(root), &state), 0);
+    QCOMPARE(state.st_mode & 0777, mode_t{0700});
+    kill(static_cast<pid_t>(bench.Process().processId()), number);
+    QVERIFY(bench.Process().waitForFinished());
+    if (number != SIGKILL) {
+      QCOMPARE(bench.Process().exitStatus(), QProcess::NormalExit);
+      QCOMPARE(bench.Process().exitCode(), 0);
+      QVERIFY(BenchRun::ProcessesOf(root).isEmpty());  // at once
+      QVERIFY(!QFile::exists(root));
+    }
+    QTRY_VERIFY(BenchRun::ProcessesOf(root).isEmpty());
+    QTRY_VERIFY(!QFile::exists(root));
+    QTRY_VERIFY(!HasTransport(key));
+    QTRY_VERIFY(InodeOf(socket) != inode);  // the next X server may have its name
+  }
+
+  // One that is killed while everything starts leaves nothing, either.
+  void killedEarlyLeavesNothing() {
+    const QTemporaryDir folder;
+    qputenv("XDG_RUNTIME_DIR", folder.path().toUtf8());
+    {
+      BenchRun bench;
+      QTRY_VERIFY(!QDir(folder.path()).isEmpty());
+      bench.Process().kill();
+      QVERIFY(bench.Process().waitForFinished());
+    }
+    qunsetenv("XDG_RUNTIME_DIR");
+    QTRY_VERIFY(QDir(folder.path()).isEmpty());
+    QTRY_VERIFY(BenchRun::ProcessesOf(folder.path()).isEmpty());
+  }
+
+  // Two benches side by side do not notice each other.
+  void twoBenchesRunSideBySide() {
+    BenchRun first, second;
+    QVERIFY(first.IsUp());
+    QVERIFY(second.IsUp());
+    QVERIFY(first.Root() != second.Root());
+    QVERIFY(BenchRun::KeyOf(first.Root()) != BenchRun::KeyOf(second.Root()));
+    const qint64 before = second.LastEntry();
+    QVERIFY(first.Action(R"({"name":"speed","kmh":77})"));
+    QCOMPARE(first.Post("/api/event", R"({"event":8,"value":3})").status, 200);
+    QTRY_COMPARE(first.State("boxes/event/name"), QJsonValue(QStringLiteral("R_HW_ERROR")));
+    QCOMPARE(second.State("recorder/speed"), QJsonValue(0));
+    QVERIFY(second.State("boxes/event").isNull());
+    QVERIFY(second.Find("event", QStringLiteral("RECV_ZEL_STATUS_HW_ERROR"), before).isEmpty());
+    // The page of one is foreign to the other.
+    QCOMPARE(first.Get("/api/state", "Origin: http://" + second.Host() + "\r\n").status, 403);
+  }
+
+  void rootIsKeptAndHasOneBench() {
+    const QTemporaryDir folder;
+    const QStringList options{QStringLiteral("--root"), folder.path()};
+    {
+      BenchRun bench(options);
+      QVERIFY(bench.IsUp());
+      QCOMPARE(bench.Root(), QDir(folder.path()).canonicalPath());
+      QProcess other;
+      other.start(QStringLiteral(BINARY_DIR "/bench/dashcam-bench"), options);
+      QVERIFY(other.waitForFinished(10000));
+      QCOMPARE(other.exitCode(), 1);
+      QVERIFY(IsSentence(QString::fromUtf8(other.readAllStandardError()).trimmed()));
+      QCOMPARE(bench.State("screen"), QJsonValue(QStringLiteral("PREVIEW")));
+      // Killed, and started again at once in the same folder.
+      bench.Process().kill();
+    }
+    BenchRun again(options);
+    QVERIFY(again.IsUp());
+    QVERIFY(again.Action(R"({"name":"speed","kmh":5})"));
+    QVERIFY(QFile::exists(folder.filePath(QStringLiteral("tmp/config_init.ini"))));
+    again.Process().terminate();
+    QVERIFY(again.Process().waitForFinished());
+    QVERIFY(QFile::exists(folder.filePath(QStringLiteral("tmp/config_init.ini"))));
+  }
+
+  void interfaceIsStartedAgain() {
+    BenchRun bench;
+    QVERIFY(bench.IsUp());
+    QVERIFY(bench.Action(R"({"name":"interfaceKill"})"));
+    QTRY_COMPARE(bench.State("interface/starts"), QJsonValue(2));
+    QCOMPARE(bench.State("interface/ended"), QJsonValue(QStringLiteral("signal 9")));
+    QTRY_COMPARE(bench.State("screen"), QJsonValue(QStringLiteral("PREVIEW")));
+    // It works: it has asked the recorder, and hears of it.
+    QCOMPARE(bench.Post("/api/event", R"({"event":8,"value":3})").status, 200);
+    QTRY_COMPARE(bench.State("boxes/event/name"), QJsonValue(QStringLiteral("R_HW_ERROR")));
+
+    QCOMPARE(bench.Post("/api/interface/restart", "").status, 200);
+    QTRY_COMPARE(bench.State("interface/starts"), QJsonValue(3));
+    QTRY_COMPARE(bench.State("screen"), QJsonValue(QStringLiteral("PREVIEW")));
+    QVERIFY(bench.State("boxes/event").isNull());
+
+    QVERIFY(bench.Action(R"({"name":"interfaceRestart"})"));
+    QTRY_COMPARE(bench.State("interface/starts"), QJsonValue(4));
+
+    // Killed from elsewhere.
+    QTRY_VERIFY(ProcessOf(bench, "dashcam-gui") != 0);
+    kill(ProcessOf(bench, "dashcam-gui"), SIGKILL);
+    QTRY_COMPARE(bench.State("interface/starts"), QJsonValue(5));
+    QTRY_COMPARE(bench.State("screen"), QJsonValue(QStringLiteral("PREVIEW")));
+  }
+
+  void deadInterfaceIsSaid() {
+    BenchRun bench;
+    QVERIFY(bench.IsUp());
+    QVERIFY(bench.Action(R"({"name":"interfaceKill"})"));
+    const qint64 before = bench.LastEntry();
+    // Within the second before it starts again.
+    QTRY_VERIFY(bench.State("interface/running") == QJsonValue(false) ||
+                bench.State("interface/starts") == QJsonValue(2));
+    if (bench.State("interface/running") == QJsonValue(false)) {
+      QVERIFY(bench.State("screen").isNull());
+      QCOMPARE(bench.Post("/api/touch", R"({"action":"tap","x":1,"y":1})").status, 409);
+    }
+    QTRY_VERIFY(!bench.Find("note", QStringLiteral("The interface has ended: signal 9."), before - 1).isEmpty());
+  }
+
+  void serverIsStartedAgain() {
+    BenchRun bench;
+    QVERIFY(bench.IsUp());
+    kill(ProcessOf(bench, "Xvfb"), SIGKILL);
+    QTRY_COMPARE(bench.State("interface/starts"), QJsonValue(2));
+    QTRY_COMPARE(bench.State("screen"), QJsonValue(QStringLiteral("PREVIEW")));
+    QCOMPARE(bench.State("lcd/live"), QJsonValue(true));
+    QVERIFY(ProcessOf(bench, "Xvfb") != 0);
+    QVERIFY(ProcessOf(bench, "dashcam-gui") != 0);
+  }
+
+  void recorderIsStartedAgain() {
+    BenchRun bench;
+    QVERIFY(bench.IsUp());
+    for (int i = 0; i < 3; ++i) QVERIFY(bench.Action(R"({"name":"recorderRestart"})"));
+    QTRY_COMPARE(bench.State("recorder/connections"), QJsonValue(1));
+    QCOMPARE(bench.Post("/api/event", R"({"event":8,"value":3})").status, 200);
+    QTRY_COMPARE(bench.State("boxes/event/name"), QJsonValue(QStringLiteral("R_HW_ERROR")));
+    QCOMPARE(bench.State("interface/starts"), QJsonValue(1));
+  }
+
+  // The recorder restarts the device: the interface is started again and meets what is there now.
+  void recorderRestartsTheInterface() {
+    BenchRun bench;
+    QVERIFY(bench.IsUp());
+    QVERIFY(bench.Action(R"({"name":"updateMarker","file":"update.zel"})"));
+    QTRY_COMPARE(bench.State("interface/starts"), QJsonValue(2));
+    QTRY_VERIFY(bench.State("screen").isString());
+  }
+
+  void fullQueueIsSaid() {
+    BenchRun bench;
+    QVERIFY(bench.IsUp());
+    const int interface = ProcessOf(bench, "dashcam-gui");
+    QVERIFY(interface != 0);
+    kill(interface, SIGSTOP);
+    BenchAnswer answer{200, {}, {}};
+    for (int i = 0; i < 1000 && answer.status == 200; ++i)
+      answer = bench.Post("/api/event", R"({"event":24,"value":5})");
+    QCOMPARE(answer.status, 409);
+    QVERIFY(IsSentence(answer.Error()));
+    QCOMPARE(bench.Post("/api/action", R"({"name":"speed","kmh":5})").status, 409);
+    kill(interface, SIGCONT);
+    QTRY_COMPARE(bench.Post("/api/event", R"({"event":24,"value":5})").status, 200);
+    // One that hangs is killed when it shall end.
+    kill(interface, SIGSTOP);
+    bench.Process().terminate();
+    QVERIFY(bench.Process().waitForFinished(8000));
+    QVERIFY(BenchRun::ProcessesOf(bench.Root()).isEmpty());
+  }
+
+  void scenarioIsPlayed() {
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    file.write("{\"ms\": 0, \"event\": 24, \"value\": 123}\n{\"ms\": 1, \"action\": \"speed\", \"kmh\": 99}\n");
+    file.close();
+    BenchRun bench({QStringLiteral("--scenario"), file.fileName()});
+    QVERIFY(bench.IsUp());
+    QTRY_COMPARE(bench.State("recorder/speed"), QJsonValue(99));
+    QVERIFY(!bench.Find("event", QStringLiteral("RECV_ZEL_STATUS_SPEED")).isEmpty());
+  }
+
+  // The stand-ins are the only shell that the interface gets: nothing of this machine is touched.
+  void shellCommandsStayBelowTheRoot() {
+    BenchRun bench;
+    QVERIFY(bench.IsUp());
+    QVERIFY(!bench.Find("shell", QStringLiteral("sync")).isEmpty());
+    QVERIFY(!bench.Find("shell", QStringLiteral("echo 100000 > /proc/pwm/pwm0")).isEmpty());
+  }
+};
+
+QTEST_GUILESS_MAIN(BenchLifeTest)
+#include "bench_life_test.moc"
