@@ -2,6 +2,7 @@
 // sees them on the camera, and a page that shows them all. No display, no recorder, no bench.
 #include <QApplication>
 #include <QDir>
+#include <QLoggingCategory>
 #include <QTextStream>
 #include <QtEndian>
 #include <functional>
@@ -85,21 +86,17 @@ const State kStates[] = {
        Tap(w, 40, 30);
        Tap(w, 40, 30);
      }},
-    {PREVIEW, "preview-quiet", "Microphone off, picture in picture at the left top",
-     [](MainWindow& w) {
-       Tap(w, 110, 30);
-       Tap(w, 110, 90);
-       Tap(w, 110, 90);
+    {PREVIEW, "preview-quiet", "Microphone off, the small picture at the left top",
+     [](MainWindow&) {
+       Setting().volume = 0;
+       gEnvirnmentSettings.mMovingPip = 2;
+       gWidgetManager.GetCurrentWidget()->update();
      }},
     {PREVIEW, "preview-one-camera", "The rear camera is not connected",
      [](MainWindow& w) { Event(w, RECV_ZEL_STATUS_CAM_CNT, 1); }},
     {PREVIEW, "preview-low-voltage", "The power-off countdown",
      [](MainWindow& w) { Event(w, RECV_ZEL_STATUS_LOW_VOLTAGE_POWER_OFF_COUNT, 1); }},
-    {PREVIEW, "preview-manual-recording", "A manual event recording",
-     [](MainWindow& w) {
-       root.Write(QStringLiteral("/tmp/ndf"), "1");
-       Tap(w, 240, 200);
-     }},
+    {PREVIEW, "preview-manual-recording", "A manual event recording begins", [](MainWindow& w) { Tap(w, 115, 96); }},
     {PREVIEW, "preview-hidden", "The overlay after 5 s without a touch",
      [](MainWindow&) { QMetaObject::invokeMethod(gWidgetManager.GetCurrentWidget(), "TimeoutTouchWait"); }},
     {PFILEGRAPH, "parking-report", "The parking report of a night",
@@ -115,7 +112,7 @@ const State kStates[] = {
     {SCREENSAVER, "screen-saver", "The clock page", [](MainWindow& w) { w.StartWidget(SCREENSAVER, nullptr); }},
     {SCREENSAVER, "screen-saver-quiet", "Speaker and microphone off, GPS fix",
      [](MainWindow& w) {
-       Setting().spk_volume = 0;
+       Setting().spk_volume = 3;
        Setting().volume = 0;
        Event(w, RECV_ZEL_STATUS_GPS_CONNECT, 2);
        w.StartWidget(SCREENSAVER, nullptr);
@@ -126,7 +123,6 @@ const State kStates[] = {
 class Camera {
 public:
   Camera() {
-    root.Remove(QStringLiteral("/tmp/ndf"));
     root.Remove(QStringLiteral("/tmp/.info.bin"));
     PlatformFake::Get().Clear();
     Setting() = {};
@@ -261,6 +257,7 @@ int main(int argc, char** argv) {
     QTextStream(stderr) << "Usage: dashcam-tour DIR\nWrites a picture of every screen and message box into DIR.\n";
     return 2;
   }
+  QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));  // the pictures say it all
   gEnvirnmentSettings.SettingTouchValue(true);
   GetConfig();
   ApplyFont();
