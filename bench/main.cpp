@@ -80,7 +80,7 @@ int main(int argc, char** argv) {
   Options options;
   QString error;
   if (!ReadOptions(QCoreApplication::arguments(), &options, &error))
-    return Fail(2, error + QStringLiteral(" --help lists the options."));
+    return Fail(2, error);
   if (options.help) {
     QTextStream(stdout) << kHelp;
     return 0;
