@@ -1,0 +1,132 @@
+// The panel's records, as the interface's reader finds them in the FIFO.
+#include "bench/touchpanel.h"
+
+#include <fcntl.h>
+#include <linux/input-event-codes.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QTest>
+#include <cstring>
+
+#include "gui/settings/settings.h"
+#include "tests/fake/testroot.h"
+
+static TestRoot root;
+
+namespace {
+struct Record {
+  quint32 seconds, microseconds;
+  quint16 type, code;
+  qint32 value;
+};
+struct Event {
+  int type, code, value;
+  bool operator==(const Event&) const = default;
+};
+}  // namespace
+
+class TouchPanelTest : public QObject {
+  Q_OBJECT
+
+private:
+  TouchPanel mPanel;
+  QString mError;
+  int mReader = -1;
+
+  QList<Event> Read() const {
+    QList<Event> events;
+    Record record{};
+    while (read(mReader, &record, sizeof record) == ssize_t(sizeof record))
+      events << Event{record.type, record.code, record.value};
+    return events;
+  }
+
+private slots:
+  void init() {
+    const QString fifo = root.Path(QStringLiteral("/dev/input/event0"));
+    QVERIFY2(mPanel.Open(fifo, &mError), qPrintable(mError));
+    mReader = open(qPrintable(fifo), O_RDONLY | O_NONBLOCK);
+    QVERIFY(mReader >= 0);
+  }
+  void cleanup() {
+    close(mReader);
+    mPanel.Close();
+  }
+
+  void theFifoIsTheUsersOwn() {
+    struct stat made {};
+    QCOMPARE(stat(qPrintable(root.Path(QStringLiteral("/dev/input/event0"))), &made), 0);
+    QVERIFY(S_ISFIFO(made.st_mode));
+    QCOMPARE(made.st_mode & 0777, mode_t{0600});
+  }
+  void whatStoodThereIsReplaced() {
+    mPanel.Close();
+    root.Remove(QStringLiteral("/dev/input/event0"));
+    root.Write(QStringLiteral("/dev/input/event0"), "a file");
+    QVERIFY(mPanel.Open(root.Path(QStringLiteral("/dev/input/event0")), &mError));
+    QVERIFY(!mPanel.Open(QStringLiteral("/proc/none/event0"), &mError));
+    QVERIFY(mError.endsWith(QStringLiteral(".")));
+  }
+
+  void aTouchIsTheseRecords() {
+    QVERIFY(!mPanel.IsDown());
+    QVERIFY(mPanel.PressRaw(46, 432, &mError));
+    QVERIFY(mPanel.IsDown());
+    const QList<Event> press = Read();
+    QCOMPARE(press.size(), 4);
+    QVERIFY(press[0] == (Event{EV_ABS, ABS_X, 46}));
+    QVERIFY(press[1] == (Event{EV_ABS, ABS_Y, 432}));
+    QVERIFY(press[2].type == EV_ABS && press[2].code == ABS_PRESSURE && press[2].value > 0);
+    QVERIFY(press[3] == (Event{EV_SYN, SYN_REPORT, 0}));
+    QVERIFY(mPanel.Release(&mError));
+    QVERIFY(!mPanel.IsDown());
+    QVERIFY(Read() == (QList<Event>{{EV_ABS, ABS_PRESSURE, 0}, {EV_SYN, SYN_REPORT, 0}}));
+  }
+
+  // Through the coefficients that the interface has from the factory.
+  void everyPixelIsMetToOnePixel() {
+    const Touch_Value& touch = kFactoryTouchValue;
+    for (int y = 0; y < 320; ++y) {
+      for (int x = 0; x < 480; ++x) {
+        const QPoint raw = TouchPanel::RawAt(x, y);
+        QVERIFY(raw.x() >= 0 && raw.x() <= 511 && raw.y() >= 0 && raw.y() <= 511);
+        // The reader swaps the axes.
+        const double seenX = raw.y() * touch.alphaX + raw.x() * touch.betaX + touch.deltaX;
+        const double seenY = raw.y() * touch.alphaY + raw.x() * touch.betaY + touch.deltaY;
+        if (std::abs(int(seenX) - x) > 1 || std::abs(int(seenY) - y) > 1)
+          QFAIL(qPrintable(QStringLiteral("(%1, %2) is met at (%3, %4)").arg(x).arg(y).arg(seenX).arg(seenY)));
+      }
+    }
+  }
+  void aPressOfAPixelIsThatOfItsPanelUnits() {
+    QVERIFY(mPanel.Press(40, 33, &mError));
+    const QPoint raw = TouchPanel::RawAt(40, 33);
+    const QList<Event> press = Read();
+    QCOMPARE(press[0].value, raw.x());
+    QCOMPARE(press[1].value, raw.y());
+  }
+
+  void nobodyReads() {
+    int reports = 0;
+    while (reports < 10000 && mPanel.PressRaw(1, 1, &mError)) ++reports;
+    QVERIFY(reports > 100 && reports < 10000);
+    QVERIFY(mError.endsWith(QStringLiteral(".")));
+    // Never half of a report.
+    const QList<Event> events = Read();
+    QCOMPARE(events.size(), reports * 4);
+    for (int i = 0; i < reports * 4; i += 4) QVERIFY(events[i] == (Event{EV_ABS, ABS_X, 1}));
+    QVERIFY(mPanel.PressRaw(2, 2, &mError));
+  }
+  void whatNobodyReadIsDropped() {
+    QVERIFY(mPanel.PressRaw(1, 1, &mError));
+    mPanel.Drain();
+    QVERIFY(!mPanel.IsDown());
+    QVERIFY(Read().isEmpty());
+    QVERIFY(mPanel.PressRaw(2, 2, &mError));
+    QCOMPARE(Read().size(), 4);
+  }
+};
+
+QTEST_GUILESS_MAIN(TouchPanelTest)
+#include "touchpanel_test.moc"
