@@ -3,8 +3,8 @@
 #include <QJsonDocument>
 #include <limits>
 
+#include "bench/device.h"
 #include "bench/members.h"
-#include "gui/base/devicepath.h"
 #include "gui/main.h"
 
 struct Bench::OwnAction {
@@ -85,10 +85,13 @@ void Bench::Stop() {
 
 void Bench::InterfaceEnded() {
   mReport.Forget();
-  const QString sentence = QStringLiteral("The interface has ended: %1.").arg(mSupervisor.Interface().Ended());
-  // Before its first screen nobody looks into the log yet.
+  Note(QStringLiteral("The interface has ended: %1.").arg(mSupervisor.Interface().Ended()));
+}
+
+// Before the first screen nobody looks into the log yet.
+void Bench::Note(const QString& sentence) {
   if (!mHasShown) qWarning("%s", qPrintable(sentence));
-  Note(sentence);
+  mLog.Add("note", sentence);
 }
 
 void Bench::TakeDiagnostic(const QString& line) {
@@ -186,7 +189,7 @@ Reply Bench::Action(const QJsonObject& request) {
 
 Reply Bench::DoOwn(const OwnAction& action, const QJsonObject& arguments) {
   const QString error = Members(arguments).Error();
-  const Reply reply = error.isEmpty() ? action.act(*this) : Reply::Bad(error);
+  Reply reply = error.isEmpty() ? action.act(*this) : Reply::Bad(error);
   QJsonObject entry{{QStringLiteral("kind"), QStringLiteral("action")},
                     {QStringLiteral("name"), QLatin1String(action.name)},
                     {QStringLiteral("arguments"), arguments},

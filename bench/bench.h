@@ -57,7 +57,7 @@ private:
   void Connect();
   void InterfaceEnded();
   void TakeDiagnostic(const QString& line);
-  void Note(const QString& sentence) { mLog.Add("note", sentence); }
+  void Note(const QString& sentence);
   Reply StartRecorder();
   Reply StopRecorder();
   Reply RestartRecorder();

@@ -7,7 +7,7 @@ Finger::Finger(TouchPanel& panel, BenchLog& log, QObject* parent) : QObject(pare
 
 Reply Finger::Tap(const Spot& spot, int ms, const QObject* owner) {
   Release();
-  const Reply reply = Press(spot, owner);
+  Reply reply = Press(spot, owner);
   if (reply.IsGood()) mTap.start(ms);
   return reply;
 }

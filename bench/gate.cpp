@@ -41,7 +41,8 @@ QByteArray Gate::Refusal(int status, const QString& error) {
 
 void Gate::incomingConnection(qintptr descriptor) {
   auto* socket = new QTcpSocket(this);
-  if (!socket->setSocketDescriptor(descriptor)) return delete socket;
+  const bool isOneTooMany = findChildren<QTcpSocket*>(Qt::FindDirectChildrenOnly).size() > kMostOpen;
+  if (!socket->setSocketDescriptor(descriptor) || isOneTooMany) return delete socket;
   socket->setReadBufferSize(RequestHead::kMost + RequestHead::kMostBody + 1);
   connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
   connect(socket, &QTcpSocket::readyRead, this, [this, socket] { Read(socket); });
@@ -49,8 +50,6 @@ void Gate::incomingConnection(qintptr descriptor) {
   patience->setSingleShot(true);
   patience->callOnTimeout(socket, [socket] { socket->abort(); });
   patience->start(kPatience);
-  if (findChildren<QTcpSocket*>(Qt::FindDirectChildrenOnly).size() > kMostOpen)
-    Refuse(socket, 409, QStringLiteral("Too many requests are under way."));
 }
 
 void Gate::Read(QTcpSocket* socket) {
@@ -69,6 +68,7 @@ void Gate::Read(QTcpSocket* socket) {
   }
   addPendingConnection(socket);
   emit socket->readyRead();  // the server reads the request and answers it
+  disconnect(socket, &QTcpSocket::readyRead, nullptr, nullptr);
   socket->disconnectFromHost();
 }
 

@@ -6,7 +6,7 @@ class QTcpSocket;
 
 /// The door of the web server, on 127.0.0.1. A connection brings one request and has 10 s for everything. Only a
 /// request that is whole, well-formed and allowed goes on to the server behind the door; this one answers all others.
-/// The connection is closed after the answer.
+/// The connection is closed after the answer. When 64 are open, one more is closed at once.
 class Gate : public QTcpServer {
   Q_OBJECT
 

@@ -8,11 +8,11 @@
 #include "bench/requesthead.h"
 
 namespace {
-constexpr qsizetype kMostEntries = 200;           // of the log in one message
-constexpr int kMostRectangles = 600;              // of a picture message
-constexpr qint64 kMostWaiting = 4 * 1024 * 1024;  // bytes that a client has not taken; then it is given up
-constexpr qint64 kLate = 1024 * 1024;             // bytes: more than one whole picture before it
-constexpr double kLargestId = 9007199254740991;   // the whole numbers of JavaScript
+constexpr qsizetype kMostEntries = 200;                   // of the log in one message
+constexpr int kMostRectangles = 600;                      // of a picture message
+constexpr qint64 kMostWaiting = qint64{4} * 1024 * 1024;  // bytes that a client has not taken; then it is given up
+constexpr qint64 kLate = qint64{1024} * 1024;             // bytes: more than one whole picture before it
+constexpr double kLargestId = 9007199254740991;           // the whole numbers of JavaScript
 
 void AppendWord(QByteArray* bytes, int word) {
   char little[2];

@@ -79,8 +79,7 @@ int main(int argc, char** argv) {
   QCoreApplication application(argc, argv);
   Options options;
   QString error;
-  if (!ReadOptions(QCoreApplication::arguments(), &options, &error))
-    return Fail(2, error);
+  if (!ReadOptions(QCoreApplication::arguments(), &options, &error)) return Fail(2, error);
   if (options.help) {
     QTextStream(stdout) << kHelp;
     return 0;

@@ -11,14 +11,14 @@ int Members::Whole(const char* name, int least, int most, std::optional<int> oth
 }
 
 QString Members::Choice(const char* name, const QStringList& choices) {
-  const QString text = mLeft.take(QLatin1String(name)).toString();
+  QString text = mLeft.take(QLatin1String(name)).toString();
   if (!choices.contains(text))
     Refuse(QStringLiteral("\"%1\" must be one of %2.").arg(QLatin1String(name), choices.join(QLatin1String(", "))));
   return text;
 }
 
 QString Members::Text(const char* name) {
-  const QString text = mLeft.take(QLatin1String(name)).toString();
+  QString text = mLeft.take(QLatin1String(name)).toString();
   if (text.isEmpty()) Refuse(QStringLiteral("\"%1\" must be a text.").arg(QLatin1String(name)));
   return text;
 }

@@ -71,6 +71,13 @@ bool ReadLength(const Headers& headers, qsizetype* length) {
   return IsMatch(digits, lengths[0]);
 }
 
+// Qt's server would leave the connection of another one open.
+bool IsHandshake(const Headers& headers) {
+  static const QRegularExpression key(QRegularExpression::anchoredPattern(QStringLiteral("[A-Za-z0-9+/]{22}==")));
+  return headers.value("sec-websocket-version").value(0) == "13" &&
+         IsMatch(key, headers.value("sec-websocket-key").value(0));
+}
+
 RequestHead Judge(const QByteArray& requestLine, const Headers& headers, quint16 port) {
   if (!IsAllowed(headers, port)) return Refused(403, "Only the bench's own page may ask: foreign Host or Origin.");
   RequestHead head;
@@ -81,6 +88,8 @@ RequestHead Judge(const QByteArray& requestLine, const Headers& headers, quint16
   const bool isWebSocket = requestLine.startsWith("GET /ws HTTP/") && head.body == 0 &&
                            headers.value("upgrade").value(0).compare("websocket", Qt::CaseInsensitive) == 0;
   if (head.isUpgrade && !isWebSocket) return Refused(400, "Only GET /ws can be upgraded, and only to a WebSocket.");
+  if (head.isUpgrade && !IsHandshake(headers))
+    return Refused(400, "A WebSocket needs version 13 and a key of 16 bytes.");
   head.state = RequestHead::State::Good;
   return head;
 }

@@ -18,6 +18,6 @@ struct RequestHead {
   qsizetype body = 0;      ///< bytes behind it
   bool isUpgrade = false;  ///< the WebSocket is wanted
 
-  static constexpr qsizetype kMost = 16 * 1024;
-  static constexpr qsizetype kMostBody = 64 * 1024;
+  static constexpr qsizetype kMost = qsizetype{16} * 1024;
+  static constexpr qsizetype kMostBody = qsizetype{64} * 1024;
 };

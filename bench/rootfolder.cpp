@@ -11,7 +11,7 @@
 #include <QTemporaryDir>
 #include <QtEndian>
 
-#include "gui/base/devicepath.h"
+#include "bench/device.h"
 
 namespace {
 constexpr int kLockWait = 2000;  // milliseconds: the janitor of a bench that was killed is at work

@@ -8,7 +8,7 @@
 #include <QFileInfo>
 #include <algorithm>
 
-#include "gui/base/devicepath.h"
+#include "bench/device.h"
 
 namespace {
 constexpr qsizetype kLongestLine = 1000;

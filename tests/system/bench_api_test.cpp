@@ -633,10 +633,30 @@ private slots:
     QVERIFY(OpensSoon());
   }
 
+  // Connections that ask nothing are not waited for, and the bench takes no more of them than it can hold.
+  void idleConnectionsHoldNobodyUp() {
+    std::vector<std::unique_ptr<QTcpSocket>> idle;
+    for (int i = 0; i < 80; ++i) {
+      idle.push_back(std::make_unique<QTcpSocket>());
+      idle.back()->connectToHost(QStringLiteral("127.0.0.1"), mBench->Port());
+      QVERIFY(idle.back()->waitForConnected());
+    }
+    const auto open = [&idle] {
+      return std::count_if(idle.begin(), idle.end(),
+                           [](const auto& socket) { return socket->state() == QAbstractSocket::ConnectedState; });
+    };
+    QTRY_COMPARE(open(), 64);
+    idle.resize(40);
+    QTRY_COMPARE(mBench->Get("/api/state").status, 200);
+  }
+
   // Requests for a WebSocket that come to nothing leave nothing behind.
   void brokenHandshakesAreForgotten() {
-    for (int i = 0; i < 20; ++i)
-      QVERIFY(mBench->Get("/ws", "Upgrade: websocket\r\nConnection: Upgrade\r\n").status != 200);
+    const QByteArray key = "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\n";
+    for (int i = 0; i < 20; ++i) {
+      QVERIFY(mBench->Get("/ws", "Upgrade: websocket\r\n" + key).status != 101);  // no Connection: Upgrade
+      QCOMPARE(mBench->Get("/ws", "Upgrade: websocket\r\nConnection: Upgrade\r\n").status, 400);
+    }
     QVERIFY(OpensSoon());
   }
 };

@@ -18,6 +18,7 @@
 
 namespace {
 constexpr quint16 kPort = 8480;
+const QByteArray kHandshake = "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\n";
 
 QByteArray Request(const QByteArray& requestLine, const QByteArray& headers = {}) {
   return requestLine + " HTTP/1.1\r\nHost: 127.0.0.1:8480\r\n" + headers + "\r\n";
@@ -45,7 +46,12 @@ private slots:
     row("by number 6", "GET / HTTP/1.1\r\nhost:[::1]:8480\r\n\r\n", 200);
     row("own page", Request("GET /", "Origin: http://localhost:8480\r\n"), 200);
     row("whole body", Request("POST /api/touch", "Content-Length: 65536\r\n"), 200);
-    row("WebSocket", Request("GET /ws", "Upgrade: WebSocket\r\nConnection: Upgrade\r\n"), 200);
+    row("WebSocket", Request("GET /ws", "Upgrade: WebSocket\r\nConnection: Upgrade\r\n" + kHandshake), 200);
+    row("WebSocket without a key", Request("GET /ws", "Upgrade: websocket\r\nSec-WebSocket-Version: 13\r\n"), 400);
+    row("WebSocket with a short key",
+        Request("GET /ws", "Upgrade: websocket\r\nSec-WebSocket-Version: 13\r\nSec-WebSocket-Key: x\r\n"), 400);
+    row("WebSocket of another version",
+        Request("GET /ws", "Upgrade: websocket\r\nSec-WebSocket-Version: 8\r\nSec-WebSocket-Key: x\r\n"), 400);
     row("unknown path", Request("GET /../../etc/passwd"), 200);
 
     row("nothing", "", 0);

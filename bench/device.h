@@ -1,0 +1,9 @@
+#pragma once
+
+/// The paths of the camera that the bench plays, below the root.
+namespace device {
+inline constexpr char kTouchDevice[] = "/dev/input/event0";
+inline constexpr char kBacklight[] = "/proc/pwm/pwm0";
+inline constexpr char kDropCaches[] = "/proc/sys/vm/drop_caches";
+inline constexpr char kClickSound[] = "/opt/ipnc/voice/touch.wav";
+}  // namespace device
