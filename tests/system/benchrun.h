@@ -1,6 +1,7 @@
 #pragma once
 
 #include <signal.h>
+#include <sys/prctl.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -35,6 +36,7 @@ class BenchRun {
 public:
   explicit BenchRun(const QStringList& arguments = {}) {
     mProcess.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    mProcess.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });  // a test that is killed leaves none
     mProcess.start(QStringLiteral(BINARY_DIR "/bench/dashcam-bench"),
                    QStringList{QStringLiteral("--port"), QStringLiteral("0")} + arguments);
   }
