@@ -204,12 +204,13 @@ void Log(Parts& parts, quint32 number, const Field* field, const Request& reques
                     {QStringLiteral("name"), QLatin1String(field ? field->name : "?")},
                     {QStringLiteral("field"), static_cast<qint64>(number)},
                     {QStringLiteral("result"), result}};
-  if (!request.shown.isNull())
+  if (!request.shown.isNull()) {
     entry.insert(QStringLiteral("answer"), request.shown);
-  else if (request.data.size() == kInt)
+  } else if (request.data.size() == kInt) {
     entry.insert(QStringLiteral("value"), request.value);
-  else
+  } else {
     entry.insert(QStringLiteral("data"), QLatin1String(request.data.toHex()));
+  }
   emit parts.hub.recorder.Logged(entry);
 }
 

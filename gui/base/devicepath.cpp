@@ -9,7 +9,7 @@ QString DevicePath(const QString& path) {
 
 QString ShellPath(const QString& path) {
   static const QRegularExpression plain(QRegularExpression::anchoredPattern(QStringLiteral("[A-Za-z0-9_./:-]*")));
-  const QString rooted = DevicePath(path);
+  QString rooted = DevicePath(path);
   if (plain.match(rooted).hasMatch()) return rooted;
-  return u'\'' + QString(rooted).replace(u'\'', QLatin1String("'\\''")) + u'\'';
+  return u'\'' + rooted.replace(u'\'', QLatin1String("'\\''")) + u'\'';
 }

@@ -18,7 +18,7 @@ QPixmap Picture(const QString& path) {
   if (const QPixmap* known = decoded.object(path)) return *known;
   const QString file = path.startsWith(u'/') ? path : QLatin1String(device::kImages) + path;
   // By way of QImage: a pixmap that reads a file itself is kept a second time, in a cache of Qt's own.
-  const QPixmap picture = QPixmap::fromImage(QImage(DevicePath(file)));
+  QPixmap picture = QPixmap::fromImage(QImage(DevicePath(file)));
   if (picture.isNull()) qDebug("picture: missing: %s", qPrintable(file));
   decoded.insert(path, new QPixmap(picture), BytesOf(picture) + 1);
   return picture;

@@ -46,7 +46,7 @@ QString CustomPicture() {
 
 // The user's picture as large as the screen can show it whole.
 QPixmap FittingCustomPicture() {
-  const QPixmap picture = Picture(CustomPicture());
+  QPixmap picture = Picture(CustomPicture());
   if (picture.isNull() || picture.size() == kScreen) return picture;
   return picture.scaled(kScreen, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }

@@ -209,7 +209,7 @@ Content OwnTextOfHardwareError(int code) {
 Content HardwareError(int code) {
   if (code == 8) return {QStringLiteral(u"SD카드 점검이 필요합니다.") + CodeLine(code), {0, 1, 1, 2, 24}};
   if (code == 18) return {QStringLiteral(u"SD카드 점검이 필요합니다."), {0, 1, 0, 2, 24}};
-  const Content own = OwnTextOfHardwareError(code);
+  Content own = OwnTextOfHardwareError(code);
   if (!own.text.isEmpty()) return own;
   return {QStringLiteral(u"제품점검이 필요합니다.") + CodeLine(code), {0, 1, 1, 2, 24}};
 }
