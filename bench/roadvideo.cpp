@@ -3,6 +3,7 @@
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -14,8 +15,10 @@ constexpr double kMiddle = 240;
 constexpr double kNear = 182;      // pixels from the horizon to the bottom, at distance 1
 constexpr double kHalfRoad = 300;  // half of the road's width at distance 1, pixels
 constexpr double kFar = 40;
-constexpr double kSpacing = 1.5;  // between two dashes
-constexpr double kSpeed = 0.009;  // distance in a millisecond
+constexpr double kVeryNear = 0.2;  // where the car that comes has left the picture
+constexpr double kSpacing = 1.5;   // between two dashes
+constexpr double kDash = 0.6;      // long
+constexpr double kSpeed = 0.009;   // distance in a millisecond
 
 struct Light {
   QColor skyTop, skyLow, hill, hill2, field, road, line, post;
@@ -64,13 +67,18 @@ QImage Landscape(const Light& light) {
   return image;
 }
 
-// What stands by the road and on it, from far to near. `passed`: how far the camera has come.
+// What stands by the road and on it, from far to near. `passed`: how far the camera has come; less than 0: backwards.
 void PaintMarks(QPainter& painter, const Light& light, double passed) {
-  const double first = kSpacing - std::fmod(passed, kSpacing);
+  double phase = std::fmod(passed, 2 * kSpacing);  // the marks repeat: a post at every other dash
+  if (phase < 0) phase += 2 * kSpacing;
+  const bool isOdd = phase >= kSpacing;
+  const double first = kSpacing - (isOdd ? phase - kSpacing : phase);
   for (int i = int(kFar / kSpacing); i >= -1; --i) {
     const double distance = first + i * kSpacing;
-    if (distance > 0.55) painter.fillPath(Strip(-0.025, 0.025, std::max(distance, 0.55), distance + 0.6), light.line);
-    if (distance <= 0.7 || (i + int(passed / kSpacing)) % 2 != 0) continue;  // a post at every other dash
+    // The bottom of the picture is at distance 1.
+    if (distance + kDash > 1)
+      painter.fillPath(Strip(-0.025, 0.025, std::max(distance, 0.55), distance + kDash), light.line);
+    if (distance <= 0.7 || (i % 2 != 0) != isOdd) continue;
     for (const double side : {-1.3, 1.3}) {
       const QPointF foot = At(side, distance);
       painter.fillRect(QRectF(foot.x() - 5 / distance, foot.y() - 90 / distance, 10 / distance, 90 / distance),
@@ -122,11 +130,11 @@ QImage Ahead(const QImage& landscape, double ms) {
   painter.setRenderHint(QPainter::Antialiasing);
   PaintMarks(painter, kDay, ms * kSpeed);
   const double distance = 3.6 + 0.5 * std::sin(ms / 4100);
-  PaintCar(painter, At(0.47 + 0.02 * std::sin(ms / 900), distance), 300 / distance, QColor(58, 84, 120),
+  PaintCar(painter, At(0.47 + 0.02 * std::sin(ms / 900), distance), 270 / distance, QColor(58, 84, 120),
            QColor(38, 46, 54), QColor(200, 52, 46));
   const double oncoming = kFar - std::fmod(ms * kSpeed * 2.2, kFar * 1.6);
-  if (oncoming > 1.4)
-    PaintCar(painter, At(-0.5, oncoming), 300 / oncoming, QColor(206, 206, 204), QColor(54, 62, 70),
+  if (oncoming > kVeryNear)
+    PaintCar(painter, At(-0.55, oncoming), 230 / oncoming, QColor(206, 206, 204), QColor(54, 62, 70),
              QColor(250, 246, 224));
   return image;
 }
@@ -135,9 +143,9 @@ QImage Behind(const QImage& landscape, double ms) {
   QImage image = landscape;
   QPainter painter(&image);
   painter.setRenderHint(QPainter::Antialiasing);
-  PaintMarks(painter, kEvening, kSpacing * 2e6 - ms * kSpeed);  // the road runs away
+  PaintMarks(painter, kEvening, -ms * kSpeed);  // the road runs away
   const double distance = 2.6 + 0.4 * std::sin(ms / 3300);
-  PaintCar(painter, At(-0.45 + 0.02 * std::sin(ms / 1100), distance), 310 / distance, QColor(120, 46, 44),
+  PaintCar(painter, At(-0.45 + 0.02 * std::sin(ms / 1100), distance), 270 / distance, QColor(120, 46, 44),
            QColor(40, 36, 44), QColor(255, 240, 190));
   return image;
 }

@@ -30,6 +30,9 @@ constexpr int kPressure = 200;  // of a finger
 // How the panel is mounted: screen x and y of the panel's ABS_Y (first) and ABS_X (second).
 constexpr double kXOfY = -1.0638298, kXAtZero = 499.57446;
 constexpr double kYOfY = 0.012088975, kYOfX = 1.1363636, kYAtZero = -24.76789;
+
+// The reader drops fractions, so a finger aims inside its pixel; below the middle, or the last row would be missed.
+constexpr double kAim = 0.4;
 }  // namespace
 
 /// Records that are written at once, so that the reader never sees half of a touch.
@@ -65,8 +68,8 @@ void TouchPanel::Close() {
 }
 
 QPoint TouchPanel::RawAt(int x, int y) {
-  const double rawY = std::round((x - kXAtZero) / kXOfY);
-  const double rawX = std::round((y - kYAtZero - kYOfY * rawY) / kYOfX);
+  const double rawY = std::round((x + kAim - kXAtZero) / kXOfY);
+  const double rawX = std::round((y + kAim - kYAtZero - kYOfY * rawY) / kYOfX);
   const auto inside = [](double raw) { return int(std::clamp(raw, 0.0, double(kMostRaw))); };
   return {inside(rawX), inside(rawY)};
 }

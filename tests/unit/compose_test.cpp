@@ -74,6 +74,16 @@ private slots:
     QVERIFY(changed.contains(QPoint(479, 319)));
     QVERIFY(changed.boundingRect().width() <= 32 && changed.boundingRect().height() <= 32);
   }
+  void evenTheWorstChangeIsFewRectangles() {
+    const QImage before = Plain(qRgb(9, 9, 9));
+    QImage after = before;
+    for (int y = 0; y < 320; y += 8)
+      for (int x = y % 16; x < 480; x += 16) after.setPixel(x, y, qRgb(200, 9, 9));
+    const QRegion changed = Changed(before, after);
+    QVERIFY(changed.rectCount() <= 600);
+    for (int y = 0; y < 320; y += 8)
+      for (int x = y % 16; x < 480; x += 16) QVERIFY(changed.contains(QPoint(x, y)));
+  }
   // Whoever has the picture before and draws the rectangles has the picture after.
   void theRectanglesMakeThePicture() {
     QRandomGenerator random(7);

@@ -1,6 +1,8 @@
 // The framebuffer's file: what an X server writes, and what it must not be able to do to the reader.
 #include "bench/lcd.h"
 
+#include <sys/stat.h>
+
 #include <QTest>
 #include <QtEndian>
 
@@ -92,7 +94,9 @@ private slots:
     QTest::newRow("row of 0 bytes") << with(12, 0);
     QTest::newRow("row too short") << with(12, 480 * 4 - 1);
     QTest::newRow("row too long") << with(12, 0xFFFFFFFF);
-    QTest::newRow("masks") << with(14, 0xFF);
+    QTest::newRow("red mask") << with(14, 0xFF);
+    QTest::newRow("green mask") << with(15, 0xFF);
+    QTest::newRow("blue mask") << with(16, 0xFF00);
     QTest::newRow("head of 0 bytes") << with(0, 0);
     QTest::newRow("huge head") << with(0, 0xFFFFFFFF);
     QTest::newRow("huge colour map") << with(19, 0xFFFFFFFF);
@@ -108,6 +112,20 @@ private slots:
   void aMissingFileIsRefused() {
     Lcd lcd;
     QVERIFY(!lcd.Open(root.Path(QStringLiteral("/tmp/none"))));
+  }
+  void whatIsNoFileIsRefusedAtOnce() {
+    Lcd lcd;
+    QVERIFY(!lcd.Open(root.Path(QStringLiteral("/tmp"))));
+    const QString fifo = root.Path(QStringLiteral("/tmp/fifo"));
+    QCOMPARE(mkfifo(qPrintable(fifo), 0600), 0);
+    QVERIFY(!lcd.Open(fifo));  // nobody writes; it must not wait for that
+  }
+  void aRefusedScreenLeavesNoneOpen() {
+    Lcd lcd;
+    QVERIFY(lcd.Open(Write(Dump().Bytes())));
+    QVERIFY(!lcd.Open(root.Path(QStringLiteral("/tmp/none"))));
+    QVERIFY(!lcd.IsOpen());
+    QVERIFY(lcd.Raw().isNull());
   }
 };
 

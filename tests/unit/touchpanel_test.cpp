@@ -87,6 +87,7 @@ private slots:
   // Through the coefficients that the interface has from the factory.
   void everyPixelIsMetToOnePixel() {
     const Touch_Value& touch = kFactoryTouchValue;
+    int exact = 0;
     for (int y = 0; y < 320; ++y) {
       for (int x = 0; x < 480; ++x) {
         const QPoint raw = TouchPanel::RawAt(x, y);
@@ -96,8 +97,11 @@ private slots:
         const double seenY = raw.y() * touch.alphaY + raw.x() * touch.betaY + touch.deltaY;
         if (std::abs(int(seenX) - x) > 1 || std::abs(int(seenY) - y) > 1)
           QFAIL(qPrintable(QStringLiteral("(%1, %2) is met at (%3, %4)").arg(x).arg(y).arg(seenX).arg(seenY)));
+        QVERIFY2(int(seenX) < 480 && int(seenY) < 320, "beside the screen, where no key is");
+        if (int(seenX) == x && int(seenY) == y) ++exact;
       }
     }
+    QVERIFY2(exact > 480 * 320 * 2 / 3, qPrintable(QStringLiteral("%1 pixels are met exactly").arg(exact)));
   }
   void aPressOfAPixelIsThatOfItsPanelUnits() {
     QVERIFY(mPanel.Press(40, 33, &mError));
