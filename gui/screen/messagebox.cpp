@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "gui/base/picture.h"
+#include "gui/settings/config.h"
 
 namespace {
 constexpr QPoint kLeftButton(35, 165);
@@ -54,27 +55,27 @@ void MessageBox::InitData() {
     (*label)->setTextFormat(Qt::PlainText);
   }
   codec = QTextCodec::codecForName("UTF-8");
-  dimBgPath = QStringLiteral("messagebox/dim.bmp");
-  messageAlarmPath = QStringLiteral("messagebox/message_alarm.bmp");
-  messageBoxPath = QStringLiteral("messagebox/message_box1.bmp");
-  messageBox2Path = QStringLiteral("messagebox/message_box2.bmp");
-  messageBox3Path = QStringLiteral("messagebox/message_box3.bmp");
-  btnCancelNormalPath = QStringLiteral("messagebox/message_button_cancel_normal.bmp");
-  btnCancelPressPath = QStringLiteral("messagebox/message_button_cancel_press.bmp");
-  btnNoNormalPath = QStringLiteral("messagebox/message_button_no_normal.bmp");
-  btnNoPressPath = QStringLiteral("messagebox/message_button_no_press.bmp");
-  btnOkNormalPath = QStringLiteral("/opt/gui/images/messagebox/message_button_ok_normal.bmp");
-  btnOkPressPath = QStringLiteral("messagebox/message_button_ok_press.bmp");
-  btnOk2NormalPath = QStringLiteral("messagebox/message_button_ok2_normal.bmp");
-  btnOk2PressPath = QStringLiteral("messagebox/message_button_ok2_press.bmp");
-  btnYesNormalPath = QStringLiteral("messagebox/message_button_yes2_normal.bmp");
-  btnYesPressPath = QStringLiteral("messagebox/message_button_yes2_press.bmp");
-  btnFrontNormalPath = QStringLiteral("messagebox/message_button_front_normal.bmp");
-  btnRearNormalPath = QStringLiteral("messagebox/message_button_rear_normal.bmp");
-  messageCautionPath = QStringLiteral("messagebox/message_caution.bmp");
-  messageCaution2Path = QStringLiteral("messagebox/message_caution2.bmp");
-  messageErrorPath = QStringLiteral("messagebox/message_error.bmp");
-  messageWarningPath = QStringLiteral("messagebox/message_warning.bmp");
+  dimBgPath = gMessageBox.DimBg;
+  messageAlarmPath = gMessageBox.Alarm;
+  messageBoxPath = gMessageBox.Box1;
+  messageBox2Path = gMessageBox.Box2;
+  messageBox3Path = gMessageBox.Box3;
+  btnCancelNormalPath = gMessageBox.Cancel.ReleaseImage;
+  btnCancelPressPath = gMessageBox.Cancel.PressImage;
+  btnNoNormalPath = gMessageBox.No.ReleaseImage;
+  btnNoPressPath = gMessageBox.No.PressImage;
+  btnOkNormalPath = gMessageBox.Ok.ReleaseImage;
+  btnOkPressPath = gMessageBox.Ok.PressImage;
+  btnOk2NormalPath = gMessageBox.Ok2.ReleaseImage;
+  btnOk2PressPath = gMessageBox.Ok2.PressImage;
+  btnYesNormalPath = gMessageBox.Yes.ReleaseImage;
+  btnYesPressPath = gMessageBox.Yes.PressImage;
+  btnFrontNormalPath = gMessageBox.Front.ReleaseImage;
+  btnRearNormalPath = gMessageBox.Rear.ReleaseImage;
+  messageCautionPath = gMessageBox.Caution;
+  messageCaution2Path = gMessageBox.Caution2;
+  messageErrorPath = gMessageBox.Error;
+  messageWarningPath = gMessageBox.Warning;
 }
 
 void MessageBox::SettingMessageBox(int boxType, int errorType, int strType, QString text, int alignType,

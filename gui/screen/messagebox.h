@@ -56,7 +56,6 @@ private:
   void PlaceLines(const QString& text);
   void SetLabel(QLabel* label, int x, int y, int width, int pixelSize, QString text);
 
-  // Below the picture folder, but for one.
   QString dimBgPath, messageAlarmPath, messageBoxPath, messageBox2Path, messageBox3Path;
   QString btnCancelNormalPath, btnCancelPressPath, btnNoNormalPath, btnNoPressPath, btnOkNormalPath, btnOkPressPath;
   QString btnOk2NormalPath, btnOk2PressPath, btnYesNormalPath, btnYesPressPath, btnFrontNormalPath, btnRearNormalPath;
