@@ -29,6 +29,9 @@ private slots:
   }
   void theRoadMoves() {
     for (const View view : {View::Pip, View::Front, View::Rear}) QVERIFY(Frame(view) != Frame(view, 5083));
+    // The road and not only the cars: the middle line before the bonnet.
+    const QRect line(225, 240, 30, 80);
+    for (const View view : {View::Front, View::Rear}) QVERIFY(Frame(view).copy(line) != Frame(view, 5083).copy(line));
     // A long drive.
     const qint64 late = qint64{1} << 45;
     for (const View view : {View::Pip, View::Front, View::Rear}) QVERIFY(Frame(view, late) != Frame(view, late + 83));

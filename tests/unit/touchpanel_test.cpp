@@ -69,6 +69,15 @@ private slots:
     QVERIFY(mError.endsWith(QStringLiteral(".")));
   }
 
+  void aClosedPanelHasNoFinger() {
+    QVERIFY(mPanel.PressRaw(1, 1, &mError));
+    mPanel.Close();
+    QVERIFY(!mPanel.IsDown());
+    QVERIFY(!mPanel.PressRaw(1, 1, &mError));
+    QVERIFY(!mPanel.IsDown());
+    QVERIFY(!mError.isEmpty());
+  }
+
   void aTouchIsTheseRecords() {
     QVERIFY(!mPanel.IsDown());
     QVERIFY(mPanel.PressRaw(46, 432, &mError));
