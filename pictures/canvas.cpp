@@ -43,6 +43,9 @@ void Canvas::Text(const QRect& box, const QString& text, int pixels, QFont::Weig
   font.setWeight(weight);
   font.setStyleStrategy(QFont::NoSubpixelAntialias);
   font.setHintingPreference(QFont::PreferNoHinting);
+  if (text.isEmpty()) throw PictureError(QStringLiteral("it has no caption"));
+  if (!All().contains(box))
+    throw PictureError(QStringLiteral("the box of \"%1\" reaches beyond the picture").arg(text));
   const QFontMetricsF metrics(font);
   const double width = metrics.horizontalAdvance(text);
   const double height = metrics.tightBoundingRect(text).height();
@@ -59,14 +62,20 @@ void Canvas::Text(const QRect& box, const QString& text, int pixels, QFont::Weig
 }
 
 void Canvas::Icon(const QString& icon, QPointF centre, double em, const QColor& ink, const QColor& ground, bool plain) {
-  Shape(mGlyphs.Outline(icon.section(u'+', 0, 0), em).translated(centre), ink);
+  const auto draw = [this](const QString& glyph, double size, QPointF middle, const QColor& colour) {
+    const QPainterPath outline = mGlyphs.Outline(glyph, size).translated(middle);
+    if (!QRectF(All()).contains(outline.boundingRect()))
+      throw PictureError(QStringLiteral("glyph \"%1\" reaches beyond the picture").arg(glyph));
+    Shape(outline, colour);
+  };
+  draw(icon.section(u'+', 0, 0), em, centre, ink);
   const QString badge = icon.section(u'+', 1);
   if (badge.isEmpty()) return;
   const QPointF corner = centre + QPointF(0.36 * em, 0.32 * em);
   QPainterPath disc;
   disc.addEllipse(corner, 0.31 * em, 0.31 * em);
   Shape(disc, ground);
-  Shape(mGlyphs.Outline(badge, em / 2).translated(corner), plain ? ink : BadgeColour(badge));
+  draw(badge, em / 2, corner, plain ? ink : BadgeColour(badge));
 }
 
 QImage Canvas::Take() {

@@ -18,13 +18,14 @@ public:
   void Frame(const QRect& box, int thick, const QColor& colour);  ///< inside `box`
   void Shape(const QPainterPath& path, const QColor& colour);
 
-  /// One line, centred in `box` unless `align` says left. Throws PictureError when it is wider or taller than the box.
+  /// One line, centred in `box` unless `align` says left. Throws PictureError when it is empty, wider or taller than
+  /// the box, or when the box reaches beyond the picture.
   void Text(const QRect& box, const QString& text, int pixels, QFont::Weight weight, const QColor& ink,
             Qt::Alignment align = Qt::AlignHCenter);
 
   /// The glyph of `icon`, the centre of its ink at `centre`, `em` pixels large. "glyph+badge" puts a half as large
   /// badge at its right bottom, on a disc of the ground; badges that mean something have their own colour unless
-  /// `plain`.
+  /// `plain`. Throws PictureError when a glyph is unknown or reaches beyond the picture.
   void Icon(const QString& icon, QPointF centre, double em, const QColor& ink, const QColor& ground,
             bool plain = false);
 

@@ -1,4 +1,6 @@
 // What is touched: header, hot keys, buttons, keypad.
+#include <QRegularExpression>
+
 #include "pictures/palette.h"
 #include "pictures/styles.h"
 
@@ -12,6 +14,8 @@ void DrawHeaderGround(Canvas& canvas) {
 
 // The screen in small, with the small picture at the sides that the figure's name says: "draw:pip-left-top".
 void DrawPip(Canvas& canvas, const QString& figure, QPoint centre) {
+  static const QRegularExpression kFigure(QStringLiteral("^draw:pip-(left|right)-(top|bottom)$"));
+  if (!kFigure.match(figure).hasMatch()) throw PictureError(QStringLiteral("there is no figure \"%1\"").arg(figure));
   const QRect frame(centre - QPoint(17, 12), QSize(34, 24));
   QRect small(frame.topLeft() + QPoint(4, 4), QSize(14, 9));
   if (figure.contains(QLatin1String("right"))) small.moveRight(frame.right() - 4);

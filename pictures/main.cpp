@@ -33,7 +33,7 @@ QImage Draw(const PictureRow& row, const Glyphs& glyphs) {
     CheckColours(picture);
     return picture;
   } catch (const PictureError& error) {
-    throw PictureError(QStringLiteral("line %1, %2: %3").arg(row.line).arg(row.path, QLatin1String(error.what())));
+    throw PictureError(QStringLiteral("line %1, %2: %3").arg(row.line).arg(row.path, QString::fromUtf8(error.what())));
   }
 }
 

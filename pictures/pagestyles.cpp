@@ -14,8 +14,6 @@ void DrawTimePage(Canvas& canvas, const QStringList& words) {
                 {{328, 8, 30, 49}, Qt::AlignHCenter},  {{438, 8, 30, 49}, Qt::AlignHCenter},
                 {{328, 73, 30, 49}, Qt::AlignHCenter}, {{438, 73, 30, 49}, Qt::AlignHCenter}};
   // 날짜 시간 시간대, then the units 년 월 일 시 분.
-  if (words.size() != int(std::size(places)))
-    throw PictureError(QStringLiteral("the time page takes %1 words").arg(std::size(places)));
   for (int i = 0; i < words.size(); ++i)
     canvas.Text(places[i].box, words[i], 19, QFont::Normal, kText2, places[i].align);
 }
@@ -130,7 +128,7 @@ void DrawBar(Canvas& canvas, const PictureRow& row) {
 }
 
 void DrawMarker(Canvas& canvas, const PictureRow&) {
-  const QPointF target(40, 35);
+  const QPointF target(40.5, 35.5);  // the centre of pixel (40, 35)
   const auto disc = [target](double radius) {
     QPainterPath path;
     path.addEllipse(target, radius, radius);
@@ -140,7 +138,7 @@ void DrawMarker(Canvas& canvas, const PictureRow&) {
   canvas.Shape(disc(23.5) - disc(20.5), kDeep);
   canvas.Fill({6, 34, 68, 3}, kInk);
   canvas.Fill({39, 1, 3, 68}, kInk);
-  canvas.Shape(disc(6).translated(0.5, 0.5), kEventInk);
+  canvas.Shape(disc(6), kEventInk);
 }
 
 void DrawMark(Canvas& canvas, const PictureRow& row) {

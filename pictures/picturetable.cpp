@@ -54,7 +54,7 @@ QList<PictureRow> ReadPictureTable(const QString& file) {
       rows << RowOf(text);
       if (paths.contains(rows.last().path)) throw PictureError(QStringLiteral("its path has been used already"));
     } catch (const PictureError& error) {
-      throw PictureError(QStringLiteral("line %1: %2").arg(line).arg(QLatin1String(error.what())));
+      throw PictureError(QStringLiteral("line %1: %2").arg(line).arg(QString::fromUtf8(error.what())));
     }
     rows.last().line = line;
     paths << rows.last().path;

@@ -5,22 +5,24 @@
 using namespace palette;
 
 namespace {
-/// A style, its states, and how many parts its caption has.
+/// A style, its states, how many parts its caption has, and whether it shows a step of a cycle. A style whose states
+/// take different captions has several rows.
 struct Style {
   const char* name;
   void (*draw)(Canvas& canvas, const PictureRow& row);
   QList<const char*> states;
   int leastParts;
   int mostParts;
+  bool steps = false;
 };
 
 const Style kStyles[] = {
     {"tile", DrawTile, {"", "dis"}, 1, 1},
-    {"tile-value", DrawTileValue, {"", "off"}, 2, 2},
+    {"tile-value", DrawTileValue, {"", "off"}, 2, 2, true},
     {"cell", DrawCell, {"", "off"}, 2, 2},
     {"title", DrawTitle, {""}, 1, 1},
     {"header-key", DrawHeaderKey, {""}, 0, 1},
-    {"toggle", DrawToggle, {""}, 1, 1},
+    {"toggle", DrawToggle, {""}, 1, 1, true},
     {"hotkey", DrawHotKey, {"", "on", "off", "dis", "rec"}, 1, 1},
     {"bar-key", DrawBarKey, {""}, 1, 1},
     {"button", DrawButton, {"primary", "primary-press", "second", "second-press", "sel", "off"}, 0, 1},
@@ -28,13 +30,17 @@ const Style kStyles[] = {
     {"scroll", DrawScroll, {"", "dis", "number"}, 0, 0},
     {"check", DrawCheck, {"", "on"}, 0, 0},
     {"handle", DrawHandle, {"", "sel"}, 0, 0},
-    {"background", DrawBackground, {"", "dim", "paper", "clock", "card", "page", "guide", "time"}, 0, 8},
+    {"background", DrawBackground, {"", "dim", "paper", "clock", "card"}, 0, 0},
+    {"background", DrawBackground, {"guide"}, 1, 1},
+    {"background", DrawBackground, {"page"}, 2, 2},
+    {"background", DrawBackground, {"time"}, 8, 8},
     {"box", DrawBox, {"", "question", "banner"}, 0, 0},
     {"icon", DrawIcon, {"accent", "danger", "warn"}, 0, 0},
     {"row", DrawRow, {""}, 0, 0},
     {"row-icon", DrawRowIcon, {"", "event", "normal", "parking", "protect", "off"}, 0, 0},
     {"field", DrawField, {"", "sel"}, 0, 0},
-    {"plate", DrawPlate, {"", "warn", "paper", "dial"}, 0, 1},
+    {"plate", DrawPlate, {"", "paper", "dial"}, 0, 0},
+    {"plate", DrawPlate, {"warn"}, 0, 1},
     {"status-icon", DrawStatusIcon, {"", "off", "accent", "warn", "event", "normal", "parking"}, 0, 0},
     {"ampm", DrawAmPm, {""}, 1, 1},
     {"bar", DrawBar, {"well", "event", "normal", "parking", "accent", "line", "end"}, 0, 0},
@@ -44,12 +50,14 @@ const Style kStyles[] = {
 };
 
 const Style& StyleOf(const PictureRow& row) {
+  bool known = false;
   for (const Style& style : kStyles) {
     if (row.style != QLatin1String(style.name)) continue;
+    known = true;
     for (const char* state : style.states)
       if (row.state == QLatin1String(state)) return style;
-    throw PictureError(QStringLiteral("style \"%1\" has no state \"%2\"").arg(row.style, row.state));
   }
+  if (known) throw PictureError(QStringLiteral("style \"%1\" has no state \"%2\"").arg(row.style, row.state));
   throw PictureError(QStringLiteral("there is no style \"%1\"").arg(row.style));
 }
 }  // namespace
@@ -61,6 +69,9 @@ void DrawPicture(Canvas& canvas, const PictureRow& row) {
                            .arg(row.style)
                            .arg(style.leastParts)
                            .arg(style.mostParts));
+  if (style.steps != (row.steps > 0))
+    throw PictureError(
+        QStringLiteral("style \"%1\" takes %2 step").arg(row.style, QLatin1String(style.steps ? "a" : "no")));
   style.draw(canvas, row);
 }
 

@@ -3,8 +3,8 @@
 #include "pictures/canvas.h"
 #include "pictures/picturetable.h"
 
-/// Draws a picture by its style. Throws PictureError for a style, a state or a number of caption parts that there is
-/// not, and for what the canvas refuses.
+/// Draws a picture by its style. Throws PictureError for a style, a state, a number of caption parts or a step that
+/// there is not, and for what the canvas refuses.
 void DrawPicture(Canvas& canvas, const PictureRow& row);
 
 // The styles, each for one kind of picture.

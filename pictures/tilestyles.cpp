@@ -22,7 +22,7 @@ void DrawTileValue(Canvas& canvas, const PictureRow& row) {
   const bool off = row.state == QLatin1String("off");
   canvas.Fill(kCard, kSurface);
   canvas.Text({6, 9, 148, 24}, row.caption[0], 17, QFont::Normal, kText2);
-  canvas.Icon(row.icon, {80, 58}, 42, off ? kTextDis : kText, kSurface);
+  canvas.Icon(row.icon, {80, 58}, 42, off ? kTextDis : kText, kSurface, off);
   canvas.Text({6, 82, 148, 28}, row.caption[1], 22, QFont::Bold, off ? kText2 : kAccent);
   DrawSteps(canvas, row, {16, 3}, 115);
 }

@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtEndian>
+#include <algorithm>
 
 namespace {
 struct Row {
@@ -116,11 +117,54 @@ private slots:
         ++named;
         continue;
       }
-      if (IsCell(row.path) && !code.contains(QStringLiteral("powercutsetting.h"))) continue;
+      if (IsCell(row.path)) continue;
       for (const QString& screen : row.screen.split(u'/'))
         QVERIFY2(!code.contains(screen.toLower() + QStringLiteral(".h")), qPrintable(row.path));
     }
     QVERIFY(named > 200);
+  }
+
+  // The code makes their names of a level and a voltage, or "non" for off.
+  void everyVoltageOfEveryPowerCutLevelHasItsPicture() {
+    QSet<QString> drawn, needed;
+    for (const Row& row : Table())
+      if (IsCell(row.path)) drawn << row.path;
+    for (int level = 1; level <= 12; ++level)
+      for (const char* value : {"11.0", "11.8", "12.0", "12.2", "12.4", "12.6", "12.8", "13.0", "23.0", "23.6", "24.0",
+                                "24.4", "24.8", "27.0", "non"})
+        needed << QStringLiteral("powercutsetting/%1/%2.bmp").arg(level).arg(QLatin1String(value));
+    QCOMPARE(drawn, needed);
+  }
+
+  // The driver taps the middle of what is seen, the calibration takes it for pixel (40, 35).
+  void theCalibrationTargetIsAroundItsPixel() {
+    const QImage target(FileOf(QStringLiteral("touchcompensation/touch_compensation_icon_1_normal_ex.bmp")));
+    const QPoint middle(40, 35);
+    for (int y = -33; y <= 33; ++y) {
+      for (int x = 0; x <= 33; ++x) {
+        const int here = qGray(target.pixel(middle + QPoint(x, y)));
+        const int opposite = qGray(target.pixel(middle - QPoint(x, y)));
+        QVERIFY2(qAbs(here - opposite) <= 16, qPrintable(QStringLiteral("%1 %2").arg(x).arg(y)));
+      }
+    }
+  }
+
+  // "Off" is grey; colour means a chosen value. The marks of the steps stand below.
+  void anOptionThatIsOffIsGrey() {
+    int tiles = 0;
+    for (const Row& row : Table()) {
+      if (row.style != QLatin1String("tile-value:off")) continue;
+      const QImage tile(FileOf(row.path));
+      for (int y = 0; y < 112; ++y) {
+        for (int x = 0; x < tile.width(); ++x) {
+          const QColor pixel = tile.pixelColor(x, y);
+          const auto [least, most] = std::minmax({pixel.red(), pixel.green(), pixel.blue()});
+          QVERIFY2(most - least < 10, qPrintable(row.path));
+        }
+      }
+      ++tiles;
+    }
+    QVERIFY(tiles > 5);
   }
 
   // Over video it would be a hole, or a red fringe on a panel with 16 bits a pixel.
@@ -172,6 +216,17 @@ private slots:
     add("caption too wide", "a.bmp,160,130,S,m,아주 아주 아주 아주 긴 이름,home,tile,,yes\n", "its box 148 x 28");
     add("caption too tall", "a.bmp,100,10,S,m,메뉴,,ampm,,yes\n", "its box 100 x 10");
     add("no caption", "a.bmp,160,130,S,m,,home,tile,,yes\n", "line 2, a.bmp: style \"tile\" takes 1 to 1 parts");
+    add("picture too small for its caption", "a.bmp,50,60,S,m,메뉴,home,hotkey,,yes\n",
+        "line 2, a.bmp: the box of \"메뉴\" reaches beyond the picture.");
+    add("picture too small for its glyph", "a.bmp,80,20,S,m,,home,header-key,,yes\n",
+        "line 2, a.bmp: glyph \"home\" reaches beyond the picture.");
+    add("button with nothing on it", "a.bmp,175,47,S,m,,,button:primary,,yes\n", "line 2, a.bmp: it has no caption.");
+    add("page without its second line", "a.bmp,480,320,S,m,하나,home,background:page,,yes\n", "takes 2 to 2 parts");
+    add("caption that is not drawn", "a.bmp,480,320,S,m,하나,,background:dim,,yes\n", "takes 0 to 0 parts");
+    add("value without its step", "a.bmp,160,130,S,m,a|b,home,tile-value,,yes\n", "\"tile-value\" takes a step");
+    add("step that is not drawn", "a.bmp,160,130,S,m,a,home,tile,1/2,yes\n", "style \"tile\" takes no step");
+    add("unknown figure", "a.bmp,71,60,S,m,메뉴,draw:pip-middle,hotkey,,yes\n",
+        "there is no figure \"draw:pip-middle\"");
     add("unknown style", "a.bmp,160,130,S,m,메뉴,home,tiles,,yes\n", "line 2, a.bmp: there is no style \"tiles\".");
     add("unknown state", "a.bmp,160,130,S,m,메뉴,home,tile:on,,yes\n", "style \"tile\" has no state \"on\"");
     add("unknown glyph", "a.bmp,160,130,S,m,메뉴,no-such-thing,tile,,yes\n", "there is no glyph \"no-such-thing\"");
