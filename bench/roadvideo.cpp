@@ -18,7 +18,9 @@ constexpr double kFar = 40;
 constexpr double kVeryNear = 0.2;  // where the car that comes has left the picture
 constexpr double kSpacing = 1.5;   // between two dashes
 constexpr double kDash = 0.6;      // long
-constexpr double kSpeed = 0.009;   // distance in a millisecond
+// Distance in a millisecond. From one of a dozen pictures a second to the next the road comes on by a quarter of
+// kSpacing: with half of it the dashes only flicker.
+constexpr double kSpeed = 0.0045;
 
 struct Light {
   QColor skyTop, skyLow, hill, hill2, field, road, line, post;
@@ -132,7 +134,7 @@ QImage Ahead(const QImage& landscape, double ms) {
   const double distance = 3.6 + 0.5 * std::sin(ms / 4100);
   PaintCar(painter, At(0.47 + 0.02 * std::sin(ms / 900), distance), 270 / distance, QColor(58, 84, 120),
            QColor(38, 46, 54), QColor(200, 52, 46));
-  const double oncoming = kFar - std::fmod(ms * kSpeed * 2.2, kFar * 1.6);
+  const double oncoming = kFar - std::fmod(ms * kSpeed * 2, kFar * 1.6);
   if (oncoming > kVeryNear)
     PaintCar(painter, At(-0.55, oncoming), 230 / oncoming, QColor(206, 206, 204), QColor(54, 62, 70),
              QColor(250, 246, 224));

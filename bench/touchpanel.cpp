@@ -33,6 +33,10 @@ constexpr double kYOfY = 0.012088975, kYOfX = 1.1363636, kYAtZero = -24.76789;
 
 // The reader drops fractions, so a finger aims inside its pixel; below the middle, or the last row would be missed.
 constexpr double kAim = 0.4;
+
+int OnPanel(double raw) {
+  return int(std::clamp(raw, 0.0, double(TouchPanel::kMostRaw)));
+}
 }  // namespace
 
 /// Records that are written at once, so that the reader never sees half of a touch.
@@ -70,8 +74,7 @@ void TouchPanel::Close() {
 QPoint TouchPanel::RawAt(int x, int y) {
   const double rawY = std::round((x + kAim - kXAtZero) / kXOfY);
   const double rawX = std::round((y + kAim - kYAtZero - kYOfY * rawY) / kYOfX);
-  const auto inside = [](double raw) { return int(std::clamp(raw, 0.0, double(kMostRaw))); };
-  return {inside(rawX), inside(rawY)};
+  return {OnPanel(rawX), OnPanel(rawY)};
 }
 
 bool TouchPanel::Press(int x, int y, QString* error) {
@@ -81,8 +84,8 @@ bool TouchPanel::Press(int x, int y, QString* error) {
 
 bool TouchPanel::PressRaw(int rawX, int rawY, QString* error) {
   Report report;
-  report.Add(EV_ABS, ABS_X, rawX);
-  report.Add(EV_ABS, ABS_Y, rawY);
+  report.Add(EV_ABS, ABS_X, OnPanel(rawX));
+  report.Add(EV_ABS, ABS_Y, OnPanel(rawY));
   report.Add(EV_ABS, ABS_PRESSURE, kPressure);
   report.Add(EV_SYN, SYN_REPORT, 0);
   if (!Write(report, error)) return false;

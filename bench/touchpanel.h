@@ -22,7 +22,7 @@ public:
   /// The finger at a pixel of the screen, 0..479 and 0..319: down, or moved when it is down. False, with one sentence
   /// in `error`, when the records so far were not read: then nothing was written.
   bool Press(int x, int y, QString* error);
-  /// The same in panel units: the values of ABS_X and ABS_Y, 0..511.
+  /// The same in panel units: the values of ABS_X and ABS_Y, 0..511; beyond these the edge is touched.
   bool PressRaw(int rawX, int rawY, QString* error);
   bool Release(QString* error);
   bool IsDown() const { return mIsDown; }

@@ -119,6 +119,17 @@ private slots:
     QCOMPARE(press[0].value, raw.x());
     QCOMPARE(press[1].value, raw.y());
   }
+  // The reader takes nine bits: 512 would be the other edge.
+  void beyondThePanelIsItsEdge() {
+    QVERIFY(mPanel.PressRaw(512, -1, &mError));
+    QVERIFY(mPanel.Press(-100000, 100000, &mError));
+    const QList<Event> press = Read();
+    QCOMPARE(press.size(), 8);
+    QVERIFY(press[0] == (Event{EV_ABS, ABS_X, 511}));
+    QVERIFY(press[1] == (Event{EV_ABS, ABS_Y, 0}));
+    QVERIFY(press[4] == (Event{EV_ABS, ABS_X, 511}));
+    QVERIFY(press[5] == (Event{EV_ABS, ABS_Y, 511}));
+  }
 
   void nobodyReads() {
     int reports = 0;
