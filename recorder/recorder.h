@@ -33,7 +33,7 @@ class Recorder : public QObject {
   Q_OBJECT
 
 public:
-  /// How long the firmware takes, in milliseconds.
+  /// How long the firmware takes, in milliseconds; each above 0.
   struct Delays {
     int voice = 1500;         ///< a spoken confirmation
     int stopVoice = 2000;     ///< the voice after a recording was stopped

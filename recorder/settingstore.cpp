@@ -55,7 +55,7 @@ constexpr Key kKeys[] = {
     {Set_Cfg_Acc_Volume, "audiosetting/acc_volume", 1},
     {Set_Cfg_Power_Cut_lvl, "parkingsetting/power_cut_lvl", 0},
     {Set_Cfg_Power_Cur_Time, "parkingsetting/power_cut_time", 0},
-    {Set_Cfg_Lcd_Auto_Off, "lcdsetting/lcd_auto_off", 3},
+    {Set_Cfg_Lcd_Auto_Off, "lcdsetting/lcd_auto_off", 2},
     {Set_Cfg_Lcd_Bright, "lcdsetting/lcd_bright", 2},
     {Set_Cfg_Lcd_Wait_Dis, "lcdsetting/lcd_wait_dis", 0},
     {Set_Cfg_Chk_Park_lvl, "parkingsetting/chk_park_lvl", 1},

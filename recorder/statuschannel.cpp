@@ -82,6 +82,11 @@ bool StatusChannel::OpenSegment(QString* error) {
     *error = QStringLiteral("The shared memory of the status messages is another user's.");
     return false;
   }
+  if (state.shm_segsz != kSlots * GUI_SLOT_SIZE) {  // the interface would refuse it
+    *error =
+        QStringLiteral("The shared memory of the status messages has another size: %1 bytes.").arg(state.shm_segsz);
+    return false;
+  }
   void* address = shmat(segment, nullptr, 0);
   if (address == reinterpret_cast<void*>(-1)) {
     *error = Refusal("The shared memory of the status messages cannot be attached");

@@ -22,10 +22,12 @@
 #include <QTemporaryFile>
 #include <QTest>
 #include <QtEndian>
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <climits>
 #include <csignal>
+#include <cstddef>
 #include <cstring>
 #include <functional>
 #include <future>
@@ -163,6 +165,51 @@ private:
   std::thread mThread;
 };
 
+/// A recorder of its own process, without threads: it answers with the request's data in capitals, one connection after
+/// the other.
+class RecorderProcess {
+public:
+  explicit RecorderProcess(const QString& path) : mPath(path) {
+    const int listener = Listener(path, 16);
+    mProcess = fork();
+    if (mProcess == 0) Serve(listener);
+    close(listener);
+  }
+  ~RecorderProcess() {
+    kill(mProcess, SIGKILL);
+    waitpid(mProcess, nullptr, 0);
+    QFile::remove(mPath);
+  }
+  RecorderProcess(const RecorderProcess&) = delete;
+  RecorderProcess& operator=(const RecorderProcess&) = delete;
+
+  /// Whether it stands still now.
+  bool Stop() const {
+    int status = 0;
+    kill(mProcess, SIGSTOP);
+    return waitpid(mProcess, &status, WUNTRACED) == mProcess && WIFSTOPPED(status);
+  }
+  void Continue() const { kill(mProcess, SIGCONT); }
+
+private:
+  [[noreturn]] static void Serve(int listener) {
+    for (;;) {
+      const int connection = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
+      if (connection < 0) _exit(1);
+      char packet[64];
+      for (ssize_t size; (size = recv(connection, packet, sizeof packet, 0)) > 0;) {
+        std::memset(packet, 0, 4);  // the result
+        std::transform(packet + 8, packet + size, packet + 8, [](char letter) { return char(letter & ~0x20); });
+        send(connection, packet, size_t(size), MSG_NOSIGNAL);
+      }
+      close(connection);
+    }
+  }
+
+  const QString mPath;
+  pid_t mProcess = -1;
+};
+
 void Silence(int, const QByteArray&) {}
 
 /// Answers with the result 0 and the request's own data.
@@ -279,6 +326,7 @@ private slots:
   void aRecorderThatTakesNobodyFailsTheCommandAtOnce();
   void aSilentRecorderFailsTheCommandInTime();
   void aSilentRecorderFailsTheCommandsOfAllThreadsInTime();
+  void aStoppedRecorderFailsTheCommandInTimeAndServesAgain();
   void aRecorderThatHangsUpFailsTheCommandAtOnce();
   void aRecorderThatStopsReadingDoesNotEndTheProcess();
   void aRecorderThatComesBackIsFound();
@@ -326,6 +374,9 @@ private slots:
   // the rest
   void hardwareCallsOnlyTellRightFromWrong_data();
   void hardwareCallsOnlyTellRightFromWrong();
+  void thePageTellsTheLayoutOfAMessage();
+  void thePageTellsTheNumbers_data();
+  void thePageTellsTheNumbers();
 };
 
 void PlatformHostTest::initTestCase() {
@@ -567,6 +618,26 @@ void PlatformHostTest::aSilentRecorderFailsTheCommandsOfAllThreadsInTime() {
   for (std::thread& thread : threads) thread.join();
   QCOMPARE(failed, 16);
   QVERIFY(clock.elapsed() < 5000);  // 8000 if each had its whole time after the others'
+}
+
+void PlatformHostTest::aStoppedRecorderFailsTheCommandInTimeAndServesAgain() {
+  const RecorderProcess recorder(Socket());
+  QByteArray data = "first";
+  QCOMPARE(Control(1, &data), 0);
+  QCOMPARE(data, "FIRST");
+  QVERIFY(recorder.Stop());
+  QElapsedTimer clock;
+  clock.start();
+  for (int call = 0; call < 3; ++call) {  // the first on the connection there is, the others on new ones
+    data = "never";
+    QCOMPARE(Control(2, &data), -ETIMEDOUT);
+    QCOMPARE(data, "never");
+  }
+  QVERIFY(clock.elapsed() < 5000);
+  recorder.Continue();  // now it answers those, too
+  data = "again";
+  QCOMPARE(Control(3, &data), 0);
+  QCOMPARE(data, "AGAIN");
 }
 
 void PlatformHostTest::aRecorderThatHangsUpFailsTheCommandAtOnce() {
@@ -1162,6 +1233,56 @@ void PlatformHostTest::hardwareCallsOnlyTellRightFromWrong() {
   QFETCH(bool, accepted);
   QCOMPARE(result < 0, !accepted);
   if (accepted) QCOMPARE(result, 0);
+}
+
+// docs/platform-host.md, by which somebody writes another recorder.
+namespace {
+QString Page() {
+  QFile page(QStringLiteral(SOURCE_DIR "/docs/platform-host.md"));
+  return page.open(QIODevice::ReadOnly) ? QString::fromUtf8(page.readAll()).simplified() : QString();
+}
+}  // namespace
+
+void PlatformHostTest::thePageTellsTheLayoutOfAMessage() {
+  const QString page = Page();
+  const std::pair<const char*, size_t> fields[] = {
+      {"cmd", offsetof(GUI_MSG_BUF, cmd)},       {"src", offsetof(GUI_MSG_BUF, src)},
+      {"shmid", offsetof(GUI_MSG_BUF, shmid)},   {"length", offsetof(GUI_MSG_BUF, length)},
+      {"offset", offsetof(GUI_MSG_BUF, offset)}, {"ack", offsetof(GUI_MSG_BUF, ack)},
+      {"ret", offsetof(GUI_MSG_BUF, ret)},
+  };
+  for (const auto& [name, offset] : fields)
+    QVERIFY2(page.contains(QStringLiteral("| %1 | `%2` |").arg(offset - sizeof(long)).arg(QLatin1String(name))), name);
+  QCOMPARE(offsetof(GUI_MSG_BUF, ret) + sizeof(int) - sizeof(long), size_t(GUI_MSG_SIZE));  // padding may follow
+}
+
+void PlatformHostTest::thePageTellsTheNumbers_data() {
+  QTest::addColumn<QString>("sentence");
+  QTest::newRow("size of a message") << QStringLiteral("are given %1.").arg(int(GUI_MSG_SIZE));
+  QTest::newRow("segment")
+      << QStringLiteral("16 slots of %1 bytes, %2 in all").arg(int(GUI_SLOT_SIZE)).arg(kSegmentBytes);
+  QTest::newRow("slot of a sender") << QStringLiteral("(`src` − 2) · %1").arg(int(GUI_SLOT_SIZE));
+  QTest::newRow("last sender") << QStringLiteral("sender's id, 2..%1.").arg(kSegmentBytes / GUI_SLOT_SIZE + 1);
+  QTest::newRow("receiver") << QStringLiteral("receiver's id: %1, the interface").arg(int(GUI_ID));
+  QTest::newRow("reply")
+      << QStringLiteral("%1: the sender wants a reply, %2: none").arg(int(GUI_ACK_YES)).arg(int(GUI_ACK_NO));
+  QTest::newRow("kinds of replies") << QStringLiteral("%1: no reply, %2: a reply without data, %3: a reply with data")
+                                           .arg(int(GUI_RET_NORET))
+                                           .arg(int(GUI_RET_NODATA))
+                                           .arg(int(GUI_RET_DATA));
+  QTest::newRow("most data") << QStringLiteral("length of the data, 0..%1").arg(kMostData);
+  QTest::newRow("setup block")
+      << QStringLiteral("%1 carries the setup block of 129 bytes").arg(int(SFIELD_SET_SETUP_COMPLETE));
+  QTest::newRow("path") << QStringLiteral("%1 a path of 50 bytes").arg(int(SFIELD_PLAY_VIDEO));
+  QTest::newRow("motion maps") << QStringLiteral("%1 and %2 a motion map of 8 bytes")
+                                      .arg(int(SFIELD_SET_MOTION_SETTING))
+                                      .arg(int(SFIELD_SET_MOTION_SETTING_REAR));
+  QTest::newRow("voltage") << QStringLiteral("%1 (a 4-byte float, volts)").arg(int(SFIELD_GET_VOLTAGE));
+}
+
+void PlatformHostTest::thePageTellsTheNumbers() {
+  QFETCH(QString, sentence);
+  QVERIFY2(Page().contains(sentence), qPrintable(sentence));
 }
 
 QTEST_GUILESS_MAIN(PlatformHostTest)

@@ -451,6 +451,25 @@ private slots:
     QVERIFY(msgget(other, 0) < 0 && shmget(other + 1, 0, 0) < 0);
   }
 
+  void aSegmentOfAnotherSizeIsRefused_data() {
+    QTest::addColumn<int>("bytes");
+    QTest::newRow("smaller") << 15 * GUI_SLOT_SIZE;
+    QTest::newRow("larger") << 17 * GUI_SLOT_SIZE;
+  }
+  void aSegmentOfAnotherSizeIsRefused() {
+    QFETCH(int, bytes);
+    const key_t other = 0x45000000 + 2 * getpid();
+    qputenv("PLATFORM_KEY", QByteArray::number(other));
+    const int segment = shmget(other + 1, static_cast<size_t>(bytes), IPC_CREAT | IPC_EXCL | 0600);
+    QVERIFY(segment >= 0);
+    QString error;
+    const bool started = Start(Quick(), &error);
+    mRecorder.reset();
+    Recorder::RemoveTransport();
+    QVERIFY(!started);
+    QVERIFY(IsSentence(error));
+  }
+
   void aKeyThatIsNoneIsRefused_data() {
     QTest::addColumn<QByteArray>("key");
     for (const char* key : {"", "queue", "0", "0x", "-5", "0xFFFFFFFF", "4294967296", "12 13"})
@@ -585,6 +604,19 @@ private slots:
     QCOMPARE(ini["motionmap/rear_l"], QString("-1"));
     QCOMPARE(ini["timesetting/time_set_flag"], QString("0"));
     QCOMPARE(ini["timesetting/year"].toInt(), QDate::currentDate().year());
+  }
+
+  // What somebody sees who only watches: both pictures, the manual recording's key, and an LCD that goes dark by itself
+  // after half a minute.
+  void aNewDeviceShowsWhatItCan() {
+    Start();
+    const QMap<QString, QString> ini = Ini();
+    QCOMPARE(ini["lcdsetting/lcd_auto_off"], QString("2"));
+    QCOMPARE(ini["lcdsetting/lcd_wait_dis"], QString("0"));  // dark, not the clock
+    QCOMPARE(ini["view/display"], QString("0"));
+    QVERIFY(ini["filedeletesetting/protectfile"].toInt() > 0);
+    QVERIFY(ini["parkingsetting/parking_mode_on"].toInt() > 0);
+    QVERIFY(mRecorder->Video().rearAlive && mRecorder->Video().recording);
   }
 
   void theIniFileIsReplacedWhole() {
