@@ -1,5 +1,5 @@
 import {Connection} from './connection.js';
-import {makeControls} from './controls.js';
+import {Controls} from './controls.js';
 import {Lcd} from './lcd.js';
 import {Log} from './log.js';
 import {State} from './state.js';
@@ -8,19 +8,17 @@ const find = (id) => document.getElementById(id);
 
 const connection = new Connection();
 const lcd = new Lcd(connection, find('lcd'), find('finger'), find('fault'));
+new Controls(connection, find('work'), find('controls'), find('event'));
 new Log(connection, find('log'), find('kinds'), find('pause'));
 new State(connection, find('seen'), find('state'), find('setup'), find('settings'));
 
-const WORDS = {open: 'Connected', wait: 'Connecting', closed: 'The bench does not answer'};
-let shown = 0;  // how often the controls were made
-connection.addEventListener('connection', async ({detail}) => {
-  const place = find('connection');
-  place.dataset.state = detail;
-  place.textContent = WORDS[detail];
+const WORDS = {open: 'Connected', wait: 'Connecting', closed: 'The bench does not answer: trying again'};
+connection.addEventListener('connection', ({detail}) => {
+  find('connection').dataset.state = detail;
+  find('connection').textContent = WORDS[detail];
   document.body.classList.toggle('gone', detail !== 'open');
-  if (detail !== 'open') return;
-  watch();
-  if (shown++ === 0) await makeControls(connection, find('controls'), find('event'));
+  find('fault').textContent = '';
+  if (document.hidden) watch();
 });
 
 // A page in the background wants no pictures.
@@ -29,11 +27,11 @@ function watch() {
 }
 document.addEventListener('visibilitychange', watch);
 
-async function ask(type, members) {
-  find('fault').textContent = await connection.ask(type, members) ?? '';
+async function act(name) {
+  find('fault').textContent = await connection.ask('action', {name}) ?? '';
 }
-find('power').addEventListener('click', () => ask('action', {name: 'powerKey'}));
-find('restart').addEventListener('click', () => ask('action', {name: 'interfaceRestart'}));
+find('power').addEventListener('click', () => act('powerKey'));
+find('restart').addEventListener('click', () => act('interfaceRestart'));
 find('save').addEventListener('click', () => lcd.save());
 
 // The key click is heard only when it was asked for.

@@ -1,4 +1,5 @@
-// The WebSocket to the bench. It comes back by itself.
+// The WebSocket to the bench. It comes back by itself. Its events: "connection" with "open" or "closed", "picture" with
+// the bytes, and every message of the bench by its type.
 
 const LONGEST_WAIT = 5000;  // ms
 
@@ -26,7 +27,6 @@ export class Connection extends EventTarget {
   }
 
   #open() {
-    this.#tell('wait');
     const socket = this.#socket = new WebSocket(`ws://${location.host}/ws`);
     socket.binaryType = 'arraybuffer';
     socket.onopen = () => {

@@ -2,17 +2,33 @@
 
 const VIEWS = {pip: 'both cameras', front: 'front camera', rear: 'rear camera'};
 const CORNERS = ['right bottom', 'right top', 'left top', 'left bottom'];
+const GPS = ['none', 'searching', 'fix'];
 
-const boxName = (box) => box ? `${box.name} (${box.id})` : null;
+const nameOf = (box) => `${box.name} (${box.id})`;
+
+function videoOf({view, pipCorner, mirrored}) {
+  return [VIEWS[view], view === 'pip' && `small one ${CORNERS[pipCorner]}`, mirrored && 'mirrored'].filter(Boolean).join(', ');
+}
+
+function parkedOf({parked, impacts, motions}) {
+  return parked ? `yes; impacts ${impacts}, motions ${motions}` : 'no';
+}
+
+// What a person sees, in one line.
+function seenOf({screen, boxes, interface: ui, lcd}) {
+  if (!ui.running) return 'The interface does not run';
+  const box = boxes.event ?? boxes.own;
+  return [screen ?? 'No screen yet', box?.name, lcd.backlight === 0 && 'LCD off'].filter(Boolean).join(' · ');
+}
 
 function rowsOf(state) {
   const {interface: ui, lcd, video, recorder} = state;
-  const boxes = [boxName(state.boxes.own), boxName(state.boxes.event)].filter(Boolean);
+  const boxes = [state.boxes.own, state.boxes.event].filter(Boolean).map(nameOf);
   const rows = [
     ['Screen', state.screen ?? 'not yet said'],
     ['Message boxes', boxes.join(', ') || 'none'],
-    ['Interface', ui.running ? `runs (start ${ui.starts})` : `does not run (${ui.ended ?? 'not started'})`],
-    ['Ended the last time', ui.ended ?? '–'],
+    ['Interface', `${ui.running ? 'runs' : 'does not run'}, starts: ${ui.starts}`],
+    ['It ended by', ui.ended ?? '–'],
     ['Backlight', lcd.backlight === 0 ? 'off' : `${lcd.backlight / 1000} %`],
     ['Finger', state.touch.down ? 'down' : 'up'],
     ['Camera files', state.root],
@@ -20,55 +36,80 @@ function rowsOf(state) {
   if (!video || !recorder) return [...rows, ['Recorder', 'stopped']];
   return [
     ...rows,
-    ['Video', VIEWS[video.view] + (video.view === 'pip' ? `, small one ${CORNERS[video.pipCorner]}` : '')
-              + (video.mirrored ? ', mirrored' : '')],
+    ['Video', videoOf(video)],
     ['Rear camera', video.rearAlive ? 'on' : 'off'],
     ['Recording', recorder.manualEvent ? 'manual event' : video.recording ? 'yes' : 'no'],
-    ['Parked', recorder.parking.parked
-                   ? `yes, ${recorder.parking.impacts} impacts, ${recorder.parking.motions} motions` : 'no'],
+    ['Parked', parkedOf(recorder.parking)],
     ['Voltage', `${recorder.power.volts.toFixed(2)} V`],
+    ['GPS', `${GPS[recorder.gps] ?? recorder.gps}, ${recorder.speed} km/h`],
     ['Card', recorder.card],
   ];
 }
 
-function fill(table, values) {
-  table.tBodies[0].replaceChildren(...Object.entries(values ?? {}).map(([name, value]) => {
-    const row = document.createElement('tr');
-    const head = document.createElement('th');
-    head.scope = 'row';
-    head.textContent = name;
-    row.append(head);
+function headOf(text, scope) {
+  const head = document.createElement('th');
+  head.scope = scope;
+  head.textContent = text;
+  return head;
+}
+
+// "lcdsetting/lcd_bright" is the row lcd_bright of the group lcdsetting.
+function bodyOf(group, values) {
+  const body = document.createElement('tbody');
+  if (group !== '') {
+    const head = headOf(group, 'rowgroup');
+    head.colSpan = 2;
+    body.insertRow().append(head);
+  }
+  for (const [name, value] of values) {
+    const row = body.insertRow();
+    row.append(headOf(name.slice(group === '' ? 0 : group.length + 1), 'row'));
     row.insertCell().textContent = Array.isArray(value) ? value.join(', ') : String(value);
-    return row;
+  }
+  return body;
+}
+
+function fillTable(table, values) {
+  const groups = new Map();
+  for (const [name, value] of Object.entries(values ?? {})) {
+    const group = name.slice(0, Math.max(name.indexOf('/'), 0));
+    if (!groups.has(group)) groups.set(group, []);
+    groups.get(group).push([name, value]);
+  }
+  table.replaceChildren(...[...groups].map(([group, rows]) => bodyOf(group, rows)));
+  if (groups.size === 0) table.createTBody().insertRow().insertCell().textContent = 'None yet.';
+}
+
+function fillList(list, rows) {
+  list.replaceChildren(...rows.map(([name, value]) => {
+    const pair = document.createElement('div');
+    const term = document.createElement('dt');
+    const text = document.createElement('dd');
+    term.textContent = name;
+    text.textContent = value;
+    pair.append(term, text);
+    return pair;
   }));
-  if (table.tBodies[0].rows.length === 0) table.tBodies[0].insertRow().insertCell().textContent = 'None yet.';
 }
 
 export class State {
-  #seen;
-  #list;
-  #tables;
+  #shown = new Map();  // element → what it shows, as JSON
 
+  // `seen` is said aloud when it changes; `list` is a dl, `setup` and `settings` are tables.
   constructor(connection, seen, list, setup, settings) {
-    this.#seen = seen;
-    this.#list = list;
-    this.#tables = {setup, settings};
-    connection.addEventListener('state', ({detail}) => this.#show(detail.state));
+    connection.addEventListener('state', ({detail: {state}}) => {
+      this.#show(seen, seenOf(state), (text) => { seen.textContent = text; });
+      this.#show(list, rowsOf(state), (rows) => fillList(list, rows));
+      this.#show(setup, state.recorder?.setup ?? {}, (values) => fillTable(setup, values));
+      this.#show(settings, state.recorder?.settings ?? {}, (values) => fillTable(settings, values));
+    });
   }
 
-  #show(state) {
-    const rows = rowsOf(state);
-    this.#list.replaceChildren(...rows.flatMap(([name, value]) => {
-      const term = document.createElement('dt');
-      const text = document.createElement('dd');
-      term.textContent = name;
-      text.textContent = value;
-      return [term, text];
-    }));
-    const box = state.boxes.event ?? state.boxes.own;
-    const seen = `${state.screen ?? 'No screen yet'}${box ? ` · ${box.name}` : ''}`;
-    if (this.#seen.textContent !== seen) this.#seen.textContent = seen;  // said aloud when it changes
-    fill(this.#tables.setup, state.recorder?.setup);
-    fill(this.#tables.settings, state.recorder?.settings);
+  // Ten states a second may come: only what is new is drawn, so that a text can be marked and copied.
+  #show(element, value, draw) {
+    const json = JSON.stringify(value);
+    if (this.#shown.get(element) === json) return;
+    this.#shown.set(element, json);
+    draw(value);
   }
 }

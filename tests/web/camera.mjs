@@ -51,7 +51,7 @@ export async function openPage(browser, bench, options = {}) {
   page.on('console', (message) => { if (message.type() === 'error') page.complaints.push(message.text()); });
   page.on('pageerror', (error) => page.complaints.push(error.message));
   await page.goto(bench.url);
-  await page.locator("#controls form").first().waitFor();
+  await page.locator('#controls form').first().waitFor({state: 'attached'});
   await page.waitForFunction(() => {
     const lcd = document.getElementById('lcd');
     return lcd.getContext('2d').getImageData(0, 0, lcd.width, lcd.height).data.some((value, i) => i % 4 !== 3 && value > 0);
@@ -76,7 +76,7 @@ export async function placeOf(page, x, y) {
   return {x: box.x + (x + 0.5) * box.width / 480, y: box.y + (y + 0.5) * box.height / 320};
 }
 
-// Waits until `check` gives something; it is asked again whenever the page's log grows, and every 50 ms at most.
+// Waits until `check` gives something; it is asked every 50 ms.
 export async function until(check, what) {
   const end = Date.now() + 10000;
   for (;;) {

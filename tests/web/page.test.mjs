@@ -1,4 +1,5 @@
 import assert from 'node:assert/strict';
+import {readFile} from 'node:fs/promises';
 import http from 'node:http';
 import {after, afterEach, before, beforeEach, test} from 'node:test';
 import {openPage, pixelsOf, placeOf, startBench, startBrowser, until, waitForOtherPixels} from './camera.mjs';
@@ -98,7 +99,7 @@ test('the speed of the car is on the screen', async () => {
 
 test('the power key darkens the LCD and lights it again', async () => {
   await page.locator('#power').click();
-  await page.locator('#state dd', {hasText: /^off$/}).waitFor();
+  await page.locator('#seen', {hasText: 'LCD off'}).waitFor();
   await page.waitForFunction(() => {
     const lcd = document.getElementById('lcd');
     return lcd.getContext('2d').getImageData(0, 0, 480, 320).data.every((value, i) => i % 4 === 3 || value === 0);
@@ -110,7 +111,38 @@ test('the power key darkens the LCD and lights it again', async () => {
 test('what the bench refuses is said beside the control', async () => {
   const form = page.locator('form[data-action=motion]');  // the car is not parked
   await form.locator('button').click();
-  await form.locator('.refusal', {hasText: /\w+ .*\./}).waitFor();
+  await form.locator('.refusal', {hasText: 'The car is not parked.'}).waitFor();
+});
+
+test('every action and every status event of the bench is there, with its inputs', async () => {
+  const {actions, events} = await (await fetch(`${bench.url}api/actions`)).json();
+  assert.ok(actions.length > 40 && events.length === 38);
+  const shown = await page.evaluate(() => [...document.querySelectorAll('#controls form')].map((form) => ({
+    name: form.dataset.action,
+    group: form.closest('details').querySelector('summary').textContent,
+    label: form.querySelector('button').textContent,
+    arguments: [...form.querySelectorAll('input, select')].map((field) => field.localName === 'select'
+      ? {name: field.name, choices: [...field.options].map((option) => option.value)}
+      : {name: field.name, min: Number(field.min), max: Number(field.max), default: field.valueAsNumber,
+         ...(field.step === 'any' && {fraction: true}), ...(!field.required && {optional: true})}),
+  })));
+  const sorted = (list) => list.toSorted((a, b) => a.name < b.name ? -1 : 1);
+  assert.deepEqual(sorted(shown), sorted(actions));
+  const options = await page.locator('#event-number option').allTextContents();
+  assert.deepEqual(options, events.map(({event, name}) => `${event}  ${name}`));
+});
+
+test('a number beyond its range and a fraction where it is wanted', async () => {
+  const speed = page.locator('form[data-action=speed]');
+  const before = (await bench.state()).log;
+  await speed.locator('input').fill('301');
+  await speed.locator('button').click();
+  assert.ok(await speed.locator('input:invalid').count());  // the browser says why, nothing is sent
+  const battery = page.locator('form[data-action=battery]');
+  await battery.locator('input').fill('11.96');
+  await battery.locator('button').click();
+  await logged('volts 11.96');
+  assert.ok(!(await bench.log()).some((entry) => entry.number > before && entry.name === 'speed'));
 });
 
 test('the log leaves out kinds and holds still when asked to', async () => {
@@ -120,12 +152,11 @@ test('the log leaves out kinds and holds still when asked to', async () => {
   await page.waitForFunction(() => [...document.querySelectorAll('#log [data-kind=event]')].every((row) => !row.offsetParent));
   await page.locator('#pause').click();
   const newest = await page.locator('#log li').first().getAttribute('data-number');
-  const plate = await pixelsOf(page, ...SPEED_PLATE);
   await bench.post('action', {name: 'speed', kmh: 277});
-  await waitForOtherPixels(page, plate, ...SPEED_PLATE);  // so its log entry has come, too
+  await page.locator('#pause', {hasText: 'new'}).waitFor();
   assert.equal(await page.locator('#log li').first().getAttribute('data-number'), newest);
   await page.locator('#pause').click();
-  await logged('speed');
+  await logged('kmh 277');
 });
 
 test('the key click is silent until it is asked for', async () => {
@@ -146,11 +177,36 @@ test('the key click is silent until it is asked for', async () => {
 test('the picture can be saved', async () => {
   const [download] = await Promise.all([page.waitForEvent('download'), page.locator('#save').click()]);
   assert.equal(download.suggestedFilename(), 'dash-camera.png');
+  const png = await readFile(await download.path());
+  assert.deepEqual([png.toString('latin1', 1, 4), png.readUInt32BE(16), png.readUInt32BE(20)], ['PNG', 480, 320]);
+});
+
+test('a page in the background gets no pictures, and the newest when it is looked at again', async () => {
+  const beInBackground = (hidden) => page.evaluate((value) => {
+    Object.defineProperty(document, 'hidden', {value, configurable: true});
+    document.dispatchEvent(new Event('visibilitychange'));
+  }, hidden);
+  await beInBackground(true);
+  await bench.post('event', {event: 13});
+  await page.locator('#seen', {hasText: 'R_MUTE_OFF'}).waitFor();  // so no picture is under way any more
+  const still = await pixelsOf(page, 0, 0, 480, 320);
+  await page.locator('#seen', {hasText: /^PREVIEW$/}).waitFor();
+  assert.equal(await pixelsOf(page, 0, 0, 480, 320), still);
+  await beInBackground(false);
+  await waitForOtherPixels(page, still, 0, 0, 480, 320);
+});
+
+test('the interface is started again by its button', async () => {
+  const {starts} = (await bench.state()).interface;
+  await page.locator('#restart').click();
+  await page.locator('#state dd', {hasText: `runs, starts: ${starts + 1}`}).waitFor();
+  await page.locator('#seen', {hasText: 'PREVIEW'}).waitFor();
 });
 
 test('the setup block is shown as the recorder took it', async () => {
   await page.locator('details', {hasText: 'Settings of the recorder'}).locator('summary').click();
-  await page.locator('#settings th', {hasText: 'lcdsetting/lcd_bright'}).waitFor();
+  await page.locator('#settings th', {hasText: 'lcdsetting'}).waitFor();
+  await page.locator('#settings tr', {hasText: 'lcd_bright'}).locator('td', {hasText: /^[0-9]$/}).waitFor();
   await page.locator('details', {hasText: 'Setup block'}).locator('summary').click();
   await page.locator('#setup td').first().waitFor();
 });
@@ -173,6 +229,56 @@ test('it is light by day and dark by night', async () => {
   assert.notEqual(await ground(), light);
 });
 
+for (const colorScheme of ['light', 'dark']) {
+  test(`every text can be read: ${colorScheme}`, async () => {
+    await page.emulateMedia({colorScheme});
+    await page.locator('form[data-action=motion] button').click();
+    await page.locator('form[data-action=motion] .refusal', {hasText: '.'}).waitFor();
+    for (const details of await page.locator('#state ~ details summary').all()) await details.click();
+    await page.mouse.move(0, 0);
+    const faint = await page.evaluate(() => {
+      const parts = (color) => color.match(/[\d.]+/g).map(Number);
+      const luminance = (color) => parts(color).slice(0, 3).map((part) => part / 255)
+        .map((part) => part <= 0.04045 ? part / 12.92 : ((part + 0.055) / 1.055) ** 2.4)
+        .reduce((sum, part, i) => sum + part * [0.2126, 0.7152, 0.0722][i], 0);
+      const groundOf = (element) => {
+        for (let each = element; each; each = each.parentElement) {
+          const ground = getComputedStyle(each).backgroundColor;
+          if ((parts(ground)[3] ?? 1) === 1) return ground;
+        }
+        return 'rgb(255, 255, 255)';
+      };
+      const hasText = (element) => [...element.childNodes].some((node) => node.nodeType === 3 && node.data.trim());
+      return [...document.querySelectorAll('body *')].filter(hasText).map((element) => {
+        const [low, high] = [getComputedStyle(element).color, groundOf(element)].map(luminance).sort((a, b) => a - b);
+        return {text: element.textContent, contrast: (high + 0.05) / (low + 0.05)};
+      }).filter(({contrast}) => contrast < 4.5);
+    });
+    assert.deepEqual(faint, []);
+  });
+}
+
+test('whoever comes by keyboard reaches every control and sees where he is', async () => {
+  const seen = new Set();
+  for (;;) {
+    await page.keyboard.press('Tab');
+    const stop = await page.evaluate(() => {
+      const element = document.activeElement;
+      if (element === document.body) return null;
+      const all = [...document.querySelectorAll('*')];
+      return {place: all.indexOf(element), html: element.outerHTML.slice(0, 80),
+              outline: getComputedStyle(element).outlineStyle, width: getComputedStyle(element).outlineWidth};
+    });
+    if (stop === null || seen.has(stop.place)) break;
+    seen.add(stop.place);
+    assert.ok(stop.outline !== 'none' && parseFloat(stop.width) >= 2, `no outline: ${stop.html}`);
+  }
+  const missed = await page.evaluate((places) => [...document.querySelectorAll('*')]
+    .filter((element, i) => element.matches('button, input, select, canvas, summary, a, ol') && !places.includes(i) && element.checkVisibility())
+    .map((element) => element.outerHTML.slice(0, 80)), [...seen]);
+  assert.deepEqual(missed, []);
+});
+
 test('every control has a name', async () => {
   const nameless = await page.evaluate(() => [...document.querySelectorAll('button, input, select, canvas')]
     .filter((each) => !(each.textContent.trim() || each.labels?.length || each.ariaLabel)).map((each) => each.outerHTML));
@@ -185,22 +291,27 @@ test('a page from elsewhere can neither read nor press', async () => {
     response.end('<title>elsewhere</title>');
   }).listen(0, '127.0.0.1');
   const foreign = await browser.newPage();
-  await foreign.goto(`http://127.0.0.1:${elsewhere.address().port}/`);
-  const before = (await bench.state()).log;
-  const outcome = await foreign.evaluate(async (url) => {
-    const read = await fetch(`${url}api/state`).then(() => 'read', () => 'refused');
-    await fetch(`${url}api/touch`, {method: 'POST', mode: 'no-cors', body: '{"action": "tap", "x": 40, "y": 33}'}).catch(() => {});
-    const socket = await new Promise((resolve) => {
-      const opened = new WebSocket(`${url.replace('http', 'ws')}ws`);
-      opened.onopen = () => resolve('opened');
-      opened.onerror = () => resolve('refused');
-    });
-    return {read, socket};
-  }, bench.url);
-  assert.deepEqual(outcome, {read: 'refused', socket: 'refused'});
-  assert.ok(!(await bench.log()).some((entry) => entry.number > before && entry.kind === 'touch'));
-  await foreign.close();
-  elsewhere.close();
+  try {
+    await foreign.goto(`http://127.0.0.1:${elsewhere.address().port}/`);
+    const before = (await bench.state()).log;
+    const answer = foreign.waitForEvent('response', {predicate: (response) => response.url().endsWith('/api/touch'), timeout: 10000});
+    const outcome = await foreign.evaluate(async (url) => {
+      const read = await fetch(`${url}api/state`).then(() => 'read', () => 'refused');
+      await fetch(`${url}api/touch`, {method: 'POST', mode: 'no-cors', body: '{"action": "tap", "x": 40, "y": 33}'}).catch(() => {});
+      const socket = await new Promise((resolve) => {
+        const opened = new WebSocket(`${url.replace('http', 'ws')}ws`);
+        opened.onopen = () => resolve('opened');
+        opened.onerror = () => resolve('refused');
+      });
+      return {read, socket};
+    }, bench.url);
+    assert.deepEqual(outcome, {read: 'refused', socket: 'refused'});
+    assert.equal((await answer).status(), 403);
+    assert.ok(!(await bench.log()).some((entry) => entry.number > before && entry.kind === 'touch'));
+  } finally {
+    await foreign.close();
+    elsewhere.close();
+  }
 });
 
 test('a dead interface comes back on the same page', async () => {

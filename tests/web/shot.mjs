@@ -1,0 +1,10 @@
+import {chromium} from 'playwright-core';
+const [url, out, w, h, scheme] = process.argv.slice(2);
+const b = await chromium.launch({executablePath: '/usr/bin/chromium', args: ['--no-sandbox','--disable-gpu','--disable-quic','--no-first-run','--disable-background-networking','--disable-component-update','--disable-sync']});
+const p = await b.newPage({viewport: {width: +w, height: +h}, colorScheme: scheme});
+p.on('console', m => console.log('CONSOLE', m.text())); p.on('pageerror', e => console.log('ERR', e.message));
+await p.goto(url); await p.waitForSelector('#connection[data-state=open]'); await p.waitForSelector('#controls form');
+await p.waitForTimeout(800);
+await p.screenshot({path: out, fullPage: process.argv[7] === 'full'});
+console.log(await p.evaluate(() => document.documentElement.scrollWidth));
+await b.close();
