@@ -43,6 +43,23 @@ struct Item_Config {
   QString SubId, Func;
   Menu_Config* SubMenu = nullptr;
 };
+struct Title_Config {
+  QString Image, LogoImage;
+  Text_Config Text;
+};
+struct SoftKey_Config {
+  QString LeftKey, LeftKey_press, RightKey, RightKey_press, DisableLeftKey, DisableRightKey;
+};
+struct Menu_Config {
+  QString Id;
+  int Type = 0;
+  Menu_Config* ParentMenu = nullptr;
+  Title_Config Title;
+  SoftKey_Config SoftKey;
+  int NumOfItem = 0;
+  QString ItemBg;
+  Item_Config Item[10];
+};
 struct Mode_Config {
   Item_Config Front, Rear, Mosaic, Pip, LcdOff, Menu;
 };
@@ -51,6 +68,9 @@ struct ViewStatus_Config {
 };
 struct MicStatus_Config {
   QString On, Off;
+};
+struct Capture_Config {
+  QString normalImage, pressImage;
 };
 struct Mirroring_Config {
   QString def, mirroring;
@@ -68,6 +88,7 @@ struct Status_Config {
   QString Bg;
   ViewStatus_Config View;
   MicStatus_Config Mic;
+  Capture_Config capture;
   Mirroring_Config mirror;
   MovingPip_Config movingPip;
   Protect_File protectFile;

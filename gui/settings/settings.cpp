@@ -2,6 +2,7 @@
 
 #include <QDataStream>
 #include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 #include <algorithm>
 #include <cmath>
@@ -21,6 +22,14 @@ constexpr int kFactoryMapLow = -1;
 
 constexpr int kTargetX[9] = {240, 40, 240, 440, 440, 440, 240, 40, 40};
 constexpr int kTargetY[9] = {160, 35, 35, 35, 160, 285, 285, 285, 160};
+
+constexpr qint64 kLargestIni = 65536;  // bytes; all keys take about 1,200
+
+// A damaged file system can put anything in the place of a file: reading a pipe never ends, and gigabytes do not fit.
+bool IsReadable(const QString& path) {
+  const QFileInfo file(DevicePath(path));
+  return file.isFile() && file.size() <= kLargestIni;
+}
 
 QSettings Open(const QString& path) {
   return {DevicePath(path), QSettings::IniFormat};
@@ -90,16 +99,18 @@ void Settings::Load(const QSettings& file) {
   }
 }
 
-void Settings::InitSettingConfig() {
+bool Settings::LoadRecorders() {
+  if (!IsReadable(config_init_path)) return false;
   const QSettings recorder = Open(config_init_path);
-  const bool usable =
-      recorder.status() == QSettings::NoError && std::ranges::any_of(SettingKeys(), [&recorder](const SettingKey& row) {
-        return recorder.contains(QLatin1String(row.key));
-      });
-  if (usable)
-    Load(recorder);
-  else
-    Load(Open(config_firm_path));
+  const auto holds = [&recorder](const SettingKey& row) { return recorder.contains(QLatin1String(row.key)); };
+  if (recorder.status() != QSettings::NoError || std::ranges::none_of(SettingKeys(), holds)) return false;
+  Load(recorder);
+  return true;
+}
+
+void Settings::InitSettingConfig() {
+  if (!IsReadable(config_firm_path)) QFile::remove(DevicePath(config_firm_path));
+  if (!LoadRecorders()) Load(Open(config_firm_path));
   if (mSetting.lcd_auto_off == 0) mSetting.lcd_auto_off = 1;  // 0 is never kept at a start
   AllSetSettingConfig();
 }
@@ -187,8 +198,7 @@ void Settings::INIMotionSettingValue(bool load, int camera, int frontHigh, int f
   file.sync();
 }
 
-// ------------------------------------------------------------------------------------------- changes and the setup
-// block
+// -------------------------------------------------------------------------------------------- changes, the setup block
 
 bool Settings::compareSettingValue() const {
   return std::ranges::any_of(SettingKeys(), [this](const SettingKey& row) {
@@ -251,8 +261,7 @@ void Settings::settingSetup() {
   mSetup_value = to;
 }
 
-// ------------------------------------------------------------------------------------------------- the touch
-// calibration
+// ----------------------------------------------------------------------------------------------- the touch calibration
 
 namespace {
 constexpr qsizetype kTouchBytes = 6 * sizeof(double);
@@ -281,14 +290,16 @@ bool IsUsable(const Touch_Value& touch) {
          touch.alphaX * touch.betaY - touch.alphaY * touch.betaX != 0;
 }
 
+constexpr qint64 kLargestCalibration = 4096;  // bytes; what lies beyond is not read, and gone with the next calibration
+
 /// One of the two calibration files: created when missing, filled when empty.
 class CalibrationFile {
 public:
   CalibrationFile(const char* path, const QByteArray& factory) : mFile(DevicePath(QLatin1String(path))) {
     QFile file(mFile);
-    mOpen = file.open(QIODevice::ReadWrite);
+    mOpen = file.open(QIODevice::ReadWrite) && !file.isSequential();  // reading a pipe would never end
     if (!mOpen) return;
-    mBytes = file.readAll();
+    mBytes = file.read(kLargestCalibration);
     file.close();
     if (mBytes.isEmpty()) Write(factory);
   }

@@ -76,6 +76,7 @@ public:
 
 private:
   void Load(const QSettings& file);
+  bool LoadRecorders();  ///< false, and nothing loaded, when the recorder left no settings
 };
 
 extern Settings gEnvirnmentSettings;

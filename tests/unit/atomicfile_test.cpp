@@ -1,6 +1,9 @@
 #include "gui/base/atomicfile.h"
 
+#include <sys/ptrace.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <QTest>
 #include <csignal>
@@ -8,6 +11,33 @@
 #include "tests/fake/testroot.h"
 
 static TestRoot root;
+
+namespace {
+// A process that writes the file once, stopped before it begins.
+pid_t StartWriter(const QString& file, const QByteArray& bytes) {
+  const pid_t writer = fork();
+  if (writer == 0) {
+    ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+    raise(SIGSTOP);
+    _exit(WriteAtomically(file, bytes) ? 0 : 1);
+  }
+  return writer;
+}
+
+// Lets it go on for `steps` entries and exits of system calls, then kills it. True when it came to its end before.
+bool KillAfter(pid_t writer, int steps) {
+  int status = 0;
+  waitpid(writer, &status, 0);
+  for (int step = 0; step < steps; ++step) {
+    ptrace(PTRACE_SYSCALL, writer, nullptr, nullptr);
+    waitpid(writer, &status, 0);
+    if (WIFEXITED(status)) return true;
+  }
+  kill(writer, SIGKILL);
+  waitpid(writer, &status, 0);
+  return false;
+}
+}  // namespace
 
 class AtomicFileTest : public QObject {
   Q_OBJECT
@@ -37,6 +67,26 @@ private slots:
     QVERIFY(!written);
     QCOMPARE(root.Read(QStringLiteral("/tmp/c")), QByteArray("old"));
     QVERIFY(!root.Exists(QStringLiteral("/tmp/c.tmp")));
+  }
+  void aWriterKilledAtAnyStepLeavesAWholeFile() {
+    const QString path = QStringLiteral("/tmp/f");
+    const QByteArray before(9000, 'o');
+    const QByteArray after(5000, 'n');
+    bool oldSeen = false;
+    bool newSeen = false;
+    bool ended = false;
+    for (int steps = 0; !ended; ++steps) {
+      QVERIFY(steps < 1000);
+      root.Write(path, before);
+      ended = KillAfter(StartWriter(root.Path(path), after), steps);
+      const QByteArray left = root.Read(path);
+      QVERIFY2(left == before || left == after, qPrintable(QString::number(steps)));
+      oldSeen = oldSeen || left == before;
+      newSeen = newSeen || (left == after && !ended);
+    }
+    QVERIFY(oldSeen && newSeen);
+    QCOMPARE(root.Read(path), after);
+    QVERIFY(!root.Exists(path + QStringLiteral(".tmp")));
   }
   void aFolderInItsPlaceIsNotReplaced() {
     QVERIFY(QDir().mkpath(root.Path(QStringLiteral("/tmp/d/inside"))));

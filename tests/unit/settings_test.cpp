@@ -1,6 +1,8 @@
 // The settings and their files.
 #include "gui/settings/settings.h"
 
+#include <sys/stat.h>
+
 #include <QSettings>
 #include <QTest>
 #include <cmath>
@@ -83,6 +85,11 @@ constexpr int kNoKey[] = {11, 20, 33, 40, 41, 64, 100, -1};
 
 QVariant InFile(const char* file, const QString& key) {
   return QSettings(root.Path(QLatin1String(file)), QSettings::IniFormat).value(key);
+}
+
+// A damaged file system's idea of a file: who opens it to read waits for ever.
+void MakePipe(const QString& path) {
+  if (mkfifo(QFile::encodeName(root.Path(path)).constData(), 0600) != 0) qFatal("cannot make %s", qPrintable(path));
 }
 
 // A file in which each key has a value of its own.
@@ -240,6 +247,7 @@ private slots:
     QTest::newRow("binary") << QByteArray(5000, '\0');
     QTest::newRow("not ours") << QByteArray("[other]\nkey=5\n");
     QTest::newRow("broken off") << QByteArray("[view\ndispl");
+    QTest::newRow("far too large") << QByteArray("[view]\ndisplay=5\n") + QByteArray(70000, ';');
   }
   void aTornRecordersFileDoesNotWipeTheOwnValues() {
     QFETCH(QByteArray, bytes);
@@ -247,6 +255,29 @@ private slots:
     root.Write(QLatin1String(kFirmware), bytes);
     mSettings.InitSettingConfig();
     AllFieldsFrom(1000);
+  }
+  void aPipeInPlaceOfTheRecordersFileIsNoFile() {
+    WriteDistinct(kOwn, 1000);
+    MakePipe(QLatin1String(kFirmware));
+    mSettings.InitSettingConfig();
+    AllFieldsFrom(1000);
+  }
+  void whatCannotBeTheOwnFileGivesWay_data() {
+    QTest::addColumn<bool>("pipe");
+    QTest::newRow("a pipe") << true;
+    QTest::newRow("far too large") << false;
+  }
+  void whatCannotBeTheOwnFileGivesWay() {
+    QFETCH(bool, pipe);
+    WriteDistinct(kFirmware, 5000);
+    if (pipe)
+      MakePipe(QLatin1String(kOwn));
+    else
+      root.Write(QLatin1String(kOwn), "[more]\nkey=" + QByteArray(70000, 'x') + "\n");
+    mSettings.InitSettingConfig();
+    AllFieldsFrom(5000);
+    QCOMPARE(mSettings.GetSettingConfig(Set_Cfg_Display), 5019);
+    QVERIFY(root.Read(QLatin1String(kOwn)).size() < 5000);
   }
   void aMissingKeyIsZero() {
     root.Write(QLatin1String(kFirmware), "[view]\ndisplay=2\n");
@@ -262,6 +293,7 @@ private slots:
                "[parkingsetting]\nlow_volt_cut_1=nan\nlow_volt_cut_2=inf\nlow_volt_cut_3=-inf\nlow_volt_cut_4=12.4\n"
                "low_volt_cut_5=@Variant(\\0\\0\\0\\x87\\x41\\x46\\x66\\x66)\nlow_volt_cut_6=1e99\n");
     mSettings.InitSettingConfig();
+    QCOMPARE(mSettings.mSetting.display, 0);
     QCOMPARE(mSettings.mSetting.year, 0);
     QCOMPARE(mSettings.mSetting.gmt, -12);
     QCOMPARE(mSettings.mMirroring, 0);
@@ -428,8 +460,8 @@ private slots:
     QCOMPARE(touch.deltaY, double{-24.76789F});
     const QByteArray bytes = root.Read(QStringLiteral("/opt/touch.zel"));
     QCOMPARE(bytes.size(), 48);
-    const double values[] = {touch.alphaX, touch.alphaY, touch.betaX, touch.betaY, touch.deltaX, touch.deltaY};
-    QCOMPARE(bytes, QByteArray(reinterpret_cast<const char*>(values), 48));
+    QCOMPARE(bytes.toHex(), QByteArray("000000607205f1bf000000c01ac2883f0000000000000000000000a08b2ef23f"
+                                       "0000000031397f400000008094c438c0"));
     QCOMPARE(PlatformFake::Get().Shell(), QStringList{"sync"});
     QVERIFY(!root.Exists(QStringLiteral("/opt/touch.zel.tmp")));
   }
@@ -447,6 +479,23 @@ private slots:
     mSettings.mTouchValue.Store({1, 2, 3, 4, 5, 6});
     mSettings.SettingTouchValue(false);
     QCOMPARE(root.Read(QStringLiteral("/opt/touch.zel")).mid(48), QByteArray("more"));
+  }
+  void ofAHugeFileOnlyTheBeginningIsKept() {
+    const double values[] = {1, 2, 3, 4, 5, 6};
+    root.Write(QStringLiteral("/opt/touch.zel"),
+               QByteArray(reinterpret_cast<const char*>(values), sizeof values) + QByteArray(100000, 'x'));
+    mSettings.SettingTouchValue(true);
+    QCOMPARE(mSettings.mTouchValue.Load().deltaY, 6.0);
+    mSettings.SettingTouchValue(false);
+    QCOMPARE(root.Read(QStringLiteral("/opt/touch.zel")).size(), 4096);
+  }
+  void aPipeHoldsNoCalibration() {
+    MakePipe(QStringLiteral("/opt/touch.zel"));
+    MakePipe(QStringLiteral("/opt/touch_tuning.zel"));
+    mSettings.SettingTouchValue(true);
+    mSettings.SettingTouchTuningValue(true);
+    QCOMPARE(mSettings.mTouchValue.Load().deltaX, kFactoryTouchValue.deltaX);
+    QCOMPARE(mSettings.inputX[8], 40);
   }
   void aFileWithoutUsableCoefficientsGivesTheFactorys_data() {
     QTest::addColumn<QByteArray>("bytes");
@@ -504,6 +553,7 @@ private slots:
           QByteArray(reinterpret_cast<const char*>(&x[i]), 4) + QByteArray(reinterpret_cast<const char*>(&y[i]), 4);
     }
     QCOMPARE(root.Read(QStringLiteral("/opt/touch_tuning.zel")), expected);
+    QVERIFY(expected.toHex().startsWith("f0000000a00000002800000023000000"));
     mSettings.inputX[8] = -3;
     mSettings.SettingTouchTuningValue(false);
     mSettings.inputX[8] = 0;
