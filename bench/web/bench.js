@@ -12,7 +12,7 @@ new Controls(connection, find('work'), find('controls'), find('event'));
 new Log(connection, find('log'), find('kinds'), find('pause'));
 new State(connection, find('seen'), find('state'), find('setup'), find('settings'));
 
-const WORDS = {open: 'Connected', wait: 'Connecting', closed: 'The bench does not answer: trying again'};
+const WORDS = {open: 'Connected', closed: 'The bench does not answer: trying again'};
 connection.addEventListener('connection', ({detail}) => {
   find('connection').dataset.state = detail;
   find('connection').textContent = WORDS[detail];

@@ -5,6 +5,7 @@ const LONGEST_WAIT = 5000;  // ms
 
 export class Connection extends EventTarget {
   #socket = null;
+  #state = '';  // what was told last
   #wait = 250;
   #lastId = 0;
   #waiting = new Map();  // id → resolve
@@ -57,5 +58,10 @@ export class Connection extends EventTarget {
     this.#wait = Math.min(this.#wait * 2, LONGEST_WAIT);
   }
 
-  #tell(state) { this.dispatchEvent(new CustomEvent('connection', {detail: state})); }
+  // Each try that fails ends as closed, too: that is no news.
+  #tell(state) {
+    if (state === this.#state) return;
+    this.#state = state;
+    this.dispatchEvent(new CustomEvent('connection', {detail: state}));
+  }
 }
