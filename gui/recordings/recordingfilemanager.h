@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+/// The kind of a recording, from the first three letters of its name.
+enum File_Prefix {
+  FILE_PREFIX_NORMAL = 0,   ///< "rec"
+  FILE_PREFIX_PARKING = 1,  ///< "pmr"
+  FILE_PREFIX_EVENT = 2,    ///< "evt"
+  FILE_PREFIX_NDF = 3,      ///< "ndf": a protected file, made by the driver's key
+};
+
+/// What the recorder noted about a recording.
+enum File_Flag_Type {
+  TYPE_NONE = 0,
+  TYPE_LOW_VOLT = 1,
+  TYPE_TEMP_CUT = 2,
+  TYPE_EVENT = 3,
+  TYPE_MOTION = 4,
+  TYPE_RTC_ERROR = 5,
+};
+
+/// The item lists: kind (all, normal, parking, event, ndf) × 4 + order × 2 + camera (0 front, 1 rear). The ascending
+/// lists run from the newest recording to the oldest, the descending ones from the oldest to the newest.
+enum RecordingFileIndex {
+  ALL_ASCENDING_FRONT = 0,
+  ALL_ASCENDING_REAR,
+  ALL_DECENDING_FRONT,
+  ALL_DECENDING_REAR,
+  NORMAL_ASCENDING_FRONT,
+  NORMAL_ASCENDING_REAR,
+  NORMAL_DECENDING_FRONT,
+  NORMAL_DECENDING_REAR,
+  PARKING_ASCENDING_FRONT,
+  PARKING_ASCENDING_REAR,
+  PARKING_DECENDING_FRONT,
+  PARKING_DECENDING_REAR,
+  EVENT_ASCENDING_FRONT,
+  EVENT_ASCENDING_REAR,
+  EVENT_DECENDING_FRONT,
+  EVENT_DECENDING_REAR,
+  NDF_ASCENDING_FRONT,
+  NDF_ASCENDING_REAR,
+  NDF_DECENDING_FRONT,
+  NDF_DECENDING_REAR,
+  RECORDING_FILE_INDEX_MAX,
+};
+
+/// One row of a list.
+struct FileItem {
+  QString icon;         ///< picture
+  QString fileName;     ///< "2023-01-01 12:34:56"
+  QString filePath;     ///< "/mnt/mmc/rec0_20230101_123456.avi": a path of the camera
+  QString checkBox;     ///< picture; none
+  QString iconBg;       ///< picture of the row's ground
+  QString recStopData;  ///< of a stop marker: when recording went on, "20230101_123500"
+  bool recStopFlag = false;  ///< a marker of a time without recording, no video
+  int recTime = 0;           ///< seconds
+  int fileFlag = 0;          ///< File_Flag_Type
+  int camMode = 0;           ///< 0 front, 1 rear
+};
+
+/// The items belong to the manager; the lists of one recording share its item.
+using FileItemList = QList<const FileItem*>;
+
+/// The catalogue of the recordings on the card. It is built once, by RecFileThread, and not changed afterwards; it is
+/// read on the GUI thread.
+class RecordingFileManager {
+public:
+  RecordingFileManager();
+  ~RecordingFileManager();
+  RecordingFileManager(const RecordingFileManager&) = delete;
+  RecordingFileManager& operator=(const RecordingFileManager&) = delete;
+
+  /// Scans `dirPath`, a path of the camera that ends in a slash. False when it does not exist or holds no file that may
+  /// be a recording; then there are no lists.
+  bool ReadFileList(const QString& dirPath);
+
+  /// List `index` (RecordingFileIndex); null when it is absent, or for another index.
+  const FileItemList* GetFileItem(int index) const;
+};
