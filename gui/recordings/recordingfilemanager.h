@@ -2,6 +2,9 @@
 
 #include <QList>
 #include <QString>
+#include <array>
+#include <memory>
+#include <vector>
 
 /// The kind of a recording, from the first three letters of its name.
 enum File_Prefix {
@@ -47,14 +50,38 @@ enum RecordingFileIndex {
   RECORDING_FILE_INDEX_MAX,
 };
 
+/// One recording or stop marker, as the scan found it.
+struct FilelistEntry {
+  int mode = FILE_PREFIX_NORMAL;  ///< File_Prefix
+  int camMode = 0;                ///< 0 front, 1 rear
+  int key = 0;                    ///< running number
+  int fileFlag = TYPE_NONE;       ///< File_Flag_Type
+  int recordTime = 0;             ///< seconds
+  bool eventFlag = false;
+  bool recStopFlag = false;   ///< a marker of a time without recording, no video
+  bool rtcErrorFlag = false;  ///< recorded while the clock was invalid
+  QString date;               ///< start, "20230101_123456"
+  QString fileName;           ///< "/mnt/mmc/rec0_20230101_123456.avi": a path of the camera
+  QString filePath;           ///< empty
+  QString recStopData;        ///< of a stop marker: its end, "20230101_123500"
+};
+using FilelistEntryList = QList<FilelistEntry>;
+
+/// A time without recording. Its texts are as the card has them; meant are "20230101_123456".
+struct RecStopInfo {
+  QString startTime;
+  QString endTime;  ///< may be empty
+};
+using RecStopInfoList = QList<RecStopInfo>;
+
 /// One row of a list.
 struct FileItem {
-  QString icon;         ///< picture
-  QString fileName;     ///< "2023-01-01 12:34:56"
-  QString filePath;     ///< "/mnt/mmc/rec0_20230101_123456.avi": a path of the camera
-  QString checkBox;     ///< picture; none
-  QString iconBg;       ///< picture of the row's ground
-  QString recStopData;  ///< of a stop marker: when recording went on, "20230101_123500"
+  QString icon;              ///< picture
+  QString fileName;          ///< "2023-01-01 12:34:56"
+  QString filePath;          ///< "/mnt/mmc/rec0_20230101_123456.avi": a path of the camera
+  QString checkBox;          ///< picture; none
+  QString iconBg;            ///< picture of the row's ground
+  QString recStopData;       ///< of a stop marker: when recording went on, "20230101_123500"
   bool recStopFlag = false;  ///< a marker of a time without recording, no video
   int recTime = 0;           ///< seconds
   int fileFlag = 0;          ///< File_Flag_Type
@@ -79,4 +106,46 @@ public:
 
   /// List `index` (RecordingFileIndex); null when it is absent, or for another index.
   const FileItemList* GetFileItem(int index) const;
+
+  /// The list that is shown, one of this manager's, or null.
+  const FileItemList* GetCurItem() const { return mCurItem; }
+  void SetCurItem(const FileItemList* list) { mCurItem = list; }
+
+  // The steps of the scan.
+
+  /// Adds the recording of this name, read from the card. False when the name is not one of a recording.
+  bool AddFileList(const QString& name);
+  /// A new entry with the next key. `mode` is a File_Prefix, `camMode` 0 or 1, `date` goes into the path as it is. A
+  /// video's file is read.
+  FilelistEntry NewFileListEntry(int mode, bool eventFlag, int camMode, const QString& date, bool recStopFlag,
+                                 bool rtcErrorFlag);
+  /// Sets flag and duration from the file, which is opened for writing, too, and not written. False when the file
+  /// cannot be opened, is empty or no whole AVI header.
+  static bool GetFileData(FilelistEntry* entry);
+  /// Reads the text of a stop marker's own file, at most 4 KiB. False when it cannot be read. The scan does not use it.
+  static bool GetRecStopFileData(FilelistEntry* entry);
+  /// A new empty list of stop records.
+  void CreateRecStopInfoList();
+  /// Appends the stop records of the file `path` of the camera: at most 10,000 lines; lines above 4 KiB and those
+  /// without a word are left out. False when the list is null or the file cannot be read.
+  static bool GetRecordStopFileInfo(const QString& path, RecStopInfoList* list);
+  /// Puts a marker for each stop record in front of the first entry that is later. False when a list is null.
+  static bool SortingFileList(const RecStopInfoList* stopList, FilelistEntryList* entries);
+  /// Fills the item lists from the entries; leaves them as they are when there is none.
+  void AddFileItem(bool);
+
+private:
+  friend class RecordingFileManagerTest;
+
+  void InitData();
+  void CreateFileListEntry();
+  void AllRemoveFileList();
+
+  std::unique_ptr<FilelistEntryList> mFileListEntry;
+  std::array<std::unique_ptr<FileItemList>, RECORDING_FILE_INDEX_MAX> mFileItem;  // by RecordingFileIndex
+  const FileItemList* mCurItem;                                                   // not owned
+  std::unique_ptr<RecStopInfoList> mRecStopInfoList;
+  int mKey;
+
+  std::vector<FileItem> mItems;  // what the lists point to
 };

@@ -1,0 +1,371 @@
+#include "gui/recordings/recordingfilemanager.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QStringBuilder>
+#include <QtDebug>
+#include <algorithm>
+#include <cerrno>
+#include <optional>
+
+#include "gui/base/devicepath.h"
+#include "gui/recordings/aviheader.h"
+
+namespace {
+constexpr int kNameLength = 24;  // "rec0_20230101_123456.avi", and "p.zel" of a stop marker is one more
+constexpr int kLongNameLength = 25;
+constexpr QLatin1String kPrefixes[] = {QLatin1String("rec"), QLatin1String("pmr"), QLatin1String("evt"),
+                                       QLatin1String("ndf")};  // by File_Prefix
+constexpr QLatin1String kMarkerExtension("zel");
+
+constexpr int kTrailerBytes = 4;
+constexpr char kFlagsFollow = '^';
+
+constexpr int kMostStopLines = 10000;
+constexpr int kMostLineBytes = 4096;
+
+constexpr int kAnyFlag = -1;
+struct IconRow {
+  int mode;
+  int flag;
+  QLatin1String icon;
+};
+constexpr QLatin1String kStopIcon("filelist/rec_file_stop_normal.bmp");
+constexpr QLatin1String kRowBg("filelist/list_item_bg_normal.bmp");
+// The first row that fits.
+constexpr IconRow kIcons[] = {
+    {FILE_PREFIX_NORMAL, TYPE_RTC_ERROR, QLatin1String("filelist/normal_file_time_error_normal.bmp")},
+    {FILE_PREFIX_NORMAL, kAnyFlag, QLatin1String("filelist/normal_file_normal.bmp")},
+    {FILE_PREFIX_PARKING, TYPE_RTC_ERROR, QLatin1String("filelist/parking_file_time_error_normal.bmp")},
+    {FILE_PREFIX_PARKING, TYPE_LOW_VOLT, QLatin1String("filelist/parking_file_lowvoltage_normal.bmp")},
+    {FILE_PREFIX_PARKING, TYPE_TEMP_CUT, QLatin1String("filelist/parking_file_temp_intercept_normal.bmp")},
+    {FILE_PREFIX_PARKING, TYPE_EVENT, QLatin1String("filelist/parking_file_event_normal.bmp")},
+    {FILE_PREFIX_PARKING, TYPE_MOTION, QLatin1String("filelist/parking_file_move_normal.bmp")},
+    {FILE_PREFIX_PARKING, kAnyFlag, QLatin1String("filelist/parking_file_normal.bmp")},
+    {FILE_PREFIX_EVENT, TYPE_RTC_ERROR, QLatin1String("filelist/event_file_time_error_normal.bmp")},
+    {FILE_PREFIX_EVENT, TYPE_LOW_VOLT, QLatin1String("filelist/event_file_lowvoltage_normal.bmp")},
+    {FILE_PREFIX_EVENT, kAnyFlag, QLatin1String("filelist/event_file_normal.bmp")},
+    {FILE_PREFIX_NDF, kAnyFlag, QLatin1String("filelist/ndf_file_normal.bmp")},
+};
+
+struct FoundFile {
+  QString name;
+  qint64 modified;  // ms since 1970
+};
+
+// "rec*", "pmr*", "evt*", "ndf*" and "*p.zel", in any case, not hidden.
+bool MayBeRecording(QByteArrayView name) {
+  for (const QLatin1String prefix : kPrefixes)
+    if (qstrnicmp(name.data(), prefix.data(), size_t(prefix.size())) == 0) return true;
+  return name.size() >= 5 && name.front() != '.' && qstricmp(name.last(5).data(), "p.zel") == 0;
+}
+
+// The files that may be recordings, the oldest first; of the same time the last name first. Nothing without a folder.
+std::optional<std::vector<FoundFile>> FindFiles(const QString& folderPath) {
+  DIR* folder = opendir(QFile::encodeName(DevicePath(folderPath)).constData());
+  if (folder == nullptr) return {};
+  std::vector<FoundFile> files;
+  while (const dirent* entry = readdir(folder)) {
+    const QByteArrayView name(entry->d_name);
+    struct stat status {};
+    if (!MayBeRecording(name) || fstatat(dirfd(folder), entry->d_name, &status, 0) != 0 || !S_ISREG(status.st_mode))
+      continue;
+    files.push_back({QString::fromUtf8(name), qint64{status.st_mtim.tv_sec} * 1000 + status.st_mtim.tv_nsec / 1000000});
+  }
+  closedir(folder);
+  std::sort(files.begin(), files.end(), [](const FoundFile& a, const FoundFile& b) {
+    return a.modified != b.modified ? a.modified < b.modified : a.name > b.name;
+  });
+  return files;
+}
+
+// The parts of a text between separators, without the empty ones.
+template <std::size_t kMost>
+struct Parts {
+  Parts(QStringView text, QChar separator) {
+    for (const QStringView part : qTokenize(text, separator, Qt::SkipEmptyParts)) {
+      if (count < kMost) parts[count] = part;
+      ++count;
+    }
+  }
+  QStringView operator[](std::size_t i) const { return parts[i]; }  // i < kMost; empty when there is none
+
+  std::array<QStringView, kMost> parts;
+  std::size_t count = 0;  // of all, also beyond kMost
+};
+
+QString MarkerPath(int mode, int camMode, QStringView date) {
+  return QLatin1String(device::kCard) % kPrefixes[mode] % QChar(u'0' + camMode) % u'_' % date % QLatin1String("p.zel");
+}
+
+QString VideoPath(int mode, int camMode, QStringView date, bool rtcErrorFlag) {
+  return QLatin1String(device::kCard) % kPrefixes[mode] % QChar(u'0' + camMode) % u'_' % date %
+         QLatin1String(rtcErrorFlag ? "_.avi" : ".avi");
+}
+
+// The recorder's note at the end of a recording: a marker byte behind two bytes of flags, at one of two places.
+int FlagOf(const char* trailer) {
+  const char* flags = trailer[2] == kFlagsFollow ? trailer : trailer[3] == kFlagsFollow ? trailer + 1 : nullptr;
+  if (flags == nullptr) return TYPE_NONE;
+  if (flags[1] == TYPE_LOW_VOLT || flags[1] == TYPE_TEMP_CUT) return flags[1];
+  return flags[0] == 1 ? TYPE_EVENT : flags[0] == 2 ? TYPE_MOTION : TYPE_NONE;
+}
+
+// "2023-01-01 12:34:56" of "20230101_123456".
+QString DisplayText(const QString& date) {
+  const QStringList parts = date.split(u'_');
+  QString day = parts.value(0), time = parts.value(1);
+  for (const int at : {4, 7}) day.insert(at, u'-');
+  for (const int at : {2, 5}) time.insert(at, u':');
+  return day % u' ' % time;
+}
+}  // namespace
+
+RecordingFileManager::RecordingFileManager() {
+  InitData();
+  CreateFileListEntry();
+}
+
+RecordingFileManager::~RecordingFileManager() {
+  AllRemoveFileList();
+}
+
+void RecordingFileManager::InitData() {
+  AllRemoveFileList();
+  mKey = -1;
+}
+
+void RecordingFileManager::CreateFileListEntry() {
+  mFileListEntry = std::make_unique<FilelistEntryList>();
+}
+
+void RecordingFileManager::AllRemoveFileList() {
+  mFileListEntry.reset();
+  mFileItem = {};
+  mRecStopInfoList.reset();
+  mCurItem = nullptr;
+}
+
+const FileItemList* RecordingFileManager::GetFileItem(int index) const {
+  return index >= 0 && index < RECORDING_FILE_INDEX_MAX ? mFileItem[std::size_t(index)].get() : nullptr;
+}
+
+bool RecordingFileManager::ReadFileList(const QString& dirPath) {
+  const auto files = FindFiles(dirPath);
+  if (!files) return false;
+  qDebug("file number = %d", int(files->size()));
+  if (files->empty()) return false;
+  mFileListEntry->reserve(qsizetype(files->size()));
+  int rejected = 0;
+  for (const FoundFile& file : *files)
+    if (!AddFileList(file.name)) ++rejected;
+  qDebug("invalid num = %d", rejected);
+
+  CreateRecStopInfoList();
+  GetRecordStopFileInfo(QLatin1String(device::kRecordStops), mRecStopInfoList.get());
+  SortingFileList(mRecStopInfoList.get(), mFileListEntry.get());
+  AddFileItem(false);
+  return true;
+}
+
+bool RecordingFileManager::AddFileList(const QString& name) {
+  if (name.size() != kNameLength && name.size() != kLongNameLength) return false;
+  if (name[3] != u'0' && name[3] != u'1') return false;
+  const Parts<2> dotted(name, u'.');
+  if (dotted.count < 2) return false;
+  const Parts<3> parts(dotted[0], u'_');
+  if (parts.count != 3 && parts.count != 4) return false;
+  const bool isMarker = dotted[1] == kMarkerExtension;
+  const QStringView word = parts[0];
+  const QStringView time = isMarker ? parts[2].chopped(1) : parts[2];
+  const QString date = parts[1] % u'_' % time;
+  if (word.size() != 4) return false;
+  const auto prefix = std::find(std::begin(kPrefixes), std::end(kPrefixes), word.first(3));
+  if (prefix == std::end(kPrefixes)) return false;
+
+  FilelistEntry entry = NewFileListEntry(int(prefix - kPrefixes), false, word[3] == u'0' ? 0 : 1, date, isMarker,
+                                         !isMarker && name.size() == kLongNameLength);
+  // Markers come from the recorder's list alone: one that has a file of its own has no end.
+  if (isMarker && entry.recStopData.isEmpty()) {
+    qDebug("recStop error");
+    return false;
+  }
+  mFileListEntry->append(std::move(entry));
+  return true;
+}
+
+FilelistEntry RecordingFileManager::NewFileListEntry(int mode, bool eventFlag, int camMode, const QString& date,
+                                                     bool recStopFlag, bool rtcErrorFlag) {
+  FilelistEntry entry;
+  entry.mode = mode;
+  entry.camMode = camMode;
+  entry.key = mKey++;
+  entry.fileFlag = rtcErrorFlag ? TYPE_RTC_ERROR : TYPE_NONE;
+  entry.eventFlag = eventFlag;
+  entry.recStopFlag = recStopFlag;
+  entry.rtcErrorFlag = rtcErrorFlag;
+  entry.date = date;
+  entry.fileName = recStopFlag ? MarkerPath(mode, camMode, date) : VideoPath(mode, camMode, date, rtcErrorFlag);
+  if (!recStopFlag) GetFileData(&entry);
+  return entry;
+}
+
+bool RecordingFileManager::GetFileData(FilelistEntry* entry) {
+  // What is no file must not block.
+  const int file =
+      open(QFile::encodeName(DevicePath(entry->fileName)).constData(), O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (file < 0) {
+    if (errno != ENOENT && errno != ELOOP) entry->fileFlag = TYPE_NONE;
+    return false;
+  }
+  const off_t size = lseek(file, 0, SEEK_END);
+  std::optional<int> seconds;
+  if (size > 0) {
+    char trailer[kTrailerBytes];
+    const bool isRead =
+        size >= kTrailerBytes && pread(file, trailer, sizeof trailer, size - kTrailerBytes) == kTrailerBytes;
+    entry->fileFlag = entry->rtcErrorFlag ? int{TYPE_RTC_ERROR} : isRead ? FlagOf(trailer) : int{TYPE_NONE};
+    seconds = ReadAviSeconds(file);
+    entry->recordTime = seconds.value_or(0);
+  } else {
+    entry->fileFlag = TYPE_NONE;
+  }
+  close(file);
+  return seconds.has_value();
+}
+
+bool RecordingFileManager::GetRecStopFileData(FilelistEntry* entry) {
+  const QString path = DevicePath(entry->fileName);
+  QFile file(path);
+  if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text)) return false;
+  entry->recStopData = QString::fromUtf8(file.read(kMostLineBytes));
+  if (entry->recStopData.isEmpty()) qDebug("entry->recStopData is empty");
+  return true;
+}
+
+void RecordingFileManager::CreateRecStopInfoList() {
+  mRecStopInfoList = std::make_unique<RecStopInfoList>();
+}
+
+bool RecordingFileManager::GetRecordStopFileInfo(const QString& path, RecStopInfoList* list) {
+  const QString ours = DevicePath(path);
+  QFile file(ours);
+  if (list == nullptr || !QFileInfo(ours).isFile() || !file.open(QIODevice::ReadOnly)) return false;
+  bool isStart = true;  // of a line; else the rest of a long one
+  for (int i = 0; i < kMostStopLines && !file.atEnd(); ++i) {
+    const QByteArray line = file.readLine(kMostLineBytes + 2);
+    const bool isEnd = line.endsWith('\n') || file.atEnd();
+    if (isStart && isEnd) {
+      QString text = QString::fromUtf8(line);
+      while (text.endsWith(u'\n') || text.endsWith(u'\r')) text.chop(1);
+      const Parts<2> parts(text, u' ');
+      if (parts.count > 0) list->append({parts[0].toString(), parts[1].toString()});
+    }
+    isStart = isEnd;
+  }
+  return true;
+}
+
+// One record after the other, each in front of the first entry that is later than it, those of the records before
+// included: so a record's gap is that before the first file later than it, and in a gap they stand by their time, those
+// of the same time as the records came.
+bool RecordingFileManager::SortingFileList(const RecStopInfoList* stopList, FilelistEntryList* entries) {
+  if (stopList == nullptr || entries == nullptr) return false;
+  if (stopList->isEmpty()) return true;
+
+  // The files that are later than all before them: the first file later than a record is one of them.
+  std::vector<qsizetype> latest;
+  for (qsizetype i = 0; i < entries->size(); ++i)
+    if (latest.empty() || entries->at(i).date > entries->at(latest.back()).date) latest.push_back(i);
+
+  std::vector<const RecStopInfo*> sorted;
+  sorted.reserve(std::size_t(stopList->size()));
+  for (const RecStopInfo& record : *stopList) {
+    const auto place =
+        std::upper_bound(sorted.begin(), sorted.end(), record.startTime,
+                         [](const QString& start, const RecStopInfo* other) { return start < other->startTime; });
+    const auto later = std::upper_bound(latest.begin(), latest.end(), record.startTime,
+                                        [&](const QString& start, qsizetype i) { return start < entries->at(i).date; });
+    const qsizetype files = later == latest.end() ? entries->size() : *later;
+    qDebug("p = %d", int(files + (place - sorted.begin())));
+    sorted.insert(place, &record);
+  }
+
+  FilelistEntryList merged;
+  merged.reserve(entries->size() + stopList->size());
+  auto next = sorted.cbegin();
+  const auto addMarker = [&] {
+    FilelistEntry marker;
+    marker.recStopFlag = true;
+    marker.date = (*next)->startTime;
+    marker.recStopData = (*next)->endTime;
+    marker.fileName = MarkerPath(FILE_PREFIX_NORMAL, 0, marker.date);
+    merged.append(std::move(marker));
+    ++next;
+  };
+  for (FilelistEntry& entry : *entries) {
+    while (next != sorted.cend() && (*next)->startTime < entry.date) addMarker();
+    merged.append(std::move(entry));
+  }
+  while (next != sorted.cend()) addMarker();
+  entries->swap(merged);
+  return true;
+}
+
+void RecordingFileManager::AddFileItem(bool) {
+  if (mFileListEntry->isEmpty()) return;
+  for (auto& list : mFileItem)
+    if (list == nullptr)
+      list = std::make_unique<FileItemList>();
+    else
+      list->clear();
+
+  // The texts are shared by all items.
+  const QString stopIcon = kStopIcon, bg = kRowBg;
+  std::array<QString, std::size(kIcons)> icons;
+  std::transform(std::begin(kIcons), std::end(kIcons), icons.begin(), [](const IconRow& row) { return row.icon; });
+  const auto iconOf = [&](const FilelistEntry& entry) {
+    if (entry.recStopFlag) return stopIcon;
+    const auto row = std::find_if(std::begin(kIcons), std::end(kIcons), [&entry](const IconRow& icon) {
+      return icon.mode == entry.mode && (icon.flag == kAnyFlag || icon.flag == entry.fileFlag);
+    });
+    return icons[std::size_t(row - kIcons)];
+  };
+
+  mItems.clear();
+  mItems.reserve(std::size_t(mFileListEntry->size()));
+  for (const FilelistEntry& entry : *mFileListEntry) {
+    FileItem item;
+    item.icon = iconOf(entry);
+    item.fileName = DisplayText(entry.date);
+    item.filePath = entry.fileName;
+    item.iconBg = bg;
+    item.recStopData = entry.recStopData;
+    item.recStopFlag = entry.recStopFlag;
+    item.recTime = entry.recordTime;
+    item.fileFlag = entry.fileFlag;
+    item.camMode = entry.camMode;
+    mItems.push_back(std::move(item));
+  }
+
+  // The lists of a recording: those of all kinds and of its own; a marker is in all lists of all kinds.
+  constexpr int kOrder = 2, kKind = 4;
+  const auto distribute = [this](std::size_t i, int order) {
+    const FilelistEntry& entry = mFileListEntry->at(qsizetype(i));
+    const auto add = [&](int kind, int camera) {
+      mFileItem[std::size_t(kind * kKind + order * kOrder + camera)]->append(&mItems[i]);
+    };
+    add(0, entry.camMode);
+    if (entry.recStopFlag)
+      add(0, 1 - entry.camMode);
+    else
+      add(1 + entry.mode, entry.camMode);
+  };
+  for (std::size_t i = 0; i < mItems.size(); ++i) distribute(i, 1);
+  for (std::size_t i = mItems.size(); i-- > 0;) distribute(i, 0);
+}
