@@ -21,6 +21,7 @@
 #include "gui/screen/widgetmanager.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
+#include "tests/fake/cardfake.h"
 #include "tests/fake/platformfake.h"
 #include "tests/fake/testroot.h"
 
@@ -67,11 +68,62 @@ struct State {
   std::function<void(MainWindow&)> enter;
 };
 
+// A card with a recording of every kind and flag on its first pages.
+void FillCard() {
+  card::Clear(root);
+  const QByteArray flags[] = {{"\0\0\0\0", 4}, {"\1\0^\0", 4}, {"\2\0^\0", 4}, {"\0\1^\0", 4}, {"\0\2^\0", 4}};
+  QDateTime at = Noon().addDays(-1);
+  const auto put = [&at](const char* prefix, const QByteArray& trailer, bool clockWrong) {
+    at = at.addSecs(61);
+    const QString name = at.toString(QStringLiteral("yyyyMMdd_HHmmss")) + QLatin1String(clockWrong ? "_.avi" : ".avi");
+    for (const char* camera : {"0_", "1_"})
+      card::Put(root, QLatin1String(prefix) + QLatin1String(camera) + name, at.toSecsSinceEpoch(),
+                card::Avi(60, 1, trailer));
+  };
+  for (int i = 0; i < 120; ++i) put(i % 9 == 0 ? "evt" : "rec", flags[0], false);
+  for (const char* prefix : {"pmr", "evt", "rec"})
+    for (const QByteArray& flag : flags) put(prefix, flag, false);
+  root.Write(QStringLiteral("/mnt/mmc/Setup/record_stop.info"),
+             (at.toString(QStringLiteral("yyyyMMdd_HHmmss")) + u' ' +
+              at.addSecs(1800).toString(QStringLiteral("yyyyMMdd_HHmmss")) + u'\n')
+                 .toLatin1());
+  at = at.addSecs(1800);
+  for (const char* prefix : {"pmr", "evt", "rec"}) put(prefix, flags[0], true);
+  put("ndf", flags[0], false);
+}
+
 void Event(MainWindow& window, RECV_ZEL_STATUS_EVENT event, int value) {
   window.recvEvent(event, value);
 }
 void Tap(MainWindow& window, int x, int y) {
   window.touchEvent(TOUCH_PRESS, x, y);
+}
+
+void OpenMenu(MainWindow& window) {
+  Tap(window, 265, 33);
+}
+
+// From the preview, as a driver does it.
+void OpenList(MainWindow& window) {
+  OpenMenu(window);
+  Tap(window, 80, 125);
+  Tap(window, 140, 236);
+}
+
+void OpenFullList(MainWindow& window) {
+  FillCard();
+  OpenList(window);
+}
+
+// One of the newest recordings, half a minute in.
+void OpenPlayer(MainWindow& window) {
+  OpenFullList(window);
+  Tap(window, 200, 86);
+  Event(window, RECV_ZEL_STATUS_PLAY_CUR, 23000);
+}
+
+void Open(MainWindow& window, WidgetId id) {
+  window.StartWidget(id, nullptr);
 }
 
 const State kStates[] = {
@@ -117,6 +169,106 @@ const State kStates[] = {
        Event(w, RECV_ZEL_STATUS_GPS_CONNECT, 2);
        w.StartWidget(SCREENSAVER, nullptr);
      }},
+    {MAINMENU, "main-menu", "The menu, twelve days after the card was formatted",
+     [](MainWindow& w) {
+       root.Write(QStringLiteral("/mnt/mmc/Setup/.format_time"), QByteArray());
+       gClock = [] { return QDateTime::currentDateTime().addDays(12); };
+       OpenMenu(w);
+       gClock = Noon;
+     }},
+    {MAINMENU, "main-menu-list", "The question before recording is stopped",
+     [](MainWindow& w) {
+       OpenMenu(w);
+       Tap(w, 80, 125);
+     }},
+    {MAINMENU2, "main-menu-2", "The second menu; no voltage compensation", [](MainWindow& w) { Open(w, MAINMENU2); }},
+    {MAINMENU2, "main-menu-2-voltage", "Voltage compensation is offered",
+     [](MainWindow& w) {
+       gNeedVolCom = true;
+       Open(w, MAINMENU2);
+     }},
+    {MAINMENU2, "main-menu-2-motion", "Which camera's areas",
+     [](MainWindow& w) {
+       Open(w, MAINMENU2);
+       Tap(w, 240, 255);
+     }},
+    {BLACKBOXMANAGEMENT, "device-menu", "The device menu", [](MainWindow& w) { Open(w, BLACKBOXMANAGEMENT); }},
+    {BLACKBOXMANAGEMENT, "device-menu-reset", "A reset that would need a format of the card",
+     [](MainWindow& w) {
+       Open(w, BLACKBOXMANAGEMENT);
+       gEnvirnmentSettings.mOldSetting.resolution = 1;
+       Tap(w, 400, 255);
+       Tap(w, 140, 236);
+     }},
+    {SDMANAGEMENT, "card-menu", "The card menu", [](MainWindow& w) { Open(w, SDMANAGEMENT); }},
+    {SDMANAGEMENT, "card-menu-check", "The card is being checked",
+     [](MainWindow& w) {
+       Open(w, SDMANAGEMENT);
+       Tap(w, 240, 125);
+       Tap(w, 140, 236);
+       Event(w, RECV_ZEL_STATUS_VOICE_PLAY_END, 0);
+     }},
+    {SDMANAGEMENT, "card-menu-fault", "The check has found a fault",
+     [](MainWindow& w) {
+       Open(w, SDMANAGEMENT);
+       Event(w, RECV_ZEL_STATUS_SD_CHECK, 5);
+     }},
+    {RECORDINGLIST, "recordings", "All recordings of the front camera, the newest first", OpenFullList},
+    {RECORDINGLIST, "recordings-flags", "The next page: how parkings and clock errors look",
+     [](MainWindow& w) {
+       OpenFullList(w);
+       Tap(w, 440, 242);
+     }},
+    {RECORDINGLIST, "recordings-parking-rear", "Parking recordings of the rear camera, the oldest first",
+     [](MainWindow& w) {
+       OpenFullList(w);
+       Tap(w, 150, 30);
+       Tap(w, 150, 30);
+       Tap(w, 265, 30);
+       Tap(w, 355, 30);
+     }},
+    {RECORDINGLIST, "recordings-middle", "Events in the middle of the list",
+     [](MainWindow& w) {
+       OpenFullList(w);
+       for (int i = 0; i < 5; ++i) Tap(w, 440, 295);
+     }},
+    {RECORDINGLIST, "recordings-end", "The last page",
+     [](MainWindow& w) {
+       OpenFullList(w);
+       for (int i = 0; i < 20; ++i) Tap(w, 440, 295);
+     }},
+    {RECORDINGLIST, "recordings-empty", "A card without recordings",
+     [](MainWindow& w) {
+       card::Clear(root);
+       OpenList(w);
+     }},
+    {PLAYER, "player", "A recording is played", OpenPlayer},
+    {PLAYER, "player-paused", "Paused",
+     [](MainWindow& w) {
+       OpenPlayer(w);
+       Tap(w, 200, 291);
+     }},
+    {PLAYER, "player-rear", "The rear camera's recording of the same minute",
+     [](MainWindow& w) {
+       OpenPlayer(w);
+       Tap(w, 440, 291);
+     }},
+    {PLAYER, "player-hidden", "The controls are hidden",
+     [](MainWindow& w) {
+       OpenPlayer(w);
+       Tap(w, 240, 150);
+     }},
+    {PLAYER, "player-next", "The end of the recording: the next one?",
+     [](MainWindow& w) {
+       OpenPlayer(w);
+       Tap(w, 40, 291);
+       Event(w, RECV_ZEL_STATUS_PLAY_STATUS, 4);
+     }},
+    {PLAYER, "player-fails", "A recording that cannot be played",
+     [](MainWindow& w) {
+       OpenPlayer(w);
+       Event(w, RECV_ZEL_STATUS_PLAY_STATUS, 3);
+     }},
 };
 
 /// The camera as after a plain start, on the live preview.
@@ -133,6 +285,7 @@ public:
     gEnvirnmentSettings.mMovingPip = 0;
     gIsConnectGps = 0;
     gCountOfCamera = 2;
+    gNeedVolCom = false;
     mWindow.show();
   }
 

@@ -14,8 +14,10 @@
 #include "gui/base/globals.h"
 #include "gui/base/shell.h"
 #include "gui/firmware/msgthread.h"
+#include "gui/recordings/recordingfilemanager.h"
 #include "gui/screen/basewidget.h"
 #include "gui/screen/diagnostics.h"
+#include "gui/screen/messagebox.h"
 #include "gui/screen/widgetmanager.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
@@ -155,6 +157,10 @@ void MainWindow::SendEvent(Send_Event event, int value, QString text, int* out) 
 
 void MainWindow::SendEvent(Send_Event event, int value, QString text, float* out) {
   mMsgThread->sendEvent(event, value, text, nullptr, out);
+}
+
+void MainWindow::SetRecordingFileManager(std::unique_ptr<RecordingFileManager> manager) {
+  mRecFileManager = std::move(manager);
 }
 
 bool MainWindow::GetTouchReleaseFlag() const {
@@ -336,15 +342,15 @@ void MainWindow::touchEvent(int type, int x, int y) {
 bool MainWindow::AnswerFormatQuestion(BaseWidget* screen, int x, int y) {
   if (mStartSDFormat) return true;  // answered; the format starts when the voice prompt ends
   if (gNeedFormatFlag == 0 || !screen->GetShowMessageBoxFlag()) return false;
-  if (y < 214 || y > 259) return true;
-  if (x >= 56 && x <= 229) {
+  const MessageBox::Button button = MessageBox::ButtonAt(x, y);
+  if (button == MessageBox::Button::Left) {
     screen->DelMessageBox();
     mStartSDFormat = true;
     screen->PaintMessageBox(VIDEO_REC_STOP, false, 0, 0);
     gEventGate.ProcessEvents();
     SetEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, kVoiceMs);
     SendEvent(SEND_VIDEO_REC_STOP, kStop, QString());
-  } else if (x >= 251 && x <= 424) {
+  } else if (button == MessageBox::Button::Right) {
     gNeedFormatFlag = 0;
     screen->DelMessageBox();
   }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "gui/base/relaxed.h"
 #include "gui/screen/screenhost.h"
 
@@ -51,8 +53,8 @@ public:
   int GetNeedTouchComBeforeSDFormat() const override { return mNeedTouchCompBeforeSDFormat; }
   void SetNeedTouchComBeforeSDFormat(int state) override { mNeedTouchCompBeforeSDFormat = state; }
   bool GetTouchReleaseFlag() const override;
-  RecordingFileManager* GetRecordingFileManager() const { return mRecFileManager; }
-  void SetRecordingFileManager(RecordingFileManager* manager) { mRecFileManager = manager; }
+  RecordingFileManager* GetRecordingFileManager() const override { return mRecFileManager.get(); }
+  void SetRecordingFileManager(std::unique_ptr<RecordingFileManager> manager) override;
   TouchThread* GetTouchThread() const { return mTouchThread; }
 
   void SetEvent(int eventId, int ms);  ///< the follow-up of one event; replaces the one that is pending
@@ -121,7 +123,7 @@ private:
   bool mIsDetectRecording = false;
   bool mStartSDFormat = false;
   int mNeedTouchCompBeforeSDFormat = 0;
-  RecordingFileManager* mRecFileManager = nullptr;
+  std::unique_ptr<RecordingFileManager> mRecFileManager;
   TouchThread* mTouchThread = nullptr;
   MsgThread* mMsgThread = nullptr;
 };

@@ -8,6 +8,14 @@
 #include "gui/live/screensaver.h"
 #include "gui/parking/pfileinfo.h"
 #include "gui/parking/pfilesimplegraph.h"
+#include "gui/recordings/player.h"
+#include "gui/recordings/playfileinfo.h"
+#include "gui/recordings/recordingfilelist.h"
+#include "gui/setup/blackboxmanagement.h"
+#include "gui/setup/mainmenu.h"
+#include "gui/setup/mainmenu2.h"
+#include "gui/setup/sdmanagement.h"
+#include "gui/touch/touchthread.h"
 
 namespace {
 BaseWidget* MakePreview(MainWindow* window, QObject*) {
@@ -22,14 +30,33 @@ BaseWidget* MakeParkingReport(MainWindow* window, QObject* arg) {
   return report ? new PFileSimpleGraph(window, report) : nullptr;
 }
 
-BaseWidget* MakeScreenSaver(MainWindow* window, QObject*) {
-  return new ScreenSaver(window);
+BaseWidget* MakeRecordingList(MainWindow* window, QObject*) {
+  auto* list = new RecordingFileList(window);
+  QObject::connect(window->GetTouchThread(), &TouchThread::sendReleaseEvent, list,
+                   &RecordingFileList::touchReleaseEvent);
+  return list;
+}
+
+BaseWidget* MakePlayer(MainWindow* window, QObject* arg) {
+  auto* what = qobject_cast<PlayFileInfo*>(arg);
+  return what ? new Player(window, what) : nullptr;
+}
+
+template <class Screen>
+BaseWidget* Make(MainWindow* window, QObject*) {
+  return new Screen(window);
 }
 
 constexpr ScreenRow kScreens[] = {
     {PREVIEW, "PreviewLayout", MakePreview},
     {PFILEGRAPH, "PFileSimpleGraph", MakeParkingReport},
-    {SCREENSAVER, "ScreenSaver", MakeScreenSaver},
+    {SCREENSAVER, "ScreenSaver", Make<ScreenSaver>},
+    {MAINMENU, "MainMenu", Make<MainMenu>},
+    {MAINMENU2, "MainMenu2", Make<MainMenu2>},
+    {BLACKBOXMANAGEMENT, "BlackboxManagement", Make<BlackboxManagement>},
+    {SDMANAGEMENT, "SdManagement", Make<SdManagement>},
+    {RECORDINGLIST, "RecordingFileList", MakeRecordingList},
+    {PLAYER, "Player", MakePlayer},
 };
 }  // namespace
 

@@ -26,6 +26,7 @@ inline constexpr char kUpdateMarker[] = "/tmp/update.zel";
 inline constexpr char kUpdateMarker2[] = "/tmp/update.zel2";
 inline constexpr char kManualEventMarker[] = "/tmp/ndf";
 inline constexpr char kParkingReport[] = "/tmp/.info.bin";
+inline constexpr char kFormatTime[] = "/mnt/mmc/Setup/.format_time";
 inline constexpr char kCustomPictureOnCard[] = "/mnt/mmc/Setup/picture.bmp";
 inline constexpr char kCustomPicture[] = "/tmp/picture.bmp";
 }  // namespace device

@@ -21,3 +21,5 @@ Relaxed<bool> gIsSdError = false;
 
 int gSysInit = 0;
 std::array<std::uint32_t, 13> gContext{};
+
+QDateTime (*gClock)() = QDateTime::currentDateTime;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <array>
 #include <cstdint>
 
@@ -29,3 +30,6 @@ extern Relaxed<bool> gIsSdError;    ///< hardware error 8: the card must be exch
 
 extern int gSysInit;                            ///< 1 when stream and overlay are ready
 extern std::array<std::uint32_t, 13> gContext;  ///< the platform's context words, zero
+
+/// Where the screens take the time from; a test puts its own here. GUI thread.
+extern QDateTime (*gClock)();

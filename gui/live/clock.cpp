@@ -1,6 +1,6 @@
 #include "gui/live/clock.h"
 
-QDateTime (*gClock)() = QDateTime::currentDateTime;
+#include "gui/base/globals.h"
 
 Date_Config ReadClock() {
   const QDateTime now = gClock();

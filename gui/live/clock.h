@@ -1,16 +1,11 @@
 #pragma once
 
-#include <QDateTime>
-
 #include "gui/settings/config.h"
 
 /// The clock rules of the live screens. Hours of Date_Config are 0..23 in 24-hour form; in 12-hour form 1..12 with Apm.
 
 /// Half of the day, Date_Config::Apm.
 enum { AM = 0, PM = 1 };
-
-/// Where the screens take the time from; a test puts its own here.
-extern QDateTime (*gClock)();
 
 /// Date and time, both of one moment.
 Date_Config ReadClock();

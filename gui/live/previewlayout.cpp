@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QPointer>
 #include <QTimer>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -16,6 +17,8 @@
 #include "gui/base/shell.h"
 #include "gui/live/clock.h"
 #include "gui/parking/pfileinfo.h"
+#include "gui/screen/label.h"
+#include "gui/screen/messagebox.h"
 #include "gui/screen/screenhost.h"
 #include "gui/screen/widgetmanager.h"
 #include "gui/settings/settings.h"
@@ -51,17 +54,21 @@ int NextOf(int value, int count) {
   return ((value + 1) % count + count) % count;
 }
 
-struct LabelRow {
+constexpr QColor kBlack(12, 10, 11);  // on the yellow plate
+
+// A label without an ink of its own has the configured one.
+struct PlatedLabel {
   Label_Type type;
-  QRect box;
-  int px;
+  LabelRow label;
   QPoint plate;
 };
-constexpr LabelRow kLabels[] = {
-    {Label_Clock, QRect(38, 284, 192, 32), 18, QPoint(4, 284)},
-    {Label_GpsSpeed, QRect(270, 284, 84, 32), 18, QPoint(238, 284)},
-    {Label_Voltage, QRect(394, 284, 78, 32), 18, QPoint(362, 284)},
-    {Label_LowVoltage_Count, QRect(380, 4, 92, 40), 22, QPoint(342, 4)},
+constexpr PlatedLabel kLabels[] = {
+    {Label_Clock, {"mClockLabel", QRect(38, 284, 192, 32), 18, {}}, QPoint(4, 284)},
+    {Label_GpsSpeed, {"mGpsSpeedLabel", QRect(270, 284, 84, 32), 18, {}}, QPoint(238, 284)},
+    {Label_Voltage, {"mMainVolLabel", QRect(394, 284, 78, 32), 18, {}}, QPoint(362, 284)},
+    {Label_LowVoltage_Count,
+     {"mLowVolCountLabel", QRect(380, 4, 92, 40), 22, kBlack, Qt::AlignLeft, true},
+     QPoint(342, 4)},
 };
 
 QString ViewPicture() {
@@ -108,58 +115,34 @@ PreviewLayout::PreviewLayout(QWidget* parent) : BaseWidget(parent) {
 PreviewLayout::~PreviewLayout() = default;
 
 void PreviewLayout::InitTimer() {
-  const struct {
-    QTimer** timer;
-    const char* name;
-    void (PreviewLayout::*slot)();
-  } timers[] = {
-      {&mSecTimer, "mSecTimer", &PreviewLayout::SlotSec},
-      {&mTimPaintTouchTest, "mTimPaintTouchTest", &PreviewLayout::TimeoutPaintTouchTest},
-      {&mTimSeachingPfileInfo, "mTimSeachingPfileInfo", &PreviewLayout::TimeoutSeachingPfilInfo},
-      {&mTimNeedTouchComp, "mTimNeedTouchComp", &PreviewLayout::TimeoutNeedTouchComp},
-      {&mTimLcdOff, "mTimLcdOff", &PreviewLayout::TimeoutLcdOff},
-      {&mTimTouchWait, "mTimTouchWait", &PreviewLayout::TimeoutTouchWait},
-      {&mTouchEntryTimer, "mTouchEntryTimer", &PreviewLayout::TimeoutTouchEntry},
-      {&mDetectRecordingTimer, "mDetectRecordingTimer", &PreviewLayout::TimeoutDetectRecording},
-      {&mPrepareRearcamRecordingTimer, "mPrepareRearcamRecordingTimer", &PreviewLayout::TimeoutPrepareRearcamRecording},
-  };
-  for (const auto& row : timers) {
-    auto* timer = *row.timer = new QTimer(this);
-    timer->setObjectName(QLatin1String(row.name));
-    connect(timer, &QTimer::timeout, this, [this, timer, slot = row.slot] {
-      if (gEventGate.Enter(timer)) (this->*slot)();
-    });
-  }
+  mSecTimer = NewTimer("mSecTimer", [this] { SlotSec(); });
+  mTimPaintTouchTest = NewTimer("mTimPaintTouchTest", [this] { TimeoutPaintTouchTest(); });
+  mTimSeachingPfileInfo = NewTimer("mTimSeachingPfileInfo", [this] { TimeoutSeachingPfilInfo(); });
+  mTimNeedTouchComp = NewTimer("mTimNeedTouchComp", [this] { TimeoutNeedTouchComp(); });
+  mTimLcdOff = NewTimer("mTimLcdOff", [this] { TimeoutLcdOff(); });
+  mTimTouchWait = NewTimer("mTimTouchWait", [this] { TimeoutTouchWait(); });
+  mTouchEntryTimer = NewTimer("mTouchEntryTimer", [this] { TimeoutTouchEntry(); });
+  mDetectRecordingTimer = NewTimer("mDetectRecordingTimer", [this] { TimeoutDetectRecording(); });
+  mPrepareRearcamRecordingTimer =
+      NewTimer("mPrepareRearcamRecordingTimer", [this] { TimeoutPrepareRearcamRecording(); });
 }
 
 void PreviewLayout::InitLabel() {
-  mClockLabel = SetLabel(Label_Clock, "mClockLabel");
-  mGpsSpeedLabel = SetLabel(Label_GpsSpeed, "mGpsSpeedLabel");
-  mMainVolLabel = SetLabel(Label_Voltage, "mMainVolLabel");
-  mLowVolCountLabel = SetLabel(Label_LowVoltage_Count, "mLowVolCountLabel");
+  mClockLabel = SetLabel(Label_Clock);
+  mGpsSpeedLabel = SetLabel(Label_GpsSpeed);
+  mMainVolLabel = SetLabel(Label_Voltage);
+  mLowVolCountLabel = SetLabel(Label_LowVoltage_Count);
   mGpsSpeedLabel->hide();
   mLowVolCountLabel->hide();
 }
 
-QLabel* PreviewLayout::SetLabel(Label_Type type, const char* name) {
-  const bool countdown = type == Label_LowVoltage_Count;
-  auto* label = new QLabel(this);
-  label->setObjectName(QLatin1String(name));
-  for (const LabelRow& row : kLabels) {
-    if (row.type != type) continue;
-    label->setGeometry(row.box);
-    QFont face = label->font();
-    face.setPixelSize(row.px);
-    face.setBold(countdown);
-    label->setFont(face);
-  }
-  label->setTextFormat(Qt::PlainText);
-  label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  const Color& white = gColor.PreviewText;
-  QPalette ink = label->palette();
-  ink.setColor(QPalette::WindowText, countdown ? QColor(12, 10, 11) : QColor(white.r, white.g, white.b));
-  label->setPalette(ink);
-  return label;
+QLabel* PreviewLayout::SetLabel(Label_Type type) {
+  LabelRow row = std::find_if(std::begin(kLabels), std::end(kLabels), [type](const PlatedLabel& label) {
+                   return label.type == type;
+                 })->label;
+  const Color& text = gColor.PreviewText;
+  if (!row.ink.isValid()) row.ink = QColor(text.r, text.g, text.b);
+  return AddLabel(this, row);
 }
 
 // --------------------------------------------------------------------------------------------------- overlay and LCD
@@ -722,15 +705,14 @@ void PreviewLayout::DelRecvMessageBox() {
 void PreviewLayout::MessageBoxHandler(int, int, int, int) {}
 
 void PreviewLayout::RecvMessageBoxHandler(int, int x, int y, int messageId) {
-  if (messageId != R_SD_ERROR_NEET_FORMAT || y < 214 || y > 259) return;
-  if (x >= 56 && x <= 229) {
-    DelRecvMessageBox();
-    SendEvent(SEND_SET_SYSTEM_SD_FORMAT, 0, QString());
-    StopTimer(mTimLcdOff);
-    Next(SDFORMAT);
-  } else if (x >= 251 && x <= 424) {
-    DelRecvMessageBox();
-  }
+  if (messageId != R_SD_ERROR_NEET_FORMAT) return;
+  const MessageBox::Button button = MessageBox::ButtonAt(x, y);
+  if (button == MessageBox::Button::None) return;
+  DelRecvMessageBox();
+  if (button == MessageBox::Button::Right) return;
+  SendEvent(SEND_SET_SYSTEM_SD_FORMAT, 0, QString());
+  StopTimer(mTimLcdOff);
+  Next(SDFORMAT);
 }
 
 // -------------------------------------------------------------------------------------------------------------

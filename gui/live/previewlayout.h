@@ -75,7 +75,7 @@ private:
 
   void InitTimer();
   void InitLabel();
-  QLabel* SetLabel(Label_Type type, const char* name);
+  QLabel* SetLabel(Label_Type type);
   void PaintTouchTestOrSeachingPfileInfo();
   void ResumeChecks();
   bool ShowParkingReport();

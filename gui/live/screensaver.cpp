@@ -7,10 +7,10 @@
 #include <QTimer>
 
 #include "gui/base/devicepath.h"
-#include "gui/base/eventgate.h"
 #include "gui/base/globals.h"
 #include "gui/base/picture.h"
 #include "gui/live/clock.h"
+#include "gui/screen/label.h"
 #include "gui/settings/settings.h"
 
 namespace {
@@ -28,6 +28,12 @@ constexpr QPoint kSpeakerPlace(16, 250), kMicPlace(88, 250), kGpsPlace(160, 250)
     kApmPlace(32, 116);
 constexpr QColor kGround(38, 34, 35);
 constexpr QSize kScreen(480, 320);
+
+constexpr QColor kInk(0, 0, 0);
+constexpr LabelRow kDate{"mLblDate", {36, 26, 220, 40}, 30, kInk};
+constexpr LabelRow kDay{"mLblDay", {304, 26, 140, 40}, 30, kInk, Qt::AlignRight};
+constexpr LabelRow kTime{"mLblTime", {124, 72, 324, 150}, 120, kInk, Qt::AlignHCenter, true};
+constexpr LabelRow kVolt{"mLblVolt", {356, 250, 104, 56}, 28, kInk, Qt::AlignHCenter};
 
 constexpr struct {
   const char* english;
@@ -52,40 +58,18 @@ QPixmap FittingCustomPicture() {
 }
 }  // namespace
 
-ScreenSaver::ScreenSaver(QWidget* parent) : BaseWidget(parent), mTimScreenSaver(new QTimer(this)) {
-  mTimScreenSaver->setObjectName(QStringLiteral("mTimScreenSaver"));
-  connect(mTimScreenSaver, &QTimer::timeout, this, [this] {
-    if (gEventGate.Enter(mTimScreenSaver)) SlotSec();
-  });
+ScreenSaver::ScreenSaver(QWidget* parent)
+    : BaseWidget(parent), mTimScreenSaver(NewTimer("mTimScreenSaver", [this] { SlotSec(); })) {
   InitLabel();
 }
 
 void ScreenSaver::InitLabel() {
-  const struct {
-    QLabel** label;
-    const char* name;
-    QRect box;
-    int px;
-    bool bold;
-    Qt::AlignmentFlag align;
-  } rows[] = {
-      {&mLblDate, "mLblDate", {36, 26, 220, 40}, 30, false, Qt::AlignLeft},
-      {&mLblDay, "mLblDay", {304, 26, 140, 40}, 30, false, Qt::AlignRight},
-      {&mLblTime, "mLblTime", {124, 72, 324, 150}, 120, true, Qt::AlignHCenter},
-      {&mLblVolt, "mLblVolt", {356, 250, 104, 56}, 28, false, Qt::AlignHCenter},
-  };
-  for (const auto& row : rows) {
-    QLabel* label = *row.label = new QLabel(this);
-    label->setObjectName(QLatin1String(row.name));
+  mLblDate = AddLabel(this, kDate);
+  mLblDay = AddLabel(this, kDay);
+  mLblTime = AddLabel(this, kTime);
+  mLblVolt = AddLabel(this, kVolt);
+  for (QLabel* label : {mLblDate, mLblDay, mLblTime, mLblVolt})
     label->setStyleSheet(QStringLiteral("QLabel {background:transparent;color:rgb(0,0,0);}"));
-    label->setGeometry(row.box);
-    QFont face = label->font();
-    face.setPixelSize(row.px);
-    face.setBold(row.bold);
-    label->setFont(face);
-    label->setTextFormat(Qt::PlainText);
-    label->setAlignment(row.align | Qt::AlignVCenter);
-  }
 }
 
 bool ScreenSaver::IsNotExistCustomImageFile() {

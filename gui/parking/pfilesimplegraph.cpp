@@ -1,16 +1,15 @@
 #include "gui/parking/pfilesimplegraph.h"
 
 #include <QDateTime>
-#include <QLabel>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QTimer>
 #include <algorithm>
 
-#include "gui/base/eventgate.h"
 #include "gui/base/globals.h"
 #include "gui/base/picture.h"
 #include "gui/parking/pfileinfo.h"
+#include "gui/screen/label.h"
 #include "gui/screen/widgetmanager.h"
 
 namespace {
@@ -35,35 +34,11 @@ constexpr QColor kInk(0, 0, 0);
 constexpr QColor kEventInk(196, 36, 44);
 constexpr QColor kMotionInk(24, 84, 190);
 
-struct LabelRow {
-  const char* name;
-  QRect box;
-  int px;
-  bool bold;
-  Qt::AlignmentFlag align;
-  QColor ink;
-};
-constexpr LabelRow kEventLabel{"mEventLabel", {20, 5, 440, 22}, 18, true, Qt::AlignLeft, kInk};
-constexpr LabelRow kMotionLabel{"mMotionLabel", {20, 85, 440, 22}, 18, true, Qt::AlignLeft, kInk};
-constexpr LabelRow kStartLabel{"mStartLabel", {18, 166, 220, 24}, 18, false, Qt::AlignLeft, kInk};
-constexpr LabelRow kEndLabel{"mEndLabel", {243, 166, 220, 24}, 18, false, Qt::AlignRight, kInk};
-constexpr LabelRow kLowVoltageLabel{"mLowVoltageLabel", {20, 200, 440, 40}, 19, false, Qt::AlignHCenter, kEventInk};
-
-void AddLabel(QWidget* screen, const LabelRow& row, const QString& text) {
-  auto* label = new QLabel(screen);
-  label->setObjectName(QLatin1String(row.name));
-  label->setGeometry(row.box);
-  QFont face = label->font();
-  face.setPixelSize(row.px);
-  face.setBold(row.bold);
-  label->setFont(face);
-  QPalette ink = label->palette();
-  ink.setColor(QPalette::WindowText, row.ink);
-  label->setPalette(ink);
-  label->setTextFormat(Qt::PlainText);
-  label->setAlignment(row.align | Qt::AlignVCenter);
-  label->setText(text);
-}
+constexpr LabelRow kEventLabel{"mEventLabel", {20, 5, 440, 22}, 18, kInk, Qt::AlignLeft, true};
+constexpr LabelRow kMotionLabel{"mMotionLabel", {20, 85, 440, 22}, 18, kInk, Qt::AlignLeft, true};
+constexpr LabelRow kStartLabel{"mStartLabel", {18, 166, 220, 24}, 18, kInk};
+constexpr LabelRow kEndLabel{"mEndLabel", {243, 166, 220, 24}, 18, kInk, Qt::AlignRight};
+constexpr LabelRow kLowVoltageLabel{"mLowVoltageLabel", {20, 200, 440, 40}, 19, kEventInk, Qt::AlignHCenter};
 
 // Month, day, hour and minute of the local calendar.
 QString TimeText(qint32 seconds) {
@@ -100,14 +75,13 @@ void PaintRow(QPainter& painter, int top, const std::vector<int>& lines, const Q
 }  // namespace
 
 PFileSimpleGraph::PFileSimpleGraph(QWidget* parent, const PFileInfo* info)
-    : BaseWidget(parent), mBg(Picture(kBg)), mOkButton(Picture(kOkButton)), mTimWidget(new QTimer(this)) {
+    : BaseWidget(parent),
+      mBg(Picture(kBg)),
+      mOkButton(Picture(kOkButton)),
+      mTimWidget(NewTimer("mTimWidget", [this] { TimeoutWidget(); })) {
   settingPfileInfo(*info);
   setString(*info);
   initLabel();
-  mTimWidget->setObjectName(QStringLiteral("mTimWidget"));
-  connect(mTimWidget, &QTimer::timeout, this, [this] {
-    if (gEventGate.Enter(mTimWidget)) TimeoutWidget();
-  });
   if (!g_bIsPrevWidgetParkingSetting) SetTimer(mTimWidget, kLeaveMs);
 }
 

@@ -25,29 +25,13 @@ void RepaintCurrentScreen() {
 
 BaseWidget::BaseWidget(QWidget* parent)
     : QWidget(parent),
-      mMessageBoxTimer(new QTimer(this)),
-      mRecvMessageBoxTimer(new QTimer(this)),
-      mEventTimer(new QTimer(this)),
-      mTimRestartRecStart(new QTimer(this)) {
+      mMessageBoxTimer(NewTimer("mMessageBoxTimer", [this] { TimeoutMessageBoxTimer(); })),
+      mRecvMessageBoxTimer(NewTimer("mRecvMessageBoxTimer", [this] { TimeoutRecvMessageBoxTimer(); })),
+      mEventTimer(NewTimer("mEventTimer", [this] { TimeoutEvent(); })),
+      mTimRestartRecStart(NewTimer("mTimRestartRecStart", [this] { TimeoutRestartRecStart(); })) {
   connect(this, &BaseWidget::nextWidget, gMainWindow, &ScreenHost::StartWidget);
   connect(this, &BaseWidget::backWidget, gMainWindow, &ScreenHost::BackPressed);
   connect(this, &BaseWidget::jumpWidget, gMainWindow, &ScreenHost::Jumped);
-  const struct {
-    QTimer* timer;
-    const char* name;
-    void (BaseWidget::*slot)();
-  } timers[] = {
-      {mMessageBoxTimer, "mMessageBoxTimer", &BaseWidget::TimeoutMessageBoxTimer},
-      {mRecvMessageBoxTimer, "mRecvMessageBoxTimer", &BaseWidget::TimeoutRecvMessageBoxTimer},
-      {mEventTimer, "mEventTimer", &BaseWidget::TimeoutEvent},
-      {mTimRestartRecStart, "mTimRestartRecStart", &BaseWidget::TimeoutRestartRecStart},
-  };
-  for (const auto& row : timers) {
-    row.timer->setObjectName(QLatin1String(row.name));
-    connect(row.timer, &QTimer::timeout, this, [this, timer = row.timer, slot = row.slot] {
-      if (gEventGate.Enter(timer)) (this->*slot)();
-    });
-  }
 }
 
 BaseWidget::~BaseWidget() {
@@ -84,6 +68,15 @@ void BaseWidget::SendEvent(Send_Event event, int value, const QString& text, int
 
 void BaseWidget::SendEvent(Send_Event event, int value, const QString& text, float* out) {
   gMainWindow->SendEvent(event, value, text, out);
+}
+
+QTimer* BaseWidget::NewTimer(const char* name, std::function<void()> slot) {
+  auto* timer = new QTimer(this);
+  timer->setObjectName(QLatin1String(name));
+  connect(timer, &QTimer::timeout, this, [timer, slot = std::move(slot)] {
+    if (gEventGate.Enter(timer)) slot();
+  });
+  return timer;
 }
 
 void BaseWidget::SetTimer(QTimer* timer, int ms) {

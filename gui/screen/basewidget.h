@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QWidget>
+#include <functional>
 
 #include "gui/main.h"
 
@@ -78,6 +79,9 @@ protected:
   void paintEvent(QPaintEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+
+  /// A timer of the screen. `slot` waits its turn, as touches and status events do.
+  QTimer* NewTimer(const char* name, std::function<void()> slot);
 
   /// The pending event, which is none any more. For TimeoutEvent: what it does next may delete the screen.
   int TakeEventId();

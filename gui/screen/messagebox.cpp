@@ -94,6 +94,12 @@ void MessageBox::SettingMessageBox(int boxType, int errorType, int strType, QStr
   qDebug("End Setting MessageBox");
 }
 
+MessageBox::Button MessageBox::ButtonAt(int x, int y) {
+  if (y < 214 || y > 259) return Button::None;
+  if (x >= 56 && x <= 229) return Button::Left;
+  return x >= 251 && x <= 424 ? Button::Right : Button::None;
+}
+
 void MessageBox::PlaceBox() {
   if (box_type >= 0 && box_type < int(std::size(kLayouts))) mLayout = &kLayouts[box_type];
   if (!mLayout) return;

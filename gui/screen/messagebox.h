@@ -11,8 +11,7 @@ class QLabel;
 class QTextCodec;
 
 /// A notice or question over a screen: up to three lines of text on a frame, an icon, pictures of buttons. It takes no
-/// touches: the screen that shows it knows where its buttons are (on the screen: left x 56..229, right x 251..424,
-/// y 214..259). GUI thread.
+/// touches: the screen that shows it asks ButtonAt. GUI thread.
 ///
 ///   boxType    0 notice, 1 yes and no, 2 ok and cancel, 3 ok, 4 front and rear, 5 banner; another one keeps the place
 ///              and size of what was shown before, and has no pictures
@@ -30,6 +29,10 @@ public:
 
   /// Shows something else in the same box, in place and size of the new type.
   void SettingMessageBox(int boxType, int errorType, int strType, QString text, int alignType, int pixelSize);
+
+  /// The button of a question at (x, y) of the screen: yes, ok or front at the left, no, cancel or rear at the right.
+  enum class Button { None, Left, Right };
+  static Button ButtonAt(int x, int y);
 
   bool HasButtons() const { return box_type >= 1 && box_type <= 4; }
 

@@ -2,8 +2,11 @@
 
 #include <QMainWindow>
 #include <QString>
+#include <memory>
 
 #include "gui/main.h"
+
+class RecordingFileManager;
 
 /// The window as the screens, the touch reader and the screen base see it. MainWindow is the only one; tests have their
 /// own. GUI thread, but for the flags that the touch reader asks for (GetIsCurrentShowTouchMotion,
@@ -44,6 +47,10 @@ public:
   virtual int GetNeedTouchComBeforeSDFormat() const = 0;  ///< 0 none, 1 calibration wanted, 2 calibration done
   virtual void SetNeedTouchComBeforeSDFormat(int state) = 0;
   virtual bool GetTouchReleaseFlag() const = 0;  ///< no finger is down
+
+  // The catalogue of recordings: built anew when the driver opens the list; null before that.
+  virtual RecordingFileManager* GetRecordingFileManager() const = 0;
+  virtual void SetRecordingFileManager(std::unique_ptr<RecordingFileManager> manager) = 0;
 
 public slots:
   /// Builds the screen of `id` and shows it on top; an id without a screen changes nothing.

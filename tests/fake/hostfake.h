@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "gui/recordings/recordingfilemanager.h"
 #include "gui/screen/basewidget.h"
 #include "gui/screen/screenhost.h"
 #include "gui/screen/widgetmanager.h"
@@ -50,8 +51,9 @@ public:
   bool isDetectRecording = false;
   int needTouchComp = 0;
   bool isTouchReleased = true;
-  int intAnswer = 0;           ///< of the queries of an int
-  float floatAnswer = 12.4F;   ///< of the query of the voltage
+  int intAnswer = 0;          ///< of the queries of an int
+  float floatAnswer = 12.4F;  ///< of the query of the voltage
+  std::unique_ptr<RecordingFileManager> catalogue;
   QObject* nextArg = nullptr;  ///< what the last "next" handed over
   /// Builds the screen that "next" asks for; without it nothing is built.
   std::function<BaseWidget*(WidgetId id, QObject* arg)> make;
@@ -94,6 +96,10 @@ public:
   int GetNeedTouchComBeforeSDFormat() const override { return needTouchComp; }
   void SetNeedTouchComBeforeSDFormat(int state) override { needTouchComp = state; }
   bool GetTouchReleaseFlag() const override { return isTouchReleased; }
+  RecordingFileManager* GetRecordingFileManager() const override { return catalogue.get(); }
+  void SetRecordingFileManager(std::unique_ptr<RecordingFileManager> manager) override {
+    catalogue = std::move(manager);
+  }
 
   void StartWidget(WidgetId id, QObject* arg) override {
     Note(QStringLiteral("next %1").arg(QLatin1String(NameOf(id))));

@@ -1,0 +1,44 @@
+#include "gui/recordings/recordingfileitem.h"
+
+#include <QLabel>
+#include <QPainter>
+
+#include "gui/base/picture.h"
+#include "gui/screen/label.h"
+#include "gui/settings/config.h"
+
+namespace {
+constexpr QPoint kIcon(8, 3);
+constexpr LabelRow kFileName{"mFileNameLabel", {64, 0, 328, 50}, 18, {255, 255, 255}};
+}  // namespace
+
+RecordingFileItem::RecordingFileItem(QWidget* parent)
+    : QWidget(parent), mFileNameLabel(AddLabel(this, kFileName)), mIconBgPath(gFileList.ItemBg) {}
+
+QString RecordingFileItem::SettingListFileName(const FileItem& item) {
+  if (!item.recStopFlag) return item.fileName;
+  QString end = item.recStopData.section(u'_', 1, 1);
+  if (end.size() > 2) end.insert(2, u':');
+  if (end.size() > 5) end.insert(5, u':');
+  return item.fileName + u'~' + end;
+}
+
+void RecordingFileItem::Repaint(const FileItem* item) {
+  mCurItem.reset();
+  if (item) mCurItem = *item;
+  mIconPath = item ? item->icon : QString();
+  mIconBgPath = item ? item->iconBg : gFileList.ItemBg;
+  mFileNameLabel->setText(item ? SettingListFileName(*item) : QString());
+  update();
+}
+
+void RecordingFileItem::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  if (!mCurItem) {
+    const Color& bg = gColor.Bg;
+    painter.fillRect(rect(), QColor(bg.r, bg.g, bg.b));
+    return;
+  }
+  painter.drawPixmap(0, 0, Picture(mIconBgPath));
+  painter.drawPixmap(kIcon, Picture(mIconPath));
+}

@@ -1,0 +1,182 @@
+#include "gui/recordings/recordingfilelist.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPointer>
+
+#include "gui/base/eventgate.h"
+#include "gui/base/picture.h"
+#include "gui/base/shell.h"
+#include "gui/recordings/playfileinfo.h"
+#include "gui/recordings/recordingfileitem.h"
+#include "gui/screen/messagebox.h"
+#include "gui/screen/screenhost.h"
+#include "gui/settings/config.h"
+#include "gui/settings/settings.h"
+
+namespace {
+constexpr int kScrollRepeatMs = 10;
+constexpr QRect kTitle(80, 0, 320, 60);
+constexpr QPoint kHome(0, 0), kKind(80, 0), kCamera(220, 0), kOrder(310, 0), kBack(400, 0);
+}  // namespace
+
+struct RecordingFileList::Key {
+  QRect area;
+  void (RecordingFileList::*press)();
+};
+const RecordingFileList::Key RecordingFileList::kKeys[] = {
+    {QRect(QPoint(1, 1), QPoint(79, 59)), &RecordingFileList::PressHome},
+    {QRect(QPoint(81, 1), QPoint(219, 59)), &RecordingFileList::ToggleKind},
+    {QRect(QPoint(221, 1), QPoint(309, 59)), &RecordingFileList::ToggleCamera},
+    {QRect(QPoint(311, 1), QPoint(399, 59)), &RecordingFileList::ToggleOrder},
+    {QRect(QPoint(401, 1), QPoint(479, 59)), &RecordingFileList::PressBack},
+};
+
+RecordingFileList::RecordingFileList(QWidget* parent)
+    : PagedList(parent, kScrollRepeatMs), mRecordingFileManager(gMainWindow->GetRecordingFileManager()) {
+  resize(gLcd.Width, gLcd.Height);
+  for (int row = 0; row < kRows; ++row) {
+    mFileItemWidget[size_t(row)] = new RecordingFileItem(this);
+    mFileItemWidget[size_t(row)]->setGeometry(RowRect(row));
+  }
+  SetToggleDisplay();
+  SetListItem(ALL_ASCENDING_FRONT);
+}
+
+void RecordingFileList::SetListItem(int index) {
+  mListType = index;
+  mCurFileItem = mRecordingFileManager ? mRecordingFileManager->GetFileItem(index) : nullptr;
+  ProcessPageOperation(mCurFileItem ? int(mCurFileItem->size()) : 0);
+  ShowPage();
+  SetPageDisplay();
+}
+
+void RecordingFileList::ShowPage() {
+  for (int row = 0; row < kRows; ++row) {
+    const qsizetype index = qsizetype{mCurPage - 1} * kRows + row;
+    const bool known = mCurFileItem && mCurPage > 0 && index < mCurFileItem->size();
+    mFileItemWidget[size_t(row)]->Repaint(known ? mCurFileItem->at(index) : nullptr);
+  }
+}
+
+// ------------------------------------------------------------------------------------------------------------- toggles
+
+void RecordingFileList::SetToggleDisplay() {
+  mFileTypeImgPath = gFileList.Kind.Image[mFileType].ReleaseImage;
+  mCameraTypeImgPath = gFileList.Camera.Image[mCameraType].ReleaseImage;
+  mOrderTypeImgPath = gFileList.Order.Image[mOrderType].ReleaseImage;
+}
+
+void RecordingFileList::ProcessListToggle(int which) {
+  int& value = which == 0 ? mFileType : which == 1 ? mCameraType : mOrderType;
+  value = (value + 1) % (which == 0 ? 5 : 2);
+  SetToggleDisplay();
+  repaint(kTitle);
+  FileTypeCheck();
+}
+
+void RecordingFileList::FileTypeCheck() {
+  SetListItem(mFileType * 4 + mOrderType * 2 + mCameraType);
+}
+
+// ------------------------------------------------------------------------------------------------------------- touches
+
+void RecordingFileList::touchEvent(int type, int x, int y) {
+  if (mIsShowRecvMessageBox) return;
+  if (mIsShowMessageBox) {
+    MessageBoxHandler(type, x, y, mMessageId);
+    return;
+  }
+  if (TouchScrollKey(x, y)) return;
+  for (const Key& key : kKeys) {
+    if (!key.area.contains(x, y)) continue;
+    (this->*key.press)();
+    return;
+  }
+  for (int row = 0; row < kRows; ++row) {
+    if (!RowRect(row).adjusted(1, 1, 0, 0).contains(x, y)) continue;
+    PlayBack(row);
+    return;
+  }
+}
+
+void RecordingFileList::PlayBack(int row) {
+  if (!mCurFileItem || mCurPage < 1) return;
+  const int index = (mCurPage - 1) * kRows + row;
+  if (index >= mCurFileItem->size() || mCurFileItem->at(index)->recStopFlag) return;
+  PlayClick();
+  Next(PLAYER, new PlayFileInfo(this, mListType, index));
+}
+
+// Shows a box at once. False when the screen has gone meanwhile.
+bool RecordingFileList::ShowBox(int messageId) {
+  const QPointer<RecordingFileList> here(this);
+  PaintMessageBox(messageId, false, 0, 0);
+  gEventGate.ProcessEvents();
+  return here;
+}
+
+void RecordingFileList::PressBack() {
+  if (!ShowBox(VIDEO_REC_START)) return;
+  SendEvent(SEND_VIDEO_REC_START, 0, QString());
+  DelMessageBox();
+  gMainWindow->SetParkingModeLcdOffTimer();
+  Back();
+}
+
+void RecordingFileList::PressHome() {
+  const Setting_Config& edited = gEnvirnmentSettings.mSetting;
+  const Setting_Config& saved = gEnvirnmentSettings.mOldSetting;
+  if (!gEnvirnmentSettings.compareSettingValue()) {
+    if (!ShowBox(VIDEO_REC_START)) return;
+    SendEvent(SEND_VIDEO_REC_START, 0, QString());
+    LeaveForPreview();
+    return;
+  }
+  mNeedFormatFlag = (edited.resolution != saved.resolution ? 1 : 0) + (edited.fps != saved.fps ? 2 : 0);
+  static constexpr int kBox[] = {SETUP_SAVING, RESOLUTION_SETTING_CHANGE_NEED_FORMAT, FRAME_SETTING_CHANGE_NEED_FORMAT,
+                                 RES_FRAME_SETTING_CHANGE_NEED_FORMAT};
+  if (!ShowBox(kBox[mNeedFormatFlag]) || mNeedFormatFlag != 0) return;
+  gEnvirnmentSettings.settingSetup();
+  gEnvirnmentSettings.AllSetSettingConfig();
+  SendEvent(SEND_SETTING_COMPLETE, 0, QString());
+  SendEvent(SEND_VIDEO_REC_START, 0, QString());
+  LeaveForPreview();
+}
+
+void RecordingFileList::LeaveForPreview() {
+  gEnvirnmentSettings.mSetting.time_set_flag = 0;
+  gEnvirnmentSettings.mOldSetting.time_set_flag = 0;
+  DelMessageBox();
+  gMainWindow->SetParkingModeLcdOffTimer();
+  Jump(PREVIEW);
+}
+
+void RecordingFileList::MessageBoxHandler(int, int x, int y, int messageId) {
+  if (messageId != RESOLUTION_SETTING_CHANGE_NEED_FORMAT && messageId != FRAME_SETTING_CHANGE_NEED_FORMAT &&
+      messageId != RES_FRAME_SETTING_CHANGE_NEED_FORMAT)
+    return;
+  const MessageBox::Button button = MessageBox::ButtonAt(x, y);
+  if (button == MessageBox::Button::None) return;
+  const int format = std::exchange(mNeedFormatFlag, 0);
+  DelMessageBox();
+  if (button == MessageBox::Button::Right) return;
+  gMainWindow->StopParkingModeLcdOffTimer();
+  SendEvent(SEND_SET_SYSTEM_SD_FORMAT, format, QString());
+  Next(SDFORMAT);
+}
+
+// ------------------------------------------------------------------------------------------------------------ painting
+
+void RecordingFileList::paintEvent(QPaintEvent* event) {
+  QPainter painter(this);
+  const QRect exposed = event->rect();
+  if (exposed.top() < kTitle.bottom()) {
+    painter.drawPixmap(kHome, Picture(QStringLiteral("common/home_normal.bmp")));
+    painter.drawPixmap(kKind, Picture(mFileTypeImgPath));
+    painter.drawPixmap(kCamera, Picture(mCameraTypeImgPath));
+    painter.drawPixmap(kOrder, Picture(mOrderTypeImgPath));
+    painter.drawPixmap(kBack, Picture(QStringLiteral("common/back_normal.bmp")));
+  }
+  PaintScrollColumn(painter, exposed);
+}

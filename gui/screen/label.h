@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QColor>
+#include <QRect>
+#include <QString>
+
+class QLabel;
+class QWidget;
+
+/// A label of a screen: plain text on a transparent ground, centred between top and bottom of its box.
+struct LabelRow {
+  const char* name;  ///< object name
+  QRect box;
+  int px;  ///< font size in pixels
+  QColor ink;
+  Qt::AlignmentFlag align = Qt::AlignLeft;
+  bool bold = false;
+};
+
+/// The label belongs to `screen`. GUI thread.
+QLabel* AddLabel(QWidget* screen, const LabelRow& row, const QString& text = QString());

@@ -1,0 +1,132 @@
+#include "gui/setup/mainmenu.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <QLabel>
+#include <QPointer>
+#include <algorithm>
+
+#include "gui/base/devicepath.h"
+#include "gui/base/eventgate.h"
+#include "gui/base/globals.h"
+#include "gui/recordings/recfilethread.h"
+#include "gui/recordings/recordingfilemanager.h"
+#include "gui/screen/label.h"
+#include "gui/screen/messagebox.h"
+#include "gui/screen/screenhost.h"
+#include "gui/settings/config.h"
+#include "gui/setup/firmwareversion.h"
+
+namespace {
+constexpr int kStopToBrowse = 1;  // SEND_VIDEO_REC_STOP: the driver wants to see the recordings
+constexpr useconds_t kRecordingEndUs = 1000000;
+constexpr int kDaySeconds = 86400;
+
+constexpr LabelRow kFormatDay{"mSdFormatDayLabel", {320, 70, 158, 43}, 15, {255, 255, 255}, Qt::AlignHCenter};
+
+int DayOfMonth(std::time_t at) {
+  std::tm local{};
+  localtime_r(&at, &local);
+  return local.tm_mday;
+}
+
+void LogThread(const RecFileThread& thread) {
+  qDebug("redFileThread is %s", thread.isRunning() ? "running" : "not running");
+  qDebug("redFileThread is %s", thread.isFinished() ? "Finished" : "not Finished");
+}
+}  // namespace
+
+constexpr MainMenu::Tile MainMenu::kTiles[] = {
+    {.row = 1, .column = 1, .key = &gMainMenu.PlayList, .press = Press<&MainMenu::AskFileList>},
+    {.row = 1, .column = 2, .key = &gMainMenu.FileDelete, .next = FILEDELMETHOD},
+    {.row = 1, .column = 3, .key = &gMainMenu.SdManagement, .next = SDMANAGEMENT},
+    {.row = 2, .column = 1, .key = &gMainMenu.DrivingSetting, .next = DRIVINGSETTING},
+    {.row = 2, .column = 2, .key = &gMainMenu.ParkingSetting, .next = PARKINGSETTING},
+    {.row = 2, .column = 3, .key = &gMainMenu.BlackboxManagement, .next = BLACKBOXMANAGEMENT},
+};
+
+MainMenu::MainMenu(QWidget* parent) : TileScreen(parent, gMainMenu.Title, kTiles, Header::Home) {
+  InitLabel();
+}
+
+void MainMenu::InitLabel() {
+  mFwVerLabel = AddFirmwareVersion(this);
+  mSdFormatDayLabel = AddLabel(this, kFormatDay);
+  mSdFormatDayLabel->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+}
+
+void MainMenu::onResume() {
+  qDebug("MainMenu onResume");
+  SetSdFormatDay();
+}
+
+void MainMenu::onPause() {
+  qDebug("MainMenu onPause");
+}
+
+// ------------------------------------------------------------------------------------------- days since the last
+// format
+
+int MainMenu::DaysBetween(std::time_t then, std::time_t now) {
+  const auto days = static_cast<long long>(std::difftime(now, then)) / kDaySeconds;
+  if (days >= 1) return int(std::min(days, 99999LL));
+  return DayOfMonth(then) == DayOfMonth(now) ? 0 : 1;
+}
+
+int MainMenu::GetSinceDayOfSdFormat() {
+  struct stat file {};
+  if (stat(QFile::encodeName(DevicePath(QLatin1String(device::kFormatTime))).constData(), &file) != 0) return -1;
+  return DaysBetween(file.st_ctime, gClock().toSecsSinceEpoch());
+}
+
+void MainMenu::SetSdFormatDay() {
+  const int days = GetSinceDayOfSdFormat();
+  if (days > 0) mSdFormatDayLabel->setText(QString::asprintf("포맷 후 %d일", days));
+}
+
+// ---------------------------------------------------------------------------------------------- the list of recordings
+
+void MainMenu::AskFileList() {
+  PaintMessageBox(ENTRY_FILELIST, false, 0, 0);
+}
+
+void MainMenu::MessageBoxHandler(int, int x, int y, int messageId) {
+  if (messageId != ENTRY_FILELIST) return;
+  switch (MessageBox::ButtonAt(x, y)) {
+    case MessageBox::Button::Left:
+      EnterFileList();
+      break;
+    case MessageBox::Button::Right:
+      DelMessageBox();
+      break;
+    default:
+      break;
+  }
+}
+
+void MainMenu::EnterFileList() {
+  gMainWindow->StopParkingModeLcdOffTimer();
+  PaintMessageBox(LOADING_FILELIST, false, 0, 0);
+  const QPointer<MainMenu> here(this);
+  gEventGate.ProcessEvents();
+  if (!here) return;
+  SendEvent(SEND_VIDEO_REC_STOP, kStopToBrowse, QString());
+  gEventGate.Block([] { usleep(kRecordingEndUs); });  // the recorder closes the recording under way
+  GetFileList();
+}
+
+void MainMenu::GetFileList() {
+  gMainWindow->SetRecordingFileManager(nullptr);  // never two catalogues in memory
+  gMainWindow->SetRecordingFileManager(std::make_unique<RecordingFileManager>());
+  gEventGate.Block([this] {
+    RecFileThread thread(this, gMainWindow->GetRecordingFileManager());
+    thread.start(QThread::InheritPriority);
+    LogThread(thread);
+    thread.wait();
+    LogThread(thread);
+  });
+  DelMessageBox();
+  Next(RECORDINGLIST);
+}
