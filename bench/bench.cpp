@@ -1,6 +1,7 @@
 #include "bench/bench.h"
 
 #include <QJsonDocument>
+#include <cstring>
 #include <limits>
 
 #include "bench/device.h"
@@ -111,8 +112,13 @@ Reply Bench::StartRecorder() {
   connect(mRecorder.get(), &Recorder::StateChanged, this, &Bench::StateChanged);
   connect(mRecorder.get(), &Recorder::VideoChanged, this, &Bench::ShowVideo);
   connect(mRecorder.get(), &Recorder::RestartWanted, this, &Bench::RestartInterface);
+  connect(mRecorder.get(), &Recorder::TapWanted, this, &Bench::TapForScenario);
+  mRecorder->SetCameras([this](int camera, qint64 ms, Picture* picture) {
+    const QImage seen = mLcd.Road().Camera(camera, ms, QSize(picture->width, picture->height));
+    std::memcpy(picture->pixels.data(), seen.constBits(), picture->pixels.size() * sizeof(quint32));
+  });
   QString error;
-  const bool started = mRecorder->Start(&error);
+  const bool started = mRecorder->Start(&error) && mRecorder->FillNewCard(&error);
   if (!started) mRecorder.reset();
   ShowVideo();
   return started ? Reply() : Reply::NotNow(error);
@@ -129,6 +135,12 @@ Reply Bench::StopRecorder() {
 Reply Bench::RestartRecorder() {
   if (mRecorder) StopRecorder();
   return StartRecorder();
+}
+
+void Bench::TapForScenario(int x, int y) {
+  const Reply reply = Touch(
+      {{QStringLiteral("action"), QStringLiteral("tap")}, {QStringLiteral("x"), x}, {QStringLiteral("y"), y}}, this);
+  if (!reply.IsGood()) Note(reply.error);
 }
 
 void Bench::LogRecorder(const QJsonObject& entry) {
@@ -237,7 +249,8 @@ QJsonValue Bench::VideoState() const {
                      {QStringLiteral("mirrored"), video.mirrored},
                      {QStringLiteral("pipCorner"), video.pipCorner},
                      {QStringLiteral("rearAlive"), video.rearAlive},
-                     {QStringLiteral("recording"), video.recording}};
+                     {QStringLiteral("recording"), video.recording},
+                     {QStringLiteral("playing"), video.played != nullptr}};
 }
 
 QJsonObject Bench::State() const {

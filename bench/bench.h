@@ -64,6 +64,7 @@ private:
   Reply KillInterface();
   Reply DoOwn(const OwnAction& action, const QJsonObject& arguments);
   Reply DoRecorders(const QString& name, const QJsonObject& arguments);
+  void TapForScenario(int x, int y);
   void LogRecorder(const QJsonObject& entry);
   void ShowVideo();
   QJsonValue VideoState() const;

@@ -44,6 +44,13 @@ QImage Compose(const QImage& raw, const QImage& video, int backlight) {
   return seen;
 }
 
+QImage FullScreen(const Picture& picture) {
+  const QImage image(reinterpret_cast<const uchar*>(picture.pixels.data()), picture.width, picture.height,
+                     qsizetype{picture.width} * 4, QImage::Format_RGB32);
+  return image.scaled(Lcd::kWidth, Lcd::kHeight, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+      .convertToFormat(QImage::Format_RGB32);
+}
+
 QRegion Changed(const QImage& before, const QImage& after) {
   if (before.isNull()) return after.rect();
   QRegion changed;

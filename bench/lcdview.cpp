@@ -1,5 +1,7 @@
 #include "bench/lcdview.h"
 
+#include <QDateTime>
+
 #include "bench/compose.h"
 
 namespace {
@@ -8,7 +10,6 @@ constexpr int kVideoFrame = 83;  // milliseconds
 }  // namespace
 
 LcdView::LcdView(QObject* parent) : QObject(parent) {
-  mClock.start();
   mLook.setInterval(kLook);
   mLook.callOnTimeout([this] { Look(); });
 }
@@ -51,20 +52,21 @@ void LcdView::Watch(bool on) {
   mLook.start();
 }
 
-int LcdView::VideoFrame() const {
-  return static_cast<int>(mClock.elapsed() / kVideoFrame);
+// By the clock, as the recordings are.
+qint64 LcdView::VideoFrame() {
+  return QDateTime::currentMSecsSinceEpoch() / kVideoFrame;
 }
 
 QImage LcdView::Composed(const QImage& raw) const {
   QImage video;
-  if (mVideo) video = mRoad.Frame(*mVideo, qint64{VideoFrame()} * kVideoFrame);
+  if (mVideo) video = mVideo->played ? FullScreen(*mVideo->played) : mRoad.Frame(*mVideo, VideoFrame() * kVideoFrame);
   return Compose(raw, video, mBacklight);
 }
 
 // The picture is put together only when something of it may have changed.
 void LcdView::Look() {
   const QImage raw = Raw();
-  const int frame = VideoFrame();
+  const qint64 frame = VideoFrame();
   if (frame == mLastFrame && raw == mLastRaw && !mShown.isNull()) return;
   mLastRaw = raw;
   mLastFrame = frame;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QImage>
 #include <QObject>
 #include <QRegion>
@@ -29,6 +28,9 @@ public:
   void SetVideo(const std::optional<VideoPlane>& video);  ///< null: no recorder, no video
   void SetBacklight(int value);                           ///< 0 (dark) .. 100000
 
+  /// What the cameras see.
+  const RoadVideo& Road() const { return mRoad; }
+
   QImage Raw() const;  ///< what the interface has drawn
   QImage Now() const;  ///< what a person sees
 
@@ -43,15 +45,14 @@ signals:
 
 private:
   void Look();
-  int VideoFrame() const;
+  static qint64 VideoFrame();
   QImage Composed(const QImage& raw) const;
 
   Lcd mLcd;
   RoadVideo mRoad;
   std::optional<VideoPlane> mVideo;
   int mBacklight = 100000;
-  QElapsedTimer mClock;
   QTimer mLook;
   QImage mLastRaw, mShown;
-  int mLastFrame = -1;
+  qint64 mLastFrame = -1;
 };

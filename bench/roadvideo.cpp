@@ -130,6 +130,7 @@ QImage Ahead(const QImage& landscape, double ms) {
   QImage image = landscape;
   QPainter painter(&image);
   painter.setRenderHint(QPainter::Antialiasing);
+  painter.scale(double(image.width()) / kSize.width(), double(image.height()) / kSize.height());
   PaintMarks(painter, kDay, ms * kSpeed);
   const double distance = 3.6 + 0.5 * std::sin(ms / 4100);
   PaintCar(painter, At(0.47 + 0.02 * std::sin(ms / 900), distance), 270 / distance, QColor(58, 84, 120),
@@ -145,6 +146,7 @@ QImage Behind(const QImage& landscape, double ms) {
   QImage image = landscape;
   QPainter painter(&image);
   painter.setRenderHint(QPainter::Antialiasing);
+  painter.scale(double(image.width()) / kSize.width(), double(image.height()) / kSize.height());
   PaintMarks(painter, kEvening, -ms * kSpeed);  // the road runs away
   const double distance = 2.6 + 0.4 * std::sin(ms / 3300);
   PaintCar(painter, At(-0.45 + 0.02 * std::sin(ms / 1100), distance), 270 / distance, QColor(120, 46, 44),
@@ -154,6 +156,14 @@ QImage Behind(const QImage& landscape, double ms) {
 }  // namespace
 
 RoadVideo::RoadVideo() : mAhead(Landscape(kDay)), mBehind(Landscape(kEvening)) {}
+
+QImage RoadVideo::Camera(int camera, qint64 milliseconds, QSize size) const {
+  const auto ms = double(milliseconds);
+  const QImage& landscape = camera == 0 ? mAhead : mBehind;
+  if (mSmall[camera].size() != size)
+    mSmall[camera] = landscape.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  return camera == 0 ? Ahead(mSmall[0], ms) : Behind(mSmall[1], ms);
+}
 
 QImage RoadVideo::Frame(const VideoPlane& plane, qint64 milliseconds) const {
   const auto ms = double(milliseconds);

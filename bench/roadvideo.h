@@ -13,6 +13,10 @@ public:
   /// What the video plane shows `milliseconds` (0 or more) after the start: 480 × 320 RGB32.
   QImage Frame(const VideoPlane& plane, qint64 milliseconds) const;
 
+  /// The picture of one camera (0 front, 1 rear) alone, smaller or larger: RGB32 of `size`.
+  QImage Camera(int camera, qint64 milliseconds, QSize size) const;
+
 private:
-  QImage mAhead, mBehind;  // what never moves
+  QImage mAhead, mBehind;    // what never moves
+  mutable QImage mSmall[2];  // the same in the size that Camera() was asked for
 };

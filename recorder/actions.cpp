@@ -39,6 +39,8 @@ struct Action {
 constexpr const char* kSwitch[] = {"off", "on"};
 constexpr const char* kGpsStates[] = {"none", "searching", "fix"};
 constexpr const char* kCardErrors[] = {"0", "5", "7"};
+constexpr const char* kFaults[] = {"0", "1", "5", "7"};
+constexpr const char* kDamages[] = {"cut", "scribbled"};
 constexpr const char* kUpdateMarkers[] = {"update.zel", "update.zel2"};
 constexpr const char* kTouchMarkers[] = {"check", "test"};
 
@@ -57,12 +59,19 @@ bool Tell(Parts& parts, const Values&, QString*) {
 // Tells what became of the card.
 template <RECV_ZEL_STATUS_EVENT event, int value = 0>
 bool TellCard(Parts& parts, const char* card) {
-  parts.facts.card = QLatin1String(card);
+  parts.card.SetState(card);
   return parts.hub.Send(event, value);
 }
 
+// Tells what spoils the recording under way.
+template <RECV_ZEL_STATUS_EVENT event, Label::Cut cut>
+bool TellCut(Parts& parts, const Values&, QString*) {
+  parts.recording.SetCut(cut);
+  return parts.hub.Send(event);
+}
+
 bool SetCardError(Parts& parts, const Values& values, QString*) {
-  parts.facts.card = QStringLiteral("error");
+  parts.card.SetState("error");
   return parts.hub.Send(RECV_ZEL_STATUS_SD_ERROR, QByteArray(kCardErrors[static_cast<size_t>(values[0])]).toInt());
 }
 
@@ -79,6 +88,15 @@ bool SetSpeed(Parts& parts, const Values& values, QString*) {
 bool SetAccModel(Parts& parts, const Values& values, QString*) {
   parts.facts.accModel = values[0] != 0;
   return parts.hub.Send(RECV_ZEL_STATUS_ACC_SUPPORT, parts.facts.accModel);
+}
+
+bool RecordShock(Parts& parts, const Values&, QString* error) {
+  if (parts.parking.IsParked() || !parts.recording.IsOn()) {
+    *error = QStringLiteral("The car is parked, or nothing is being recorded.");
+    return false;
+  }
+  parts.recording.Mark(Label::Kind::Event, Label::Trigger::Impact);
+  return true;
 }
 
 bool MakeMarker(Parts& parts, const char* path, QString* error) {
@@ -107,6 +125,8 @@ constexpr Action kActions[] = {
     {"rearUnplug", "Cameras", "Unplug the rear camera",
      [](P& p, const V&, QString*) { return p.cameras.PlugRear(false); }},
     {"rearError", "Cameras", "Rear camera fails", Tell<RECV_ZEL_STATUS_REARCAM_ERROR>},
+
+    {"shock", "Driving", "Impact while driving", RecordShock},
 
     {"parkIn",
      "Parking",
@@ -138,17 +158,36 @@ constexpr Action kActions[] = {
      "Low-voltage countdown",
      [](P& p, const V& v, QString*) { return p.power.Count(v[0] != 0); },
      {Argument{"state", 0, 0, 0, false, false, kSwitch}}},
-    {"underVoltage", "Power", "Voltage too low", Tell<RECV_ZEL_STATUS_UNDER_VOLTAGE>},
+    {"underVoltage", "Power", "Voltage too low", TellCut<RECV_ZEL_STATUS_UNDER_VOLTAGE, Label::Cut::LowVoltage>},
     {"normalVoltage", "Power", "Voltage normal", Tell<RECV_ZEL_STATUS_NORMAL_VOLTAGE>},
-    {"overTemperature", "Power", "Too hot", Tell<RECV_ZEL_STATUS_OVER_TEMP>},
+    {"overTemperature", "Power", "Too hot", TellCut<RECV_ZEL_STATUS_OVER_TEMP, Label::Cut::Temperature>},
     {"normalTemperature", "Power", "Temperature normal", Tell<RECV_ZEL_STATUS_NORMAL_TEMP>},
     {"accModel", "Power", "Accessory-power model", SetAccModel, {Argument{"state", 0, 0, 0, false, false, kSwitch}}},
 
     {"sdOut", "SD card", "Take the card out",
-     [](P& p, const V&, QString*) { return TellCard<RECV_ZEL_STATUS_NO_SD>(p, "out"); }},
-    {"sdIn", "SD card", "Put a good card in",
+     [](P& p, const V&, QString* e) { return p.card.TakeOut(e) && p.hub.Send(RECV_ZEL_STATUS_NO_SD); }},
+    {"sdIn", "SD card", "Put a good card in", [](P& p, const V&, QString* e) { return p.card.PutIn(e); }},
+    {"sdFull",
+     "SD card",
+     "Card full of recordings",
+     [](P& p, const V& v, QString* e) { return p.card.Fill(Whole(v[0]), e); },
+     {Argument{"recordings", 1, 50000, 1000}}},
+    {"sdCorrupt",
+     "SD card",
+     "Damage the newest recording",
+     [](P& p, const V& v, QString* e) { return p.card.Corrupt(v[0] == 0, e); },
+     {Argument{"how", 0, 0, 0, false, false, kDamages}}},
+    {"sdCheckFinds",
+     "SD card",
+     "Next check finds",
+     [](P& p, const V& v, QString*) {
+       p.card.SetNextFault(QByteArray(kFaults[static_cast<size_t>(v[0])]).toInt());
+       return true;
+     },
+     {Argument{"fault", 0, 0, 0, false, false, kFaults}}},
+    {"sdFormatFails", "SD card", "Next format fails",
      [](P& p, const V&, QString*) {
-       p.facts.card = QStringLiteral("good");
+       p.card.FailNextFormat();
        return true;
      }},
     {"sdError", "SD card", "Card error", SetCardError, {Argument{"code", 0, 0, 0, false, false, kCardErrors}}},
@@ -165,7 +204,11 @@ constexpr Action kActions[] = {
      "Hardware error",
      [](P& p, const V& v, QString*) { return p.hub.Send(RECV_ZEL_STATUS_HW_ERROR, Whole(v[0])); },
      {Argument{"code", 0, 18, 0}}},
-    {"clockBroken", "Faults", "Clock broken", Tell<RECV_ZEL_STATUS_RTC_ERROR>},
+    {"clockBroken", "Faults", "Clock broken",
+     [](P& p, const V&, QString*) {
+       p.recording.SetClockBroken(true);
+       return p.hub.Send(RECV_ZEL_STATUS_RTC_ERROR);
+     }},
     {"ledFailed", "Faults", "Front LED unit failed", Tell<RECV_ZEL_STATUS_FRONTLED_ERROR>},
 
     {"mute",

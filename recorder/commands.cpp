@@ -96,11 +96,35 @@ int PowerRear(Parts& parts, Request& request) {
   return 0;
 }
 
-int PlayPath(Parts&, Request& request) {
-  return request.data.contains('\0') ? 0 : kRefused;
+int PlayPath(Parts& parts, Request& request) {
+  const qsizetype end = request.data.indexOf('\0');
+  if (end < 0) return kRefused;
+  parts.playback.Play(request.data.left(end));
+  return 0;
+}
+
+int ControlPlayback(Parts& parts, Request& request) {
+  return parts.playback.Do(request.value) ? 0 : kRefused;
+}
+
+int SeekPlayback(Parts& parts, Request& request) {
+  parts.playback.Seek(request.value);
+  return 0;
+}
+
+int FormatCard(Parts& parts, Request&) {
+  parts.playback.Stop();
+  parts.card.Format();
+  return 0;
+}
+
+int CheckCard(Parts& parts, Request&) {
+  parts.card.Check();
+  return 0;
 }
 
 int BeginRecording(Parts& parts, Request&) {
+  parts.playback.Stop();
   parts.recording.Begin();
   return 0;
 }
@@ -116,6 +140,8 @@ int TakeSetup(Parts& parts, Request& request) {
     parts.hub.Note(error);
     return kRefused;
   }
+  if (parts.hub.settings.Block().value(QLatin1String("time_set_flag")).toInt() == 1)
+    parts.recording.SetClockBroken(false);
   parts.cameras.Follow();
   return 0;
 }
@@ -152,12 +178,12 @@ constexpr Field kFields[] = {
     {SFIELD_SET_VIEWREAR, "SFIELD_SET_VIEWREAR", kInt, Show<VideoPlane::View::Rear>},
     {SFIELD_SET_VIEWPIP, "SFIELD_SET_VIEWPIP", kInt, Show<VideoPlane::View::Pip>},
     {SFIELD_PLAY_VIDEO, "SFIELD_PLAY_VIDEO", kPath, PlayPath},
-    {SFIELD_CONTROL_VIDEO, "SFIELD_CONTROL_VIDEO", kInt, Accept},
+    {SFIELD_CONTROL_VIDEO, "SFIELD_CONTROL_VIDEO", kInt, ControlPlayback},
     {SFIELD_SET_VIDEO_FRAMRATE, "SFIELD_SET_VIDEO_FRAMRATE", kInt, Accept},
     {SFIELD_SET_AUDIO_IN_GAIN, "SFIELD_SET_AUDIO_IN_GAIN", kInt, KeepAndSpeak<Set_Cfg_Volume>},
     {SFIELD_SET_AUDIO_OUT_GAIN, "SFIELD_SET_AUDIO_OUT_GAIN", kInt, KeepAndSpeak<Set_Cfg_Spk_Volume>},
     {SFIELD_SET_SYSTEM_SD_CHECK, "SFIELD_SET_SYSTEM_SD_CHECK", kInt, Accept},
-    {SFIELD_SET_SYSTEM_SD_FORMAT, "SFIELD_SET_SYSTEM_SD_FORMAT", kInt, Accept},
+    {SFIELD_SET_SYSTEM_SD_FORMAT, "SFIELD_SET_SYSTEM_SD_FORMAT", kInt, FormatCard},
     {SFIELD_VIDEO_REC_START, "SFIELD_VIDEO_REC_START", kInt, BeginRecording},
     {SFIELD_VIDEO_REC_STOP, "SFIELD_VIDEO_REC_STOP", kInt, EndRecording},
     {SFIELD_SET_AUDIO_OUT_MUTE, "SFIELD_SET_AUDIO_OUT_MUTE", kInt, KeepAndSpeak<Set_Cfg_Buzer_Flag>},
@@ -175,7 +201,7 @@ constexpr Field kFields[] = {
     {SFIELD_GET_AUTO_LCD_VALUE, "SFIELD_GET_AUTO_LCD_VALUE", kInt, TellLcdValue},
     {SFIELD_GET_ACC, "SFIELD_GET_ACC", kInt, AnswerZero},
     {SFIELD_SET_VIEWCHANGE, "SFIELD_SET_VIEWCHANGE", kInt, Accept},
-    {SFIELD_SET_SEEK_PLAY, "SFIELD_SET_SEEK_PLAY", kInt, Accept},
+    {SFIELD_SET_SEEK_PLAY, "SFIELD_SET_SEEK_PLAY", kInt, SeekPlayback},
     {SFIELD_VOLTAGE_COMPENSATION, "SFIELD_VOLTAGE_COMPENSATION", kInt, Accept},
     {SFIELD_SET_PREVIEW_MIRRORING, "SFIELD_SET_PREVIEW_MIRRORING", kInt, Mirror},
     {SFIELD_SET_MOVING_PIP, "SFIELD_SET_MOVING_PIP", kInt, MovePip},
@@ -188,7 +214,7 @@ constexpr Field kFields[] = {
     {SFIELD_SET_CURRENT_RECORDING_FILE_DETECT, "SFIELD_SET_CURRENT_RECORDING_FILE_DETECT", kInt, RecordManualEvent},
     {SFIELD_SET_USER_DATA_INIT, "SFIELD_SET_USER_DATA_INIT", kInt, InitUserData},
     {SFIELD_SET_REARCAM_ONOFF, "SFIELD_SET_REARCAM_ONOFF", kInt, PowerRear},
-    {SFIELD_SET_USER_SDCHECK, "SFIELD_SET_USER_SDCHECK", kInt, Accept},
+    {SFIELD_SET_USER_SDCHECK, "SFIELD_SET_USER_SDCHECK", kInt, CheckCard},
     {SFIELD_TOUCH_COMP_END, "SFIELD_TOUCH_COMP_END", kInt, EndTouchCompensation},
 };
 

@@ -70,6 +70,12 @@ bool WriteWhole(const QString& path, const QByteArray& bytes) {
   return std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(path).constData()) == 0;
 }
 
+const unsigned char* LedColumns(char character) {
+  for (const Glyph& glyph : kGlyphs)
+    if (glyph.character == character) return glyph.columns;
+  return nullptr;
+}
+
 QByteArray FactoryLedList() {
   const QByteArray entries = LedEntry(true, "Security LED", "||||") + LedEntry(false, "Korvo Black", "KORVO") +
                              LedEntry(false, "1234", "1234");

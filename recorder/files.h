@@ -13,6 +13,9 @@ inline constexpr char kUpdateMarker[] = "/tmp/update.zel";
 inline constexpr char kUpdateMarker2[] = "/tmp/update.zel2";
 inline constexpr char kTouchCheckMarker[] = "/mnt/mmc/touch_check.txt";
 inline constexpr char kTouchTestMarker[] = "/mnt/mmc/touch_test.txt";
+/// The card, and where its files are while it is out.
+inline constexpr char kCard[] = "/mnt/mmc";
+inline constexpr char kCardOut[] = "/mnt/mmc.out";
 inline constexpr char kSocket[] = "/run/recorder.sock";
 inline constexpr char kLedList[] = "/opt/led.zel";
 
@@ -22,6 +25,10 @@ bool WriteWhole(const QString& path, const QByteArray& bytes);
 /// Makes the folders of the device below `root`, removes what an earlier run left in /tmp, and sees to a good list of
 /// the front LED. False, with one sentence in `error`, when a folder or a file cannot be made.
 bool PrepareRoot(const QString& root, QString* error);
+
+/// The four columns of a character of the LED's font, bit 0 the top one of five rows: digits, '-', some letters. Null
+/// for any other.
+const unsigned char* LedColumns(char character);
 
 /// The list of the front LED as the device comes with it: the security pattern (shown), the brand pattern, a number.
 QByteArray FactoryLedList();

@@ -6,7 +6,7 @@
 
 namespace recorder {
 
-ManualEvent::ManualEvent(Hub& hub) : mHub(hub) {
+ManualEvent::ManualEvent(Hub& hub, Recording& recording) : mHub(hub), mRecording(recording) {
   mEnd.setSingleShot(true);
   mEnd.callOnTimeout([this] { End(); });
 }
@@ -19,10 +19,12 @@ bool ManualEvent::Begin() {
   if (IsOn()) return true;
   if (!WriteWhole(mHub.Path(kManualEvent), QByteArray())) return false;
   mEnd.start(mHub.delays.manualEvent);
+  mRecording.Mark(Label::Kind::Protected, Label::Trigger::None);
   return true;
 }
 
 void ManualEvent::End() {
+  mRecording.EndMark();
   QFile::remove(mHub.Path(kManualEvent));
   mHub.Note(QStringLiteral("The manual event recording has ended."));
   emit mHub.recorder.StateChanged();

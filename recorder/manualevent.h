@@ -2,7 +2,7 @@
 
 #include <QTimer>
 
-#include "recorder/hub.h"
+#include "recorder/recording.h"
 
 namespace recorder {
 
@@ -10,7 +10,7 @@ namespace recorder {
 /// the marker never outlives the recorder.
 class ManualEvent {
 public:
-  explicit ManualEvent(Hub& hub);
+  ManualEvent(Hub& hub, Recording& recording);
   ~ManualEvent();
   ManualEvent(const ManualEvent&) = delete;
   ManualEvent& operator=(const ManualEvent&) = delete;
@@ -24,6 +24,7 @@ private:
   void End();
 
   Hub& mHub;
+  Recording& mRecording;
   QTimer mEnd;
 };
 

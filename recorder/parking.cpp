@@ -43,6 +43,7 @@ bool Parking::Begin(int minutesAgo, QString* error) {
   mImpacts.clear();
   mMotions.clear();
   mCameras.Parked(true);
+  mRecording.SetParked(true);
   return mHub.Send(RECV_ZEL_STATUS_PARK_MODE_IN);
 }
 
@@ -55,6 +56,8 @@ bool Parking::End(bool lowVoltage, QString* error) {
   const int end = std::max(SecondsAgo(0), mStart + 1);
   const QByteArray report = Report(mStart, lowVoltage ? 0 : end, lowVoltage ? end : 0, mImpacts, mMotions);
   mStart = 0;
+  if (lowVoltage) mRecording.SetCut(Label::Cut::LowVoltage);
+  mRecording.SetParked(false);
   mCameras.Parked(false);
   if (!WriteWhole(mHub.Path(kParkingReport), report))
     mHub.Note(QStringLiteral("The parking report cannot be written."));
@@ -68,6 +71,11 @@ bool Parking::Record(bool impact, int minutesAgo, QString* error) {
     return false;
   }
   times.append(std::max(mStart, SecondsAgo(60 * minutesAgo)));
+  const Label::Trigger trigger = impact ? Label::Trigger::Impact : Label::Trigger::Motion;
+  if (minutesAgo == 0)
+    mRecording.Mark(Label::Kind::Parking, trigger);
+  else
+    mRecording.MarkPast(trigger, times.constLast());
   return true;
 }
 

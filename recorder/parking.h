@@ -2,7 +2,7 @@
 
 #include <QList>
 
-#include "recorder/cameras.h"
+#include "recorder/recording.h"
 
 namespace recorder {
 
@@ -11,7 +11,7 @@ class Parking {
 public:
   static constexpr int kMostRecordings = 1000;  ///< of either kind in one report
 
-  Parking(Hub& hub, Cameras& cameras) : mHub(hub), mCameras(cameras) {}
+  Parking(Hub& hub, Cameras& cameras, Recording& recording) : mHub(hub), mCameras(cameras), mRecording(recording) {}
 
   /// The car was parked `minutesAgo` minutes ago, and the recorder goes into parking mode.
   bool Begin(int minutesAgo, QString* error);
@@ -20,7 +20,7 @@ public:
   /// the interface is told.
   bool End(bool lowVoltage, QString* error);
 
-  /// An impact or a movement was recorded `minutesAgo` minutes ago, at most at the start of the parking.
+  /// An impact or a movement is recorded, or was `minutesAgo` minutes ago, at most at the start of the parking.
   bool Record(bool impact, int minutesAgo, QString* error);
 
   bool IsParked() const { return mStart > 0; }
@@ -32,6 +32,7 @@ public:
 private:
   Hub& mHub;
   Cameras& mCameras;
+  Recording& mRecording;
   int mStart = 0;  // seconds since 1970; 0: not parked
   QList<int> mImpacts;
   QList<int> mMotions;

@@ -1,13 +1,16 @@
 #pragma once
 
 #include "recorder/cameras.h"
+#include "recorder/card.h"
 #include "recorder/commandserver.h"
 #include "recorder/manualevent.h"
 #include "recorder/parking.h"
+#include "recorder/playback.h"
 #include "recorder/power.h"
 #include "recorder/recording.h"
 #include "recorder/scenario.h"
 #include "recorder/statuschannel.h"
+#include "recorder/stock.h"
 
 namespace recorder {
 
@@ -16,7 +19,6 @@ struct Facts {
   int gps = 2;    ///< 0 none, 1 searching, 2 fix
   int speed = 0;  ///< km/h
   bool accModel = false;
-  QString card = QStringLiteral("good");
 };
 
 /// The recorder taken apart.
@@ -27,13 +29,16 @@ struct Parts {
   void Greet();
 
   Hub hub;
+  CameraSource source = DrawStripes;
   StatusChannel status;
   Cameras cameras{hub};
   Power power{hub};
   Voice voice{hub};
-  Recording recording{hub, voice};
-  Parking parking{hub, cameras};
-  ManualEvent manualEvent{hub};
+  Card card{hub};
+  Recording recording{hub, voice, cameras, card};
+  Playback playback{hub, card};
+  Parking parking{hub, cameras, recording};
+  ManualEvent manualEvent{hub, recording};
   Facts facts;
   QTimer restart;  // to the restart of the device
   Scenario scenario{hub};

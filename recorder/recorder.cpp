@@ -38,10 +38,17 @@ using namespace recorder;
 Recorder::Recorder(const QString& root, QObject* parent)
     : QObject(parent), mParts(std::make_unique<Parts>(*this, root)) {}
 
-Recorder::~Recorder() = default;
+Recorder::~Recorder() {
+  mParts->recording.Finish();
+  mParts->card.Finish();
+}
 
 void Recorder::SetDelays(const Delays& delays) {
   mParts->hub.delays = delays;
+}
+
+void Recorder::SetCameras(const CameraSource& cameras) {
+  mParts->source = cameras;
 }
 
 bool Recorder::Start(QString* error) {
@@ -51,15 +58,25 @@ bool Recorder::Start(QString* error) {
     return false;
   }
   // First the socket: another recorder below this root keeps its files and its queue.
-  if (!mParts->server.Listen(hub.Path(kSocket), error) || !mParts->status.Open(error) || !PrepareRoot(hub.root, error))
-    return false;
+  if (!mParts->server.Listen(hub.Path(kSocket), error) || !mParts->status.Open(error)) return false;
+  mParts->card.Start();
+  if (!PrepareRoot(hub.root, error)) return false;
   hub.settings.Load();
   if (!hub.settings.Save()) {
     *error = QStringLiteral("The file %1 cannot be written.").arg(hub.Path(kIniFile));
     return false;
   }
   mParts->cameras.Start();
+  mParts->recording.Start(mParts->source);
   return true;
+}
+
+bool Recorder::FillNewCard(QString* error) {
+  const CardFolder& card = mParts->card.Folder();
+  if (card.IsFormatted() || !card.Recordings().isEmpty()) return true;
+  if (WriteLastDays(card, mParts->source, QDateTime::currentDateTime()) && card.StampFormat()) return true;
+  *error = QStringLiteral("The recordings cannot be written: %1.").arg(mParts->hub.Path(kCard));
+  return false;
 }
 
 void Recorder::RemoveTransport() {
@@ -109,7 +126,8 @@ QJsonObject Recorder::State() const {
           {QStringLiteral("voice"), parts.voice.State()},
           {QStringLiteral("recording"), parts.recording.IsOn()},
           {QStringLiteral("manualEvent"), parts.manualEvent.IsOn()},
-          {QStringLiteral("card"), parts.facts.card},
+          {QStringLiteral("playback"), parts.playback.State()},
+          {QStringLiteral("card"), parts.card.State()},
           {QStringLiteral("gps"), parts.facts.gps},
           {QStringLiteral("speed"), parts.facts.speed},
           {QStringLiteral("accModel"), parts.facts.accModel},
@@ -121,5 +139,6 @@ QJsonObject Recorder::State() const {
 VideoPlane Recorder::Video() const {
   VideoPlane plane = mParts->cameras.Video();
   plane.recording = mParts->recording.IsOn();
+  plane.played = mParts->playback.Shown();
   return plane;
 }

@@ -6,6 +6,8 @@
 #include <QString>
 #include <memory>
 
+#include "recorder/picture.h"
+
 namespace recorder {
 struct Parts;
 }
@@ -18,6 +20,8 @@ struct VideoPlane {
   int pipCorner = 0;      ///< where the small picture stands: 0 right bottom, 1 right top, 2 left top, 3 left bottom
   bool rearAlive = true;  ///< false: the rear camera is unplugged or switched off; its picture is black
   bool recording = true;  ///< a recording is under way
+  /// The picture of the recording that is being played, in place of the cameras; null: none is.
+  std::shared_ptr<const Picture> played;
 };
 
 /// The simulated recorder firmware: everything that the interface talks to over the platform library's transport, and
@@ -42,6 +46,10 @@ public:
     int restart = 2000;       ///< from the notice of a restart to the restart
     int drift = 60000;        ///< one swing of the supply voltage
     int lcdStep = 7000;       ///< between two levels of the automatic backlight
+    int picture = 250;        ///< between two pictures of a recording; they are 250 ms of its time apart
+    int clip = 20000;         ///< a recording, of its own time: 1000..60000; one of an impact or movement takes half
+    int format = 3000;        ///< the format of the card
+    int check = 2000;         ///< the check of the card
   };
 
   /// `root` is the folder that stands for the device's file system; without a slash at its end.
@@ -53,10 +61,17 @@ public:
   /// Other delays than the usual ones. Before Start().
   void SetDelays(const Delays& delays);
 
+  /// What the cameras see; moving stripes unless given. Before Start().
+  void SetCameras(const CameraSource& cameras);
+
   /// Writes the files that the firmware leaves before the interface starts, creates the queue and the segment (their
   /// key: environment PLATFORM_KEY), and listens for commands. False, with one sentence in `error`, when that is
   /// impossible, or when another recorder listens below the same root: its files and its queue are left alone.
   bool Start(QString* error);
+
+  /// Fills a card that no recorder has formatted yet with the recordings of the last days, 362 of them. False, with one
+  /// sentence in `error`, when it is too small.
+  bool FillNewCard(QString* error);
 
   /// Removes the queue and the segment from the machine. For the end of the bench, when the interface has ended.
   static void RemoveTransport();
@@ -74,9 +89,10 @@ public:
   /// says "optional": true. Choices are texts.
   static QJsonArray Actions();
 
-  /// Plays the scenario of `file`: one JSON object a line, {"ms", "event", "value"} or {"ms", "action", its arguments};
-  /// ms (0..86400000) count from the interface's first command, or from now when that has come already. The whole file
-  /// is checked first: false, with one sentence that names the line. It replaces a scenario that is being played.
+  /// Plays the scenario of `file`: one JSON object a line, {"ms", "event", "value"}, {"ms", "action", its arguments} or
+  /// {"ms", "touch": {"x", "y"}}; ms (0..86400000) count from the interface's first command, or from now when that has
+  /// come already. The whole file is checked first: false, with one sentence that names the line. It replaces a
+  /// scenario that is being played.
   bool PlayScenario(const QString& file, QString* error);
 
   /// The recorder's whole state, for a person and for tests: settings, decoded setup block, cameras, power, card, ...
@@ -94,6 +110,8 @@ signals:
   void Logged(const QJsonObject& entry);
   void StateChanged();
   void VideoChanged();
+  /// A scenario wants a tap on the screen, x 0..479 and y 0..319.
+  void TapWanted(int x, int y);
   /// The firmware restarts the device: the interface must be ended and started again.
   void RestartWanted();
 

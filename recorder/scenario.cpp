@@ -32,6 +32,20 @@ Scenario::Scenario(Hub& hub) : mHub(hub) {
   mTimer.callOnTimeout([this] { Play(); });
 }
 
+bool Scenario::ReadEvent(QJsonObject* object, Step* step, QString* error) {
+  return TakeInt(object, "event", 1, 38, &step->event, error) &&
+         TakeInt(object, "value", std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), &step->value,
+                 error);
+}
+
+bool Scenario::ReadTouch(const QJsonValue& value, Step* step, QString* error) {
+  QJsonObject touch = value.toObject();
+  if (!TakeInt(&touch, "x", 0, 479, &step->x, error) || !TakeInt(&touch, "y", 0, 319, &step->y, error)) return false;
+  step->isTouch = touch.isEmpty();
+  if (!step->isTouch) *error = QStringLiteral("\"%1\" is not known").arg(touch.keys().constFirst());
+  return step->isTouch;
+}
+
 bool Scenario::ReadLine(const QByteArray& line, Step* step, QString* error) {
   QJsonParseError reason;
   const QJsonDocument document = QJsonDocument::fromJson(line, &reason);
@@ -46,9 +60,9 @@ bool Scenario::ReadLine(const QByteArray& line, Step* step, QString* error) {
     step->arguments = object;
     return CheckAction(step->action, step->arguments, error);
   }
-  if (!TakeInt(&object, "event", 1, 38, &step->event, error) ||
-      !TakeInt(&object, "value", std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), &step->value, error))
-    return false;
+  const bool isTouch = object.contains(QLatin1String("touch"));
+  if (isTouch && !ReadTouch(object.take(QLatin1String("touch")), step, error)) return false;
+  if (!isTouch && !ReadEvent(&object, step, error)) return false;
   if (object.isEmpty()) return true;
   *error = QStringLiteral("\"%1\" is not known").arg(object.keys().constFirst());
   return false;
@@ -95,7 +109,9 @@ void Scenario::Wait() {
 void Scenario::Play() {
   const Step step = mSteps[mNext++];
   QString error;  // of an action that cannot be done now: it is in the log
-  if (step.event > 0)
+  if (step.isTouch)
+    emit mHub.recorder.TapWanted(step.x, step.y);
+  else if (step.event > 0)
     mHub.recorder.SendStatus(step.event, step.value);
   else
     mHub.recorder.Do(step.action, step.arguments, &error);

@@ -8,7 +8,7 @@
 
 namespace recorder {
 
-/// A file of events and actions with their times.
+/// A file of events, actions and touches with their times.
 class Scenario {
 public:
   explicit Scenario(Hub& hub);
@@ -25,12 +25,17 @@ public:
 private:
   struct Step {
     int ms;
-    int event = 0;  // 0: the action
+    int event = 0;  // 0: the touch or the action
     int value = 0;
+    bool isTouch = false;
+    int x = 0;
+    int y = 0;
     QString action;
     QJsonObject arguments;
   };
 
+  static bool ReadEvent(QJsonObject* object, Step* step, QString* error);
+  static bool ReadTouch(const QJsonValue& value, Step* step, QString* error);
   static bool ReadLine(const QByteArray& line, Step* step, QString* error);
   void Play();
   void Wait();
