@@ -3,6 +3,8 @@
 
 #include "gui/app/screenfactory.h"
 #include "gui/parking/pfileinfo.h"
+#include "gui/recordings/playfileinfo.h"
+#include "gui/recordings/recordingfilemanager.h"
 #include "tests/fake/windowtest.h"
 
 static TestRoot root;
@@ -12,11 +14,17 @@ class MainWindowStackTest : public WindowTest {
 
 private:
   PFileInfo mReport;
+  PlayFileInfo mOther{nullptr, ALL_ASCENDING_FRONT, 0};
 
   static bool IsThere(WidgetId id) {
     for (const ScreenRow& row : Screens())
       if (row.id == id) return true;
     return false;
+  }
+
+  QObject* ArgumentOf(WidgetId id) {
+    if (id == PLAYER) return new PlayFileInfo(nullptr, ALL_ASCENDING_FRONT, 0);  // the player deletes it
+    return id == PFILEGRAPH ? &mReport : nullptr;
   }
 
 private slots:
@@ -30,7 +38,7 @@ private slots:
     for (const ScreenRow& row : Screens()) {
       QVERIFY2(row.id > UNKNOWN && row.id <= POWERCUTSETTING, row.name);
       QVERIFY2(seen.insert(row.id).second, row.name);
-      mWindow->StartWidget(row.id, row.id == PFILEGRAPH ? &mReport : nullptr);
+      mWindow->StartWidget(row.id, ArgumentOf(row.id));
       QCOMPARE(TopId(), row.id);
       QCOMPARE(Top()->metaObject()->className(), row.name);
       QVERIFY2(Top()->isVisible(), row.name);
@@ -62,10 +70,17 @@ private slots:
     QVERIFY(!mPreview->isVisible());
     QVERIFY(Top()->isVisible());
   }
-  void theParkingReportIsNotBuiltWithoutAReport() {
+  void aScreenIsNotBuiltWithoutWhatItShows_data() {
+    QTest::addColumn<int>("id");
+    QTest::newRow("PFILEGRAPH") << int{PFILEGRAPH};
+    QTest::newRow("PLAYER") << int{PLAYER};
+  }
+  void aScreenIsNotBuiltWithoutWhatItShows() {
+    QFETCH(int, id);
     QObject other;
-    mWindow->StartWidget(PFILEGRAPH, nullptr);
-    mWindow->StartWidget(PFILEGRAPH, &other);
+    mWindow->StartWidget(WidgetId(id), nullptr);
+    mWindow->StartWidget(WidgetId(id), &other);
+    mWindow->StartWidget(WidgetId(id), id == PLAYER ? &mReport : static_cast<QObject*>(&mOther));
     QCOMPARE(TopId(), PREVIEW);
     QVERIFY(mPreview->isVisible());
     QCOMPARE(mPreview->paused, 0);

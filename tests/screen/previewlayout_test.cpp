@@ -412,8 +412,10 @@ private slots:
   }
   void menuKeyGoesToTheMenuWithACleanTimeFlag() {
     Setting().time_set_flag = gEnvirnmentSettings.mOldSetting.time_set_flag = 1;
+    const QTimer* lcdOff = Timer("mTimLcdOff");
     Tap(kMenu);
-    QVERIFY(!Timer("mTimLcdOff")->isActive());
+    QCOMPARE(gWidgetManager.GetCurWidgetId(), MAINMENU);
+    QVERIFY(!lcdOff->isActive());
     QCOMPARE(Setting().time_set_flag, 0);
     QCOMPARE(gEnvirnmentSettings.mOldSetting.time_set_flag, 0);
     QCOMPARE(gEnvirnmentSettings.GetSettingConfig(Set_Cfg_Time_Set_Flag), 0);
