@@ -127,8 +127,8 @@ bool CardFolder::Erase() const {
   return good && (!QFile::exists(stops) || QFile::remove(stops));
 }
 
-bool CardFolder::IsFormatted() const {
-  return QFile::exists(Path(QLatin1String(kFormatTime)));
+QDateTime CardFolder::Formatted() const {
+  return QFileInfo(Path(QLatin1String(kFormatTime))).lastModified();
 }
 
 bool CardFolder::StampFormat() const {

@@ -59,8 +59,8 @@ public:
   /// Removes all recordings and the list of stops.
   bool Erase() const;
 
-  /// Whether a recorder has formatted this card.
-  bool IsFormatted() const;
+  /// When a recorder has formatted this card; null: none has.
+  QDateTime Formatted() const;
   bool StampFormat() const;
 
 private:

@@ -47,6 +47,7 @@ void Playback::Play(const QByteArray& path) {
   if (const Result result = mReader->Open(mCard.Folder().Path(QFile::decodeName(mName))); result != Result::Good)
     return End(StatusOf(result));
   mPaused = mEnded = false;
+  mTold = -1;
   Advance(true);
 }
 
@@ -90,7 +91,8 @@ void Playback::Wait(bool afresh) {
     mFrom = mReader->At();
     mClock.start();
   }
-  mNext.start(static_cast<int>(std::max<qint64>(0, mReader->Until() - mFrom - mClock.elapsed())));
+  const qint64 due = (mReader->Until() - mFrom) * mHub.delays.playSecond / 1000;
+  mNext.start(static_cast<int>(std::max<qint64>(0, due - mClock.elapsed())));
 }
 
 // The last picture stays after a good end: the interface asks what comes next.

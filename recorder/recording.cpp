@@ -32,12 +32,19 @@ void Recording::Start(const CameraSource& source) {
 }
 
 void Recording::Begin() {
-  if (!mOn && mCard.IsReady() && !mCard.Folder().AddStop(mStopped, QDateTime::currentDateTime()))
-    mHub.Note(QStringLiteral("The list of stops cannot be written."));
+  if (!mOn) NoteStop();
   mOn = true;
   mTick.start(mHub.delays.picture);
   mVoice.Speak(mHub.delays.voice);
   emit mHub.recorder.VideoChanged();
+}
+
+// A card that was formatted meanwhile knows of no stop.
+void Recording::NoteStop() {
+  const QDateTime formatted = mCard.Folder().Formatted();
+  if (!mCard.IsReady() || (formatted.isValid() && formatted >= mStopped)) return;
+  if (!mCard.Folder().AddStop(mStopped, QDateTime::currentDateTime()))
+    mHub.Note(QStringLiteral("The list of stops cannot be written."));
 }
 
 void Recording::End(int why) {

@@ -57,6 +57,7 @@ private:
     std::array<std::unique_ptr<ClipWriter>, 2> writers;
   };
 
+  void NoteStop();
   Take NewTake(const Label& label, int length) const;
   void Record();
   void AddPicture(Take* take, int camera);

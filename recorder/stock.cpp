@@ -48,15 +48,16 @@ constexpr Moment kDay[] = {
     {Kind::Parking, Trigger::Motion, Cut::None, true},
     {Kind::Normal},
 };
-constexpr int kSeconds[] = {8, 5, 3, 12, 6, 4, 1, 10, 7, 3, 20, 5, 9, 2};
+constexpr int kSeconds[] = {12, 20, 8, 15, 5, 3, 6, 4, 1, 10, 7, 3, 9, 2};
 constexpr int kLong = 60;
 
-int SecondsOf(int moment) {
-  return moment % 53 == 20 ? kLong : kSeconds[static_cast<size_t>(moment) % std::size(kSeconds)];
+// Of the newest moment (0) and those before.
+int SecondsOf(int age) {
+  return age % 53 == 20 ? kLong : kSeconds[static_cast<size_t>(age) % std::size(kSeconds)];
 }
 
-bool HasCamera(int moment, int camera) {
-  return camera == 0 ? moment % 23 != 11 : moment % 7 != 3;
+bool HasCamera(int age, int camera) {
+  return camera == 0 ? age % 23 != 11 : age % 7 != 3;
 }
 
 QList<QByteArray> Encoded(const CameraSource& cameras, int camera, qint64 from) {
@@ -92,15 +93,17 @@ bool WriteLastDays(const CardFolder& card, const CameraSource& cameras, const QD
     const Moment& moment = kDay[static_cast<size_t>(i) % std::size(kDay)];
     const Label label{moment.kind, moment.trigger, moment.cut, moment.clockBroken,
                       first.addSecs(qint64{i} * kBetween + i * 37 % 200)};
+    const int age = kMoments - 1 - i;
+    const int seconds = SecondsOf(age);
     for (const int camera : {0, 1}) {
-      if (!HasCamera(i, camera)) continue;
+      if (!HasCamera(age, camera)) continue;
       ClipWriter writer(kPictureWidth, kPictureHeight, kRate);
-      for (int picture = 0; picture < SecondsOf(i) * kRate; ++picture)
+      for (int picture = 0; picture < seconds * kRate; ++picture)
         writer.Add(pictures[static_cast<size_t>(camera)][(picture + i) % kPictures]);
-      const qint64 end = label.start.addSecs(SecondsOf(i)).toMSecsSinceEpoch();
+      const qint64 end = label.start.addSecs(seconds).toMSecsSinceEpoch();
       if (!card.Write(label, camera, writer.Finish(), end + camera)) return false;
     }
-    const QDateTime stop = label.start.addSecs(SecondsOf(i) + 10);
+    const QDateTime stop = label.start.addSecs(seconds + 10);
     if (i % 29 == 5 && !card.AddStop(stop, stop.addSecs(kAway))) return false;
   }
   return true;

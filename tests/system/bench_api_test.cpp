@@ -302,7 +302,7 @@ private slots:
              QJsonObject({{"width", 480}, {"height", 320}, {"live", true}, {"backlight", 100000}}));
     QCOMPARE(state[QStringLiteral("touch")].toObject(), QJsonObject({{"down", false}}));
     QCOMPARE(state[QStringLiteral("video")].toObject().keys().join(u' '),
-             QStringLiteral("mirrored pipCorner rearAlive recording view"));
+             QStringLiteral("mirrored pipCorner playing rearAlive recording view"));
     QVERIFY(state[QStringLiteral("recorder")][QStringLiteral("settings")].isObject());
     QVERIFY(state[QStringLiteral("recorder")][QStringLiteral("setup")].isObject());
     QVERIFY(QFile::exists(state[QStringLiteral("root")].toString() + QStringLiteral("/tmp/config_init.ini")));
