@@ -2,6 +2,7 @@
 // sees them on the camera, and a page that shows them all. No display, no recorder, no bench.
 #include <QApplication>
 #include <QDir>
+#include <QLabel>
 #include <QLoggingCategory>
 #include <QTextStream>
 #include <QtEndian>
@@ -81,7 +82,7 @@ void FillCard() {
                 card::Avi(60, 1, trailer));
   };
   for (int i = 0; i < 120; ++i) put(i % 9 == 0 ? "evt" : "rec", flags[0], false);
-  for (const char* prefix : {"pmr", "evt", "rec"})
+  for (const char* prefix : {"rec", "evt", "pmr"})
     for (const QByteArray& flag : flags) put(prefix, flag, false);
   root.Write(QStringLiteral("/mnt/mmc/Setup/record_stop.info"),
              (at.toString(QStringLiteral("yyyyMMdd_HHmmss")) + u' ' +
@@ -213,6 +214,27 @@ const State kStates[] = {
        Open(w, SDMANAGEMENT);
        Event(w, RECV_ZEL_STATUS_SD_CHECK, 5);
      }},
+    {SDFORMAT, "format", "The card is being formatted",
+     [](MainWindow& w) {
+       Open(w, SDFORMAT);
+       QMetaObject::invokeMethod(gWidgetManager.GetCurrentWidget(), "TimeoutSDFormat");
+     }},
+    {SDFORMAT, "format-done", "The card is formatted",
+     [](MainWindow& w) {
+       Open(w, SDFORMAT);
+       Event(w, RECV_ZEL_STATUS_SD_FORMAT_RESULT, 1);
+     }},
+    {SDFORMAT, "format-fails", "The format has failed",
+     [](MainWindow& w) {
+       Open(w, SDFORMAT);
+       Event(w, RECV_ZEL_STATUS_SD_FORMAT_RESULT, 0);
+     }},
+    {SDFORMAT, "format-exchange", "It has failed, and the card failed at the start",
+     [](MainWindow& w) {
+       gInitSdError = true;
+       Open(w, SDFORMAT);
+       Event(w, RECV_ZEL_STATUS_SD_FORMAT_RESULT, 0);
+     }},
     {RECORDINGLIST, "recordings", "All recordings of the front camera, the newest first", OpenFullList},
     {RECORDINGLIST, "recordings-flags", "The next page: how parkings and clock errors look",
      [](MainWindow& w) {
@@ -279,6 +301,9 @@ public:
     PlatformFake::Get().Clear();
     Setting() = {};
     Setting().lcd_auto_off = Setting().lcd_bright = 1;
+    Setting().major_ver = 1;
+    Setting().minor_ver = 2;
+    Setting().minor_ver2 = 3;
     Setting().volume = Setting().spk_volume = 2;
     Setting().rear_cam_power = Setting().parking_mode_on = Setting().protect_file = 1;
     gEnvirnmentSettings.mOldSetting = Setting();
@@ -291,6 +316,12 @@ public:
 
   MainWindow& Window() { return mWindow; }
 
+  // The recording's camera, by its name.
+  static VideoPlane::View PlayedView() {
+    const auto* name = gWidgetManager.GetCurrentWidget()->findChild<QLabel*>(QStringLiteral("mFileNameLabel"));
+    return name->text().mid(3, 1) == u'1' ? VideoPlane::View::Rear : VideoPlane::View::Front;
+  }
+
   /// What a person sees.
   QImage Picture() {
     QCoreApplication::processEvents();
@@ -298,6 +329,7 @@ public:
     video.view = VideoPlane::View(Setting().display == 1 ? 1 : Setting().display == 2 ? 2 : 0);
     video.pipCorner = gEnvirnmentSettings.mMovingPip;
     video.rearAlive = gCountOfCamera == 2;
+    if (gWidgetManager.GetCurWidgetId() == PLAYER) video.view = PlayedView();
     return Compose(mWindow.grab().toImage().convertToFormat(QImage::Format_RGB32), mRoad.Frame(video, 4000), 100000);
   }
 

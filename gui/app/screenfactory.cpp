@@ -14,6 +14,7 @@
 #include "gui/setup/blackboxmanagement.h"
 #include "gui/setup/mainmenu.h"
 #include "gui/setup/mainmenu2.h"
+#include "gui/setup/sdformat.h"
 #include "gui/setup/sdmanagement.h"
 #include "gui/touch/touchthread.h"
 
@@ -55,6 +56,7 @@ constexpr ScreenRow kScreens[] = {
     {MAINMENU2, "MainMenu2", Make<MainMenu2>},
     {BLACKBOXMANAGEMENT, "BlackboxManagement", Make<BlackboxManagement>},
     {SDMANAGEMENT, "SdManagement", Make<SdManagement>},
+    {SDFORMAT, "SDFormat", Make<SDFormat>},
     {RECORDINGLIST, "RecordingFileList", MakeRecordingList},
     {PLAYER, "Player", MakePlayer},
 };

@@ -62,7 +62,6 @@ Player::Player(QWidget* parent, PlayFileInfo* info)
     : BaseWidget(parent),
       mTimDispControl(NewTimer("mTimDispControl", [this] { TimeoutDispControl(); })),
       mTimCurTimeProgress(NewTimer("mTimCurTimeProgress", [this] { TimeoutCurTimeProgress(); })) {
-  setFixedSize(gLcd.Width, gLcd.Height);
   const int list = info->GetListIndex();
   const int index = info->GetFileIndex();
   delete info;

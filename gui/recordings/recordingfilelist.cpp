@@ -34,7 +34,6 @@ const RecordingFileList::Key RecordingFileList::kKeys[] = {
 
 RecordingFileList::RecordingFileList(QWidget* parent)
     : PagedList(parent, kScrollRepeatMs), mRecordingFileManager(gMainWindow->GetRecordingFileManager()) {
-  resize(gLcd.Width, gLcd.Height);
   for (int row = 0; row < kRows; ++row) {
     mFileItemWidget[size_t(row)] = new RecordingFileItem(this);
     mFileItemWidget[size_t(row)]->setGeometry(RowRect(row));

@@ -12,6 +12,7 @@
 #include "gui/screen/messagecatalogue.h"
 #include "gui/screen/screenhost.h"
 #include "gui/screen/widgetmanager.h"
+#include "gui/settings/config.h"
 #include "gui/settings/settings.h"
 
 namespace {
@@ -29,6 +30,7 @@ BaseWidget::BaseWidget(QWidget* parent)
       mRecvMessageBoxTimer(NewTimer("mRecvMessageBoxTimer", [this] { TimeoutRecvMessageBoxTimer(); })),
       mEventTimer(NewTimer("mEventTimer", [this] { TimeoutEvent(); })),
       mTimRestartRecStart(NewTimer("mTimRestartRecStart", [this] { TimeoutRestartRecStart(); })) {
+  resize(gLcd.Width, gLcd.Height);
   connect(this, &BaseWidget::nextWidget, gMainWindow, &ScreenHost::StartWidget);
   connect(this, &BaseWidget::backWidget, gMainWindow, &ScreenHost::BackPressed);
   connect(this, &BaseWidget::jumpWidget, gMainWindow, &ScreenHost::Jumped);

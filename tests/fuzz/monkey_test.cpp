@@ -21,8 +21,12 @@ private:
   int AnyValue() { return Below(10) ? Below(21) : int(mRandom.generate()); }
 
   void AnyTouch() {
-    static constexpr QPoint kWanted[] = {{40, 33},  {115, 33}, {190, 33},  {265, 33},  {40, 96},
-                                         {115, 96}, {75, 240}, {142, 230}, {337, 230}, {220, 280}};
+    // Keys, tiles, buttons of boxes, rows and scroll keys.
+    static constexpr QPoint kWanted[] = {{40, 33},   {115, 33},  {190, 33},  {265, 33},  {355, 33},  {440, 33},
+                                         {40, 96},   {115, 96},  {80, 125},  {240, 125}, {400, 125}, {80, 255},
+                                         {240, 255}, {400, 255}, {440, 86},  {440, 138}, {440, 242}, {440, 294},
+                                         {75, 240},  {142, 230}, {337, 230}, {220, 280}, {40, 291},  {120, 291},
+                                         {200, 291}, {280, 291}, {360, 291}, {440, 291}};
     const QPoint at = Below(2) ? kWanted[Below(std::size(kWanted))] : QPoint(Below(500) - 10, Below(340) - 10);
     const bool posted = Below(2);
     mPlayed = QStringLiteral("touch %1 %2 %3").arg(at.x()).arg(at.y()).arg(posted);
@@ -47,8 +51,16 @@ private:
     QCoreApplication::sendEvent(timer, &over);
   }
   void AnyFile() {
-    static constexpr const char* kFiles[] = {"/tmp/ndf", "/tmp/.info.bin", "/mnt/mmc/Setup/picture.bmp",
-                                             "/tmp/picture.bmp"};
+    static constexpr const char* kFiles[] = {"/tmp/ndf",
+                                             "/tmp/.info.bin",
+                                             "/mnt/mmc/Setup/picture.bmp",
+                                             "/tmp/picture.bmp",
+                                             "/mnt/mmc/Setup/record_stop.info",
+                                             "/mnt/mmc/Setup/.format_time",
+                                             "/mnt/mmc/rec0_20230101_120000.avi",
+                                             "/mnt/mmc/rec1_20230101_120000.avi",
+                                             "/mnt/mmc/pmr0_20230101_120100_.avi",
+                                             "/mnt/mmc/evt0_20230101_120200.avi"};
     const QString file = QLatin1String(kFiles[Below(std::size(kFiles))]);
     mPlayed = file;
     if (Below(2)) {
@@ -62,9 +74,19 @@ private:
   void AnySetting() {
     int* const settings[] = {&Setting().display,      &Setting().volume,       &Setting().rear_cam_power,
                              &Setting().lcd_auto_off, &Setting().lcd_wait_dis, &Setting().parking_mode_on,
-                             &Setting().protect_file, &Setting().lcd_bright};
+                             &Setting().protect_file, &Setting().lcd_bright,   &Setting().resolution,
+                             &Setting().fps};
     mPlayed = QStringLiteral("setting");
     *settings[Below(std::size(settings))] = AnyValue();
+  }
+
+  // Some ways are rarely found by chance.
+  void AnyScreen() {
+    static constexpr WidgetId kRare[] = {MAINMENU2, SDMANAGEMENT, RECORDINGLIST, SDFORMAT};
+    if (gWidgetManager.GetStackDepth() > 4) return;
+    const WidgetId id = kRare[Below(std::size(kRare))];
+    mPlayed = QLatin1String(NameOf(id));
+    mWindow->StartWidget(id, nullptr);
   }
 
   void CheckCamera() {
@@ -80,7 +102,7 @@ private:
       QVERIFY2(screen == Top() || !screen->isVisible(), screen->metaObject()->className());
     }
     QCOMPARE(screens, gWidgetManager.GetStackDepth() + 1);
-    QVERIFY(screens < 8);
+    QVERIFY(screens < 12);  // six that are opened by chance, and what opens from there
   }
 
 private slots:
@@ -98,13 +120,14 @@ private slots:
     mWindow->show();
     void (MonkeyTest::*const plays[])() = {&MonkeyTest::AnyTouch, &MonkeyTest::AnyEvent,   &MonkeyTest::AnyTimer,
                                            &MonkeyTest::AnyTouch, &MonkeyTest::AnySetting, &MonkeyTest::AnyFile,
-                                           &MonkeyTest::AnyTimer};
+                                           &MonkeyTest::AnyTimer, &MonkeyTest::AnyScreen};
     for (int step = 0; step < 10000; ++step) {
       (this->*plays[Below(std::size(plays))])();
       if (Below(2)) QCoreApplication::processEvents();
       CheckCamera();
       if (QTest::currentTestFailed()) QFAIL(qPrintable(QStringLiteral("at step %1: %2").arg(step).arg(mPlayed)));
     }
+    QCoreApplication::processEvents();  // what is still posted
     // And it still does what it should: a status event shows its box on the live preview.
     mWindow->Jumped(PREVIEW);
     mWindow->recvEvent(RECV_ZEL_STATUS_MUTE_ON, 0);

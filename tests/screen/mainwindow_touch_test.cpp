@@ -273,7 +273,7 @@ private slots:
     QCOMPARE(gNeedFormatFlag, 0);
     QCOMPARE(next.size(), 1);
     QCOMPARE(next.first().first().value<WidgetId>(), SDFORMAT);
-    QVERIFY2(Asked().last().endsWith(" event 29 1"), qPrintable(Asked().last()));
+    QCOMPARE(TopId(), SDFORMAT);
 
     // Once only: neither the next prompt nor the fall-back formats again.
     Fake().asked.clear();

@@ -586,10 +586,11 @@ private slots:
   void formatQuestionYesFormats() {
     sdErrorAsksForAFormat();
     Fake().asked.clear();
+    const QTimer* lcdOff = Timer("mTimLcdOff");
     Tap(QPoint(56, 214));
     QCOMPARE(Fake().Commands(), QStringList{QStringLiteral("8612 0")});
-    QCOMPARE(EventBox(), -1);
-    QVERIFY(!Timer("mTimLcdOff")->isActive());
+    QCOMPARE(gWidgetManager.GetCurWidgetId(), SDFORMAT);
+    QVERIFY(!lcdOff->isActive());
   }
   void formatQuestionNoGoesOn() {
     sdErrorAsksForAFormat();
