@@ -280,6 +280,32 @@ void MeasurePainting(Figures& figures) {
               Times(time("clock page"), copy, 5));
   figures.Add(QStringLiteral("repaint of one key"), time("key"), "us", Times(time("key"), copy, 1.3));
 }
+
+void MeasureCatalogue(Figures& figures) {
+  double callsBefore = 0;
+  int countBefore = 0;
+  for (const int count : {1000, 10000, 50000}) {
+    QProcess catalogue;
+    catalogue.setStandardErrorFile(QProcess::nullDevice());
+    catalogue.start(QStringLiteral(BINARY_DIR "/perf/perf-catalogue"), {QString::number(count)});
+    if (!catalogue.waitForFinished(300000) || catalogue.exitCode() != 0) Fail("the catalogue cannot be measured");
+    const QJsonObject taken = QJsonDocument::fromJson(catalogue.readAllStandardOutput()).object();
+    const auto figure = [&taken](const char* name) { return taken.value(QLatin1String(name)).toDouble(); };
+    figures.Add(QStringLiteral("scan of %1 recordings, minimal C program").arg(count), figure("bare"), "ms");
+    figures.Add(QStringLiteral("scan of %1 recordings").arg(count), figure("scan"), "ms",
+                Times(figure("scan"), figure("bare"), 1.5));
+    if (count == 50000) {
+      if (figure("calls") > 0)
+        figures.Add(QStringLiteral("system calls for each recording"),
+                    (figure("calls") - callsBefore) / (count - countBefore), "",
+                    QStringLiteral("(opened, asked for its time, read twice, closed)"));
+      figures.Add(QStringLiteral("memory for each recording"), figure("bytes"), "bytes",
+                  QStringLiteral("(goal below 1024)"));
+    }
+    callsBefore = figure("calls");
+    countBefore = count;
+  }
+}
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -312,6 +338,7 @@ int main(int argc, char** argv) {
     MeasureIdle(figures, gui);
   }
   MeasurePainting(figures);
+  MeasureCatalogue(figures);
   figures.Print();
   if (!figures.Write(QString::fromLocal8Bit(argv[1]))) Fail("the figures cannot be written");
   return 0;

@@ -23,6 +23,8 @@ constexpr QLatin1String kPrefixes[] = {QLatin1String("rec"), QLatin1String("pmr"
                                        QLatin1String("ndf")};  // by File_Prefix
 constexpr QLatin1String kMarkerExtension("zel");
 
+constexpr qsizetype kCardLength = qsizetype{sizeof device::kCard} - 1;
+
 constexpr int kTrailerBytes = 4;
 constexpr char kFlagsFollow = '^';
 
@@ -53,11 +55,6 @@ constexpr IconRow kIcons[] = {
     {FILE_PREFIX_NDF, kAnyFlag, QLatin1String("filelist/ndf_file_normal.bmp")},
 };
 
-struct FoundFile {
-  QString name;
-  qint64 modified;  // ms since 1970
-};
-
 // "rec*", "pmr*", "evt*", "ndf*" and "*p.zel", in any case, not hidden.
 bool MayBeRecording(QByteArrayView name) {
   for (const QLatin1String prefix : kPrefixes)
@@ -65,31 +62,14 @@ bool MayBeRecording(QByteArrayView name) {
   return name.size() >= 5 && name.front() != '.' && qstricmp(name.last(5).data(), "p.zel") == 0;
 }
 
-// The files that may be recordings, the oldest first; of the same time the last name first. Nothing without a folder.
-std::optional<std::vector<FoundFile>> FindFiles(const QString& folderPath) {
-  DIR* folder = opendir(QFile::encodeName(DevicePath(folderPath)).constData());
-  if (folder == nullptr) return {};
-  std::vector<FoundFile> files;
-  while (const dirent* entry = readdir(folder)) {
-    const QByteArrayView name(entry->d_name);
-    struct stat status {};
-    if (!MayBeRecording(name) || fstatat(dirfd(folder), entry->d_name, &status, 0) != 0 || !S_ISREG(status.st_mode))
-      continue;
-    files.push_back({QString::fromUtf8(name), qint64{status.st_mtim.tv_sec} * 1000 + status.st_mtim.tv_nsec / 1000000});
-  }
-  closedir(folder);
-  std::sort(files.begin(), files.end(), [](const FoundFile& a, const FoundFile& b) {
-    return a.modified != b.modified ? a.modified < b.modified : a.name > b.name;
-  });
-  return files;
-}
-
 // The parts of a text between separators, without the empty ones.
 template <std::size_t kMost>
 struct Parts {
   Parts(QStringView text, QChar separator) {
-    for (const QStringView part : qTokenize(text, separator, Qt::SkipEmptyParts)) {
-      if (count < kMost) parts[count] = part;
+    for (qsizetype start = 0, end = 0; start < text.size(); start = end + 1) {
+      for (end = start; end < text.size() && text[end] != separator;) ++end;
+      if (end == start) continue;
+      if (count < kMost) parts[count] = text.sliced(start, end - start);
       ++count;
     }
   }
@@ -116,8 +96,68 @@ int FlagOf(const char* trailer) {
   return flags[0] == 1 ? TYPE_EVENT : flags[0] == 2 ? TYPE_MOTION : TYPE_NONE;
 }
 
-// "2023-01-01 12:34:56" of "20230101_123456".
+enum class Reading { Absent, Failed, Done };  // Failed: cannot be opened, or is empty
+
+/// What the catalogue takes from a video file.
+struct VideoData {
+  Reading reading = Reading::Absent;
+  int flag = TYPE_NONE;        // File_Flag_Type by the trailer
+  std::optional<int> seconds;  // nothing without a whole AVI header
+};
+
+// Opens `path`, from `folder` on; `status` is set unless that fails. What is no file must not block.
+VideoData ReadVideo(int folder, const char* path, struct stat* status) {
+  const int file = openat(folder, path, O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (file < 0) return {errno == ENOENT || errno == ELOOP ? Reading::Absent : Reading::Failed, TYPE_NONE, {}};
+  VideoData data{Reading::Failed, TYPE_NONE, {}};
+  if (fstat(file, status) == 0 && status->st_size > 0) {
+    char trailer[kTrailerBytes];
+    data.reading = Reading::Done;
+    if (status->st_size >= kTrailerBytes &&
+        pread(file, trailer, sizeof trailer, status->st_size - kTrailerBytes) == kTrailerBytes)
+      data.flag = FlagOf(trailer);
+    data.seconds = ReadAviSeconds(file);
+  }
+  close(file);
+  return data;
+}
+
+struct NameParts {
+  int mode;  // File_Prefix
+  int camMode;
+  QStringView day, time;  // of the name that was taken apart
+  bool isMarker;
+  bool rtcErrorFlag;
+};
+
+// Nothing when it is not the name of a recording.
+std::optional<NameParts> PartsOf(QStringView name) {
+  if (name.size() != kNameLength && name.size() != kLongNameLength) return {};
+  if (name[3] != u'0' && name[3] != u'1') return {};
+  const Parts<2> dotted(name, u'.');
+  if (dotted.count < 2) return {};
+  const Parts<3> parts(dotted[0], u'_');
+  if (parts.count != 3 && parts.count != 4) return {};
+  const QStringView word = parts[0];
+  if (word.size() != 4) return {};
+  const auto prefix = std::find(std::begin(kPrefixes), std::end(kPrefixes), word.first(3));
+  if (prefix == std::end(kPrefixes)) return {};
+  const bool isMarker = dotted[1] == kMarkerExtension;
+  return NameParts{int(prefix - kPrefixes),
+                   word[3] == u'0' ? 0 : 1,
+                   parts[1],
+                   isMarker ? parts[2].chopped(1) : parts[2],
+                   isMarker,
+                   !isMarker && name.size() == kLongNameLength};
+}
+
+// "2023-01-01 12:34:56" of "20230101_123456"; what has another form gets its separators at the same places.
 QString DisplayText(const QString& date) {
+  if (date.size() == 15 && date[8] == u'_' && date.count(u'_') == 1) {
+    const QStringView text(date);
+    return text.first(4) % u'-' % text.sliced(4, 2) % u'-' % text.sliced(6, 2) % u' ' % text.sliced(9, 2) % u':' %
+           text.sliced(11, 2) % u':' % text.last(2);
+  }
   const QStringList parts = date.split(u'_');
   QString day = parts.value(0), time = parts.value(1);
   for (const int at : {4, 7}) day.insert(at, u'-');
@@ -125,6 +165,13 @@ QString DisplayText(const QString& date) {
   return day % u' ' % time;
 }
 }  // namespace
+
+/// A file of the card that may be a recording.
+struct RecordingFileManager::FoundFile {
+  QString name;
+  qint64 modified;  // ms since 1970
+  VideoData data;   // of a video
+};
 
 RecordingFileManager::RecordingFileManager() {
   InitData();
@@ -155,6 +202,35 @@ const FileItemList* RecordingFileManager::GetFileItem(int index) const {
   return index >= 0 && index < RECORDING_FILE_INDEX_MAX ? mFileItem[std::size_t(index)].get() : nullptr;
 }
 
+// Everything of a file comes from one opening of it: its time, which says when it is its turn, and the rest for then.
+std::optional<RecordingFileManager::FoundFile> RecordingFileManager::Find(int folder, const dirent& entry) {
+  struct stat status {};
+  const bool isFile = entry.d_type == DT_REG;
+  if (!isFile && (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)) return {};
+  if (!isFile && (fstatat(folder, entry.d_name, &status, 0) != 0 || !S_ISREG(status.st_mode))) return {};
+  FoundFile file{QString::fromUtf8(entry.d_name), 0, {}};
+  const auto parts = PartsOf(file.name);
+  if (parts && !parts->isMarker) file.data = ReadVideo(folder, entry.d_name, &status);
+  if (status.st_mode == 0 && fstatat(folder, entry.d_name, &status, 0) != 0) return {};
+  file.modified = qint64{status.st_mtim.tv_sec} * 1000 + status.st_mtim.tv_nsec / 1000000;
+  return file;
+}
+
+// The oldest first; of the same time the last name first. Nothing without a folder.
+std::optional<std::vector<RecordingFileManager::FoundFile>> RecordingFileManager::FindFiles(const QString& dirPath) {
+  DIR* folder = opendir(QFile::encodeName(DevicePath(dirPath)).constData());
+  if (folder == nullptr) return {};
+  std::vector<FoundFile> files;
+  while (const dirent* entry = readdir(folder))
+    if (MayBeRecording(entry->d_name))
+      if (auto file = Find(dirfd(folder), *entry)) files.push_back(*std::move(file));
+  closedir(folder);
+  std::sort(files.begin(), files.end(), [](const FoundFile& a, const FoundFile& b) {
+    return a.modified != b.modified ? a.modified < b.modified : a.name > b.name;
+  });
+  return files;
+}
+
 bool RecordingFileManager::ReadFileList(const QString& dirPath) {
   const auto files = FindFiles(dirPath);
   if (!files) return false;
@@ -162,8 +238,12 @@ bool RecordingFileManager::ReadFileList(const QString& dirPath) {
   if (files->empty()) return false;
   mFileListEntry->reserve(qsizetype(files->size()));
   int rejected = 0;
-  for (const FoundFile& file : *files)
+  const bool isCard = dirPath == QLatin1String(device::kCard);
+  for (const FoundFile& file : *files) {
+    if (isCard) mAhead = &file;
     if (!AddFileList(file.name)) ++rejected;
+  }
+  mAhead = nullptr;
   qDebug("invalid num = %d", rejected);
 
   CreateRecStopInfoList();
@@ -174,24 +254,12 @@ bool RecordingFileManager::ReadFileList(const QString& dirPath) {
 }
 
 bool RecordingFileManager::AddFileList(const QString& name) {
-  if (name.size() != kNameLength && name.size() != kLongNameLength) return false;
-  if (name[3] != u'0' && name[3] != u'1') return false;
-  const Parts<2> dotted(name, u'.');
-  if (dotted.count < 2) return false;
-  const Parts<3> parts(dotted[0], u'_');
-  if (parts.count != 3 && parts.count != 4) return false;
-  const bool isMarker = dotted[1] == kMarkerExtension;
-  const QStringView word = parts[0];
-  const QStringView time = isMarker ? parts[2].chopped(1) : parts[2];
-  const QString date = parts[1] % u'_' % time;
-  if (word.size() != 4) return false;
-  const auto prefix = std::find(std::begin(kPrefixes), std::end(kPrefixes), word.first(3));
-  if (prefix == std::end(kPrefixes)) return false;
-
-  FilelistEntry entry = NewFileListEntry(int(prefix - kPrefixes), false, word[3] == u'0' ? 0 : 1, date, isMarker,
-                                         !isMarker && name.size() == kLongNameLength);
+  const auto parts = PartsOf(name);
+  if (!parts) return false;
+  FilelistEntry entry = NewFileListEntry(parts->mode, false, parts->camMode, parts->day % u'_' % parts->time,
+                                         parts->isMarker, parts->rtcErrorFlag);
   // Markers come from the recorder's list alone: one that has a file of its own has no end.
-  if (isMarker && entry.recStopData.isEmpty()) {
+  if (parts->isMarker && entry.recStopData.isEmpty()) {
     qDebug("recStop error");
     return false;
   }
@@ -216,27 +284,16 @@ FilelistEntry RecordingFileManager::NewFileListEntry(int mode, bool eventFlag, i
 }
 
 bool RecordingFileManager::GetFileData(FilelistEntry* entry) {
-  // What is no file must not block.
-  const int file =
-      open(QFile::encodeName(DevicePath(entry->fileName)).constData(), O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-  if (file < 0) {
-    if (errno != ENOENT && errno != ELOOP) entry->fileFlag = TYPE_NONE;
-    return false;
-  }
-  const off_t size = lseek(file, 0, SEEK_END);
-  std::optional<int> seconds;
-  if (size > 0) {
-    char trailer[kTrailerBytes];
-    const bool isRead =
-        size >= kTrailerBytes && pread(file, trailer, sizeof trailer, size - kTrailerBytes) == kTrailerBytes;
-    entry->fileFlag = entry->rtcErrorFlag ? int{TYPE_RTC_ERROR} : isRead ? FlagOf(trailer) : int{TYPE_NONE};
-    seconds = ReadAviSeconds(file);
-    entry->recordTime = seconds.value_or(0);
-  } else {
-    entry->fileFlag = TYPE_NONE;
-  }
-  close(file);
-  return seconds.has_value();
+  VideoData data;
+  struct stat status {};
+  if (mAhead != nullptr && QStringView(entry->fileName).sliced(kCardLength) == mAhead->name)
+    data = mAhead->data;
+  else
+    data = ReadVideo(AT_FDCWD, QFile::encodeName(DevicePath(entry->fileName)).constData(), &status);
+  if (data.reading == Reading::Absent) return false;
+  entry->fileFlag = data.reading == Reading::Done && entry->rtcErrorFlag ? int{TYPE_RTC_ERROR} : data.flag;
+  entry->recordTime = data.seconds.value_or(0);
+  return data.seconds.has_value();
 }
 
 bool RecordingFileManager::GetRecStopFileData(FilelistEntry* entry) {

@@ -4,7 +4,10 @@
 #include <QString>
 #include <array>
 #include <memory>
+#include <optional>
 #include <vector>
+
+struct dirent;
 
 /// The kind of a recording, from the first three letters of its name.
 enum File_Prefix {
@@ -121,7 +124,7 @@ public:
                                  bool rtcErrorFlag);
   /// Sets flag and duration from the file, which is opened for writing, too, and not written. False when the file
   /// cannot be opened, is empty or no whole AVI header.
-  static bool GetFileData(FilelistEntry* entry);
+  bool GetFileData(FilelistEntry* entry);
   /// Reads the text of a stop marker's own file, at most 4 KiB. False when it cannot be read. The scan does not use it.
   static bool GetRecStopFileData(FilelistEntry* entry);
   /// A new empty list of stop records.
@@ -136,7 +139,10 @@ public:
 
 private:
   friend class RecordingFileManagerTest;
+  struct FoundFile;
 
+  static std::optional<FoundFile> Find(int folder, const dirent& entry);
+  static std::optional<std::vector<FoundFile>> FindFiles(const QString& dirPath);
   void InitData();
   void CreateFileListEntry();
   void AllRemoveFileList();
@@ -147,5 +153,6 @@ private:
   std::unique_ptr<RecStopInfoList> mRecStopInfoList;
   int mKey;
 
-  std::vector<FileItem> mItems;  // what the lists point to
+  const FoundFile* mAhead = nullptr;  // the file whose turn it is in a scan: it is not opened again
+  std::vector<FileItem> mItems;       // what the lists point to
 };
