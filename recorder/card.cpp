@@ -16,7 +16,7 @@ constexpr int kAgain = 200;  // ms
 
 }  // namespace
 
-Card::Card(Hub& hub) : mHub(hub), mFolder(hub.Path(kCard)) {
+Card::Card(Hub& hub) : mHub(hub), mFolder(hub.Path(kCardFiles)) {
   for (QTimer* timer : {&mFormat, &mCheck, &mAgain}) timer->setSingleShot(true);
   mFormat.callOnTimeout([this] { EndFormat(); });
   mCheck.callOnTimeout([this] { EndCheck(); });
@@ -27,7 +27,7 @@ Card::Card(Hub& hub) : mHub(hub), mFolder(hub.Path(kCard)) {
 
 void Card::Start() {
   QString error;
-  if (QFile::exists(mHub.Path(kCardOut)) && !PutIn(&error)) mHub.Note(error);
+  if (QFile::exists(mHub.Path(kCardFilesAway)) && !PutIn(&error)) mHub.Note(error);
 }
 
 void Card::Finish() {
@@ -39,19 +39,20 @@ bool Card::TakeOut(QString* error) {
   if (!IsIn()) return true;
   mState = QStringLiteral("out");
   QDir files;
-  if (files.rename(mHub.Path(kCard), mHub.Path(kCardOut)) && files.mkpath(mHub.Path(kCard))) return true;
-  *error = QStringLiteral("The files of the card cannot be moved to %1.").arg(mHub.Path(kCardOut));
+  if (files.rename(mHub.Path(kCardFiles), mHub.Path(kCardFilesAway)) && files.mkpath(mHub.Path(kCardFiles)))
+    return true;
+  *error = QStringLiteral("The files of the card cannot be moved to %1.").arg(mHub.Path(kCardFilesAway));
   return false;
 }
 
 bool Card::PutIn(QString* error) {
   mState = QStringLiteral("good");
-  if (!QFile::exists(mHub.Path(kCardOut))) return true;
+  if (!QFile::exists(mHub.Path(kCardFilesAway))) return true;
   // What was written while there was no card is gone with its mount point.
-  QDir place(mHub.Path(kCard));
-  if ((!place.exists() || place.removeRecursively()) && QDir().rename(mHub.Path(kCardOut), mHub.Path(kCard)))
+  QDir place(mHub.Path(kCardFiles));
+  if ((!place.exists() || place.removeRecursively()) && QDir().rename(mHub.Path(kCardFilesAway), mHub.Path(kCardFiles)))
     return true;
-  *error = QStringLiteral("The files of the card cannot be moved back from %1.").arg(mHub.Path(kCardOut));
+  *error = QStringLiteral("The files of the card cannot be moved back from %1.").arg(mHub.Path(kCardFilesAway));
   return false;
 }
 

@@ -14,8 +14,8 @@ inline constexpr char kUpdateMarker2[] = "/tmp/update.zel2";
 inline constexpr char kTouchCheckMarker[] = "/mnt/mmc/touch_check.txt";
 inline constexpr char kTouchTestMarker[] = "/mnt/mmc/touch_test.txt";
 /// The card, and where its files are while it is out.
-inline constexpr char kCard[] = "/mnt/mmc";
-inline constexpr char kCardOut[] = "/mnt/mmc.out";
+inline constexpr char kCardFiles[] = "/mnt/mmc";
+inline constexpr char kCardFilesAway[] = "/mnt/mmc.out";
 inline constexpr char kSocket[] = "/run/recorder.sock";
 inline constexpr char kLedList[] = "/opt/led.zel";
 

@@ -24,7 +24,7 @@ bool ManualEvent::Begin() {
 }
 
 void ManualEvent::End() {
-  mRecording.EndMark();
+  mRecording.EndProtected();
   QFile::remove(mHub.Path(kManualEvent));
   mHub.Note(QStringLiteral("The manual event recording has ended."));
   emit mHub.recorder.StateChanged();

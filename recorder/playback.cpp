@@ -39,7 +39,7 @@ Playback::~Playback() = default;
 
 void Playback::Play(const QByteArray& path) {
   Stop();
-  const QByteArray folder = QByteArray(kCard) + '/';
+  const QByteArray folder = QByteArray(kCardFiles) + '/';
   mName = path.mid(folder.size());
   if (!path.startsWith(folder) || mName.isEmpty() || mName.contains('/')) return End(kOpenFailed);
   if (mCard.IsIn() && !mCard.IsReady()) return End(kError);  // it is being formatted

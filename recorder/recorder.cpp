@@ -75,7 +75,7 @@ bool Recorder::FillNewCard(QString* error) {
   const CardFolder& card = mParts->card.Folder();
   if (card.Formatted().isValid() || !card.Recordings().isEmpty()) return true;
   if (WriteLastDays(card, mParts->source, QDateTime::currentDateTime()) && card.StampFormat()) return true;
-  *error = QStringLiteral("The recordings cannot be written: %1.").arg(mParts->hub.Path(kCard));
+  *error = QStringLiteral("The recordings cannot be written: %1.").arg(mParts->hub.Path(kCardFiles));
   return false;
 }
 

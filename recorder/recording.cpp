@@ -76,8 +76,8 @@ void Recording::Mark(Label::Kind kind, Label::Trigger trigger) {
   mTake = std::make_unique<Take>(NewTake(label, std::max(length / kPictureMs, kRate)));
 }
 
-void Recording::EndMark() {
-  FinishTake();
+void Recording::EndProtected() {
+  if (mTake && mTake->label.kind == Label::Kind::Protected) FinishTake();
 }
 
 void Recording::MarkPast(Label::Trigger trigger, qint64 seconds) {

@@ -37,7 +37,7 @@ public:
 
   /// Something has happened: the recording under way ends, and another one of this kind begins.
   void Mark(Label::Kind kind, Label::Trigger trigger);
-  void EndMark();
+  void EndProtected();  ///< one of the kind Protected ends
 
   /// The same for something that happened while parked, at `seconds` since 1970: it is on the card at once.
   void MarkPast(Label::Trigger trigger, qint64 seconds);

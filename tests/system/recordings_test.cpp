@@ -8,6 +8,8 @@
 #include <QRandomGenerator>
 #include <QRegularExpression>
 
+#include "bench/compose.h"
+#include "bench/roadvideo.h"
 #include "recorder/cardfolder.h"
 #include "recorder/clip.h"
 #include "recorder/stock.h"
@@ -886,6 +888,32 @@ private slots:
   }
 
   // ---- the bench
+
+  void theRoadOfTheRecordingsIsTheOneOnTheLcd() {
+    const RoadVideo road;
+    VideoPlane plane;
+    for (const int camera : {0, 1}) {
+      plane.view = camera == 0 ? VideoPlane::View::Front : VideoPlane::View::Rear;
+      const QImage lcd = road.Frame(plane, 5000);
+      QVERIFY(road.Camera(camera, 5000, lcd.size()) == lcd);
+      const QImage small = road.Camera(camera, 5000, QSize(240, 160));
+      QCOMPARE(small.size(), QSize(240, 160));
+      QCOMPARE(small.format(), QImage::Format_RGB32);
+      const QImage scaled = lcd.scaled(240, 160, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+      qint64 off = 0;
+      for (int y = 0; y < 160; ++y)
+        for (int x = 0; x < 240; ++x) off += std::abs(qGreen(small.pixel(x, y)) - qGreen(scaled.pixel(x, y)));
+      QVERIFY2(off < 240 * 160 * 4, qPrintable(QString::number(off)));
+    }
+  }
+
+  void aPlayedPictureFillsTheScreen() {
+    Picture picture{2, 1, {0xFF0000, 0x0000FF}};
+    const QImage full = FullScreen(picture);
+    QCOMPARE(full.size(), QSize(480, 320));
+    QCOMPARE(full.format(), QImage::Format_RGB32);
+    QVERIFY(qRed(full.pixel(10, 300)) > 200 && qBlue(full.pixel(470, 10)) > 200);
+  }
 
   void aRecordingIsSeenOnTheLcd() {
     BenchRun bench;
