@@ -315,7 +315,7 @@ bool RecordingFileManager::GetRecordStopFileInfo(const QString& path, RecStopInf
   if (list == nullptr || !QFileInfo(ours).isFile() || !file.open(QIODevice::ReadOnly)) return false;
   bool isStart = true;  // of a line; else the rest of a long one
   for (int i = 0; i < kMostStopLines && !file.atEnd(); ++i) {
-    const QByteArray line = file.readLine(kMostLineBytes + 2);
+    const QByteArray line = file.readLine(kMostLineBytes + 3);  // its end, and the 0 that is not returned
     const bool isEnd = line.endsWith('\n') || file.atEnd();
     if (isStart && isEnd) {
       QString text = QString::fromUtf8(line);
