@@ -11,9 +11,15 @@
 #include "gui/recordings/player.h"
 #include "gui/recordings/playfileinfo.h"
 #include "gui/recordings/recordingfilelist.h"
+#include "gui/setup/audiosetting.h"
 #include "gui/setup/blackboxmanagement.h"
+#include "gui/setup/drivingsetting.h"
+#include "gui/setup/filedeletemethod.h"
+#include "gui/setup/lcdsetting.h"
+#include "gui/setup/lowvoldetectionsetting.h"
 #include "gui/setup/mainmenu.h"
 #include "gui/setup/mainmenu2.h"
+#include "gui/setup/parkingsetting.h"
 #include "gui/setup/sdformat.h"
 #include "gui/setup/sdmanagement.h"
 #include "gui/touch/touchthread.h"
@@ -57,6 +63,12 @@ constexpr ScreenRow kScreens[] = {
     {BLACKBOXMANAGEMENT, "BlackboxManagement", Make<BlackboxManagement>},
     {SDMANAGEMENT, "SdManagement", Make<SdManagement>},
     {SDFORMAT, "SDFormat", Make<SDFormat>},
+    {DRIVINGSETTING, "DrivingSetting", Make<DrivingSetting>},
+    {PARKINGSETTING, "ParkingSetting", Make<ParkingSetting>},
+    {AUDIOSETTING, "AudioSetting", Make<AudioSetting>},
+    {LCDSETTING, "LcdSetting", Make<LcdSetting>},
+    {FILEDELMETHOD, "FileDeleteMethod", Make<FileDeleteMethod>},
+    {LOWVOLDETECTIONSETTING, "LowVolDetectionSetting", Make<LowVolDetectionSetting>},
     {RECORDINGLIST, "RecordingFileList", MakeRecordingList},
     {PLAYER, "Player", MakePlayer},
 };

@@ -15,7 +15,7 @@
 #include "gui/base/globals.h"
 #include "gui/base/picture.h"
 #include "gui/base/shell.h"
-#include "gui/live/clock.h"
+#include "gui/screen/clock.h"
 #include "gui/parking/pfileinfo.h"
 #include "gui/screen/label.h"
 #include "gui/screen/messagebox.h"

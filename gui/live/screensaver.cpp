@@ -9,7 +9,7 @@
 #include "gui/base/devicepath.h"
 #include "gui/base/globals.h"
 #include "gui/base/picture.h"
-#include "gui/live/clock.h"
+#include "gui/screen/clock.h"
 #include "gui/screen/label.h"
 #include "gui/settings/settings.h"
 

@@ -56,6 +56,9 @@ public:
   void SendEvent(Send_Event event, int value, const QString& text, int* out = nullptr);
   void SendEvent(Send_Event event, int value, const QString& text, float* out);
 
+  /// A timer of the screen. `slot` waits its turn, as touches and status events do.
+  QTimer* NewTimer(const char* name, std::function<void()> slot);
+
   static void SetTimer(QTimer* timer, int ms);
   static void StopTimer(QTimer* timer);
   /// TimeoutEvent is called after `ms` with `eventId` pending; it replaces what was pending.
@@ -79,9 +82,6 @@ protected:
   void paintEvent(QPaintEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
-
-  /// A timer of the screen. `slot` waits its turn, as touches and status events do.
-  QTimer* NewTimer(const char* name, std::function<void()> slot);
 
   /// The pending event, which is none any more. For TimeoutEvent: what it does next may delete the screen.
   int TakeEventId();

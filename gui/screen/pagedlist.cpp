@@ -2,17 +2,13 @@
 
 #include <QLabel>
 #include <QPainter>
-#include <QTimer>
 #include <algorithm>
 
 #include "gui/base/picture.h"
 #include "gui/screen/label.h"
-#include "gui/screen/screenhost.h"
 #include "gui/settings/config.h"
 
 namespace {
-constexpr int kHoldMs = 500;  // a key is held
-
 constexpr int kTop = 60;
 constexpr int kRowHeight = 52;
 constexpr int kRowWidth = 400;
@@ -48,8 +44,7 @@ PagedList::PagedList(QWidget* parent, int repeatMs)
     : BaseWidget(parent),
       mCurPageNumberLabel(AddLabel(this, kCurPage)),
       mAllPageNumberLabel(AddLabel(this, kAllPage)),
-      mTimLongPress(NewTimer("mTimLongPress", [this] { TimeoutLongPress(); })),
-      mRepeatMs(repeatMs) {}
+      mLongPress(*this, repeatMs) {}
 
 QRect PagedList::RowRect(int row) {
   return {0, kTop + kRowHeight * row, kRowWidth, kRowHeight};
@@ -106,34 +101,14 @@ bool PagedList::TouchScrollKey(int x, int y) {
   for (const Key& key : kKeys) {
     if (!key.area.contains(x, y)) continue;
     (this->*key.scroll)(key.jump);
-    if (mFirstTouchCall) SetLongPressTimer(x, y);
+    mLongPress.Touch(x, y);
     return true;
   }
   return false;
 }
 
-void PagedList::SetLongPressTimer(int x, int y) {
-  mFirstTouchCall = false;
-  mLongPressCoordX = x;
-  mLongPressCoordY = y;
-  SetTimer(mTimLongPress, kHoldMs);
-}
-
-void PagedList::TimeoutLongPress() {
-  mTimLongPress->stop();
-  if (gMainWindow->GetTouchReleaseFlag()) {
-    touchReleaseEvent(true);
-    return;
-  }
-  touchEvent(TOUCH_AUTO, mLongPressCoordX, mLongPressCoordY);
-  SetTimer(mTimLongPress, mRepeatMs);
-}
-
 void PagedList::touchReleaseEvent(bool released) {
-  if (!released) return;
-  StopTimer(mTimLongPress);
-  mLongPressCoordX = mLongPressCoordY = 0;
-  mFirstTouchCall = true;
+  if (released) mLongPress.Release();
 }
 
 void PagedList::PaintScrollColumn(QPainter& painter, const QRect& exposed) const {

@@ -3,6 +3,7 @@
 #include <QPoint>
 
 #include "gui/screen/basewidget.h"
+#include "gui/screen/longpress.h"
 
 class QLabel;
 class QPainter;
@@ -53,17 +54,11 @@ private:
 
   void SetScrollEndFlag();
   void SetScrollTypeProperties();
-  void SetLongPressTimer(int x, int y);
-  void TimeoutLongPress();
 
   QLabel* mCurPageNumberLabel;
   QLabel* mAllPageNumberLabel;
   bool mIsEndOfListUp = true;
   bool mIsEndOfListDown = true;
   QString mFileScrollUpImgPath, mFileScrollDownImgPath, mPageScrollUpImgPath, mPageScrollDownImgPath;
-  QTimer* mTimLongPress;
-  int mRepeatMs;
-  bool mFirstTouchCall = true;
-  int mLongPressCoordX = 0;
-  int mLongPressCoordY = 0;
+  LongPress mLongPress;
 };

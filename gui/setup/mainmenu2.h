@@ -19,10 +19,7 @@ private:
 
   void PressTouchCompensation();
   void AskMotionSetting();
-  void EnterMotionSetting(int display);
-  void EnterRearMotionSetting();
-  void StartVoltageCompensation();
-  void Refuse(int messageId);
+  void PressVoltageCompensation();
 
   QLabel* mFwVerLabel;
 };

@@ -79,6 +79,10 @@ void SDFormat::ResumeAfterSuccess() {
     gEnvirnmentSettings.settingSetup();
     gEnvirnmentSettings.AllSetSettingConfig();
     SendEvent(SEND_SETTING_COMPLETE, 0, QString());
+    // Applied once: the next block must not set the clock back.
+    gEnvirnmentSettings.mSetting.time_set_flag = 0;
+    gEnvirnmentSettings.mOldSetting.time_set_flag = 0;
+    gEnvirnmentSettings.SetSettingConfig(Set_Cfg_Time_Set_Flag, 0);
   } else {
     SendEvent(SEND_SET_ENTRY_PREVIEW, 0, QString());
   }

@@ -2,7 +2,7 @@
 
 #include "gui/settings/config.h"
 
-/// The clock rules of the live screens. Hours of Date_Config are 0..23 in 24-hour form; in 12-hour form 1..12 with Apm.
+/// The clock rules of the screens. Hours of Date_Config are 0..23 in 24-hour form; in 12-hour form 1..12 with Apm.
 
 /// Half of the day, Date_Config::Apm.
 enum { AM = 0, PM = 1 };

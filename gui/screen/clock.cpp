@@ -1,4 +1,4 @@
-#include "gui/live/clock.h"
+#include "gui/screen/clock.h"
 
 #include "gui/base/globals.h"
 

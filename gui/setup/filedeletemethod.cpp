@@ -1,0 +1,48 @@
+#include "gui/setup/filedeletemethod.h"
+
+#include "gui/settings/config.h"
+#include "gui/settings/settings.h"
+
+namespace {
+constexpr int kNoticeMs = 2000;
+constexpr int kByTime = 1;  // efile_del_method
+
+// Both go to the recorder with all the other settings.
+constexpr TileOption kMethod{.pictures = &gFileDeleteMethod.Method,
+                             .field = &Setting_Config::efile_del_method,
+                             .id = Set_Cfg_Efile_Del_Method,
+                             .count = 2};
+constexpr TileOption kProtectFile{.pictures = &gFileDeleteMethod.ProtectFile,
+                                  .field = &Setting_Config::protect_file,
+                                  .id = Set_Cfg_ProtectFile,
+                                  .count = 4,
+                                  .step = 10};
+
+bool IsByType() {
+  return gEnvirnmentSettings.mSetting.efile_del_method == 0;
+}
+}  // namespace
+
+constexpr FileDeleteMethod::Tile FileDeleteMethod::kTiles[] = {
+    {.row = 1, .column = 1, .option = &kMethod, .press = Press<&FileDeleteMethod::PressMethod>},
+    {.row = 1, .column = 2, .key = &gFileDeleteMethod.Memory, .next = FILEMANAGEMENT, .offered = IsByType},
+    {.row = 1, .column = 3, .option = &kProtectFile, .press = Press<&FileDeleteMethod::PressProtectFile>},
+};
+
+FileDeleteMethod::FileDeleteMethod(QWidget* parent) : TileScreen(parent, gFileDeleteMethod.Title, kTiles) {}
+
+void FileDeleteMethod::PressMethod() {
+  const Setting_Config& setting = gEnvirnmentSettings.mSetting;
+  if (setting.parking_mode_on == 0 && setting.drv_shock_lvl == 0) {  // there is one kind of recordings only
+    PaintMessageBox(NO_MEMORY_SETTING, false, 0, kNoticeMs);
+    SetOption(kMethod, kByTime);
+    return;
+  }
+  Advance(kMethod);
+  update();  // the shares are offered or not
+}
+
+void FileDeleteMethod::PressProtectFile() {
+  Advance(kProtectFile);
+  update();
+}

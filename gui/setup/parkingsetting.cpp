@@ -1,0 +1,89 @@
+#include "gui/setup/parkingsetting.h"
+
+#include "gui/base/devicepath.h"
+#include "gui/base/globals.h"
+#include "gui/parking/pfileinfo.h"
+#include "gui/screen/screenhost.h"
+#include "gui/settings/config.h"
+#include "gui/settings/settings.h"
+#include "gui/setup/motionentry.h"
+#include "gui/setup/shares.h"
+
+namespace {
+constexpr int kNoticeMs = 2000;
+
+constexpr TileOption kMode{.pictures = &gParkingSetting.Mode,
+                           .field = &Setting_Config::parking_mode_on,
+                           .id = Set_Cfg_Parking_Mode_On,
+                           .count = 3,
+                           .command = SEND_SET_PARKING_MODE_ON,
+                           .holdsVoices = true,
+                           .effect = ShareAfterParkingMode};
+constexpr TileOption kShock{.pictures = &gParkingSetting.Shock,
+                            .field = &Setting_Config::park_shock_lvl,
+                            .id = Set_Cfg_Park_lvl,
+                            .count = 3,
+                            .command = SEND_SET_PARK_LVL,
+                            .holdsVoices = true};
+constexpr TileOption kMotion{.pictures = &gParkingSetting.Motion,
+                             .field = &Setting_Config::motion_lvl,
+                             .id = Set_Cfg_Motion_lvl,
+                             .count = 3,
+                             .command = SEND_SET_MOTION_LVL,
+                             .holdsVoices = true};
+constexpr TileOption kEntry{.pictures = &gParkingSetting.Entry,
+                            .field = &Setting_Config::park_entry_lvl,
+                            .id = Set_Cfg_Chk_Park_lvl,
+                            .count = 3,
+                            .command = SEND_CHK_PARK_LVL,
+                            .holdsVoices = true};
+
+// The accessory-power model knows by itself when a parking begins.
+bool IsEntryThere() {
+  return !gIsAccVer;
+}
+bool IsReportThere() {
+  return gIsAccVer;
+}
+bool IsReportOffered() {
+  return !gMainWindow->GetIsIngParkingModeOn();
+}
+}  // namespace
+
+constexpr ParkingSetting::Tile ParkingSetting::kTiles[] = {
+    {.row = 1, .column = 1, .option = &kMode},
+    {.row = 1, .column = 2, .option = &kShock},
+    {.row = 1, .column = 3, .option = &kMotion},
+    {.row = 2, .column = 1, .key = &gParkingSetting.LowVol, .next = LOWVOLDETECTIONSETTING},
+    {.row = 2, .column = 2, .key = &gParkingSetting.MotionSetting, .press = Press<&ParkingSetting::AskMotionSetting>},
+    {.row = 2, .column = 3, .option = &kEntry, .there = IsEntryThere},
+    {.row = 2,
+     .column = 3,
+     .key = &gParkingSetting.RecordingInfo,
+     .press = Press<&ParkingSetting::PaintPfileInfo>,
+     .offered = IsReportOffered,
+     .there = IsReportThere},
+};
+
+ParkingSetting::ParkingSetting(QWidget* parent) : TileScreen(parent, gParkingSetting.Title, kTiles) {}
+
+ParkingSetting::~ParkingSetting() = default;
+
+void ParkingSetting::AskMotionSetting() {
+  PaintMessageBox(MOTION_SETTING_ENTRY, false, 0, 0);
+}
+
+void ParkingSetting::MessageBoxHandler(int, int x, int y, int messageId) {
+  if (messageId == MOTION_SETTING_ENTRY) AnswerMotionEntry(*this, x, y);
+}
+
+void ParkingSetting::PaintPfileInfo() {
+  pFile = std::make_unique<PFileInfo>();
+  if (pFile->openDataFile(DevicePath(device::kParkingReport))) {
+    g_bIsPrevWidgetParkingSetting = true;
+    Next(PFILEGRAPH, pFile.get());
+    return;
+  }
+  pFile.reset();
+  PaintMessageBox(NOT_PARKING_MODE_RECORD_INFO, false, 0, kNoticeMs);
+}
