@@ -222,7 +222,7 @@ std::optional<std::vector<RecordingFileManager::FoundFile>> RecordingFileManager
   if (folder == nullptr) return {};
   std::vector<FoundFile> files;
   while (const dirent* entry = readdir(folder))
-    if (MayBeRecording(entry->d_name))
+    if (const QByteArrayView name(entry->d_name); MayBeRecording(name) && name.isValidUtf8())
       if (auto file = Find(dirfd(folder), *entry)) files.push_back(*std::move(file));
   closedir(folder);
   std::sort(files.begin(), files.end(), [](const FoundFile& a, const FoundFile& b) {
@@ -386,7 +386,7 @@ void RecordingFileManager::AddFileItem(bool) {
   const QString stopIcon = kStopIcon, bg = kRowBg;
   std::array<QString, std::size(kIcons)> icons;
   std::transform(std::begin(kIcons), std::end(kIcons), icons.begin(), [](const IconRow& row) { return row.icon; });
-  const auto iconOf = [&](const FilelistEntry& entry) {
+  const auto iconOf = [&](const FilelistEntry& entry) -> const QString& {
     if (entry.recStopFlag) return stopIcon;
     const auto row = std::find_if(std::begin(kIcons), std::end(kIcons), [&entry](const IconRow& icon) {
       return icon.mode == entry.mode && (icon.flag == kAnyFlag || icon.flag == entry.fileFlag);

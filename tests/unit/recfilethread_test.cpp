@@ -1,5 +1,6 @@
 #include "gui/recordings/recfilethread.h"
 
+#include <QPointer>
 #include <QTest>
 
 #include "gui/recordings/recordingfilemanager.h"

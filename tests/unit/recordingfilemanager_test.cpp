@@ -483,6 +483,9 @@ private slots:
     QDir().mkpath(root.Path("/mnt/mmc/rec0_20230101_100001.avi"));
     QCOMPARE(mkfifo(qPrintable(root.Path("/mnt/mmc/rec0_20230101_100002.avi")), 0600), 0);
     root.Write("/mnt/mmc/Setup/rec0_20230101_100003.avi", Avi(60));
+    const int odd = creat(root.Path(kCardPath).toLocal8Bit() + "rec0_20230101_10000\xFF.avi", 0600);  // no text
+    QVERIFY(odd >= 0);
+    close(odd);
     QVERIFY(Scan());
     QCOMPARE(gSaid.first(), QStringLiteral("file number = 9"));
     QCOMPARE(gSaid.last(), QStringLiteral("invalid num = 8"));
