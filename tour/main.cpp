@@ -15,9 +15,9 @@
 #include "gui/app/screenfactory.h"
 #include "gui/base/devicepath.h"
 #include "gui/base/globals.h"
-#include "gui/live/clock.h"
 #include "gui/parking/pfileinfo.h"
 #include "gui/screen/basewidget.h"
+#include "gui/screen/clock.h"
 #include "gui/screen/messagecatalogue.h"
 #include "gui/screen/widgetmanager.h"
 #include "gui/settings/config.h"
@@ -127,6 +127,29 @@ void Open(MainWindow& window, WidgetId id) {
   window.StartWidget(id, nullptr);
 }
 
+// An option screen after `taps` touches of each of its options.
+void OpenOptions(MainWindow& window, WidgetId id, const std::vector<QPoint>& options, int taps) {
+  Open(window, id);
+  for (const QPoint at : options)
+    for (int i = 0; i < taps; ++i) {
+      Tap(window, at.x(), at.y());
+      gIsPlayingVoice = false;
+      if (gWidgetManager.GetCurrentWidget()->GetShowMessageBoxFlag())
+        gWidgetManager.GetCurrentWidget()->DelMessageBox();
+    }
+}
+constexpr QPoint kTile11(80, 125), kTile12(240, 125), kTile13(400, 125), kTile21(80, 255), kTile22(240, 255),
+    kTile23(400, 255);
+
+State Options(WidgetId id, const char* name, const char* shows, std::vector<QPoint> options, int taps) {
+  return {id, name, shows, [=](MainWindow& w) { OpenOptions(w, id, options, taps); }};
+}
+const std::vector<QPoint> kDriving{kTile11, kTile12, kTile13, kTile21, kTile22};
+const std::vector<QPoint> kParking{kTile11, kTile12, kTile13, kTile23};
+const std::vector<QPoint> kAudio{kTile11, kTile12, kTile13, kTile21};
+const std::vector<QPoint> kLcd{kTile12, kTile13, kTile11};
+const std::vector<QPoint> kDeletion{kTile11, kTile13};
+
 const State kStates[] = {
     {PREVIEW, "preview", "The live preview: both cameras, 87 km/h",
      [](MainWindow& w) {
@@ -235,6 +258,58 @@ const State kStates[] = {
        Open(w, SDFORMAT);
        Event(w, RECV_ZEL_STATUS_SD_FORMAT_RESULT, 0);
      }},
+    Options(DRIVINGSETTING, "driving", "The driving options", kDriving, 0),
+    Options(DRIVINGSETTING, "driving-1", "The next value of each", kDriving, 1),
+    Options(DRIVINGSETTING, "driving-2", "The next", kDriving, 2),
+    Options(DRIVINGSETTING, "driving-3", "The next", kDriving, 3),
+    Options(PARKINGSETTING, "parking", "The parking options", kParking, 0),
+    Options(PARKINGSETTING, "parking-1", "The next value of each", kParking, 1),
+    Options(PARKINGSETTING, "parking-2", "The next", kParking, 2),
+    {PARKINGSETTING, "parking-accessory", "The accessory-power model: the report of the last parking",
+     [](MainWindow& w) {
+       gIsAccVer = true;
+       Open(w, PARKINGSETTING);
+     }},
+    {PARKINGSETTING, "parking-accessory-parked", "The same while parked",
+     [](MainWindow& w) {
+       gIsAccVer = true;
+       w.SetIsIngParkingModeOn(true);
+       Open(w, PARKINGSETTING);
+     }},
+    {PARKINGSETTING, "parking-no-report", "There has been no parking yet",
+     [](MainWindow& w) {
+       gIsAccVer = true;
+       Open(w, PARKINGSETTING);
+       Tap(w, kTile23.x(), kTile23.y());
+     }},
+    Options(AUDIOSETTING, "audio", "The options of sound", kAudio, 0),
+    Options(AUDIOSETTING, "audio-1", "The next value of each", kAudio, 1),
+    Options(AUDIOSETTING, "audio-2", "The next", kAudio, 2),
+    Options(AUDIOSETTING, "audio-3", "The next", kAudio, 3),
+    Options(LCDSETTING, "lcd", "The options of the LCD", kLcd, 0),
+    Options(LCDSETTING, "lcd-1", "The next value of each", kLcd, 1),
+    Options(LCDSETTING, "lcd-2", "The next", kLcd, 2),
+    Options(LCDSETTING, "lcd-3", "Always on: no screen saver", kLcd, 3),
+    {LCDSETTING, "lcd-no-saver", "An LCD that is always on has no screen saver",
+     [](MainWindow& w) {
+       Setting().lcd_auto_off = 4;
+       Open(w, LCDSETTING);
+       Tap(w, kTile13.x(), kTile13.y());
+     }},
+    Options(FILEDELMETHOD, "deletion", "How old recordings make place", kDeletion, 0),
+    Options(FILEDELMETHOD, "deletion-1", "By time: no shares", kDeletion, 1),
+    Options(FILEDELMETHOD, "deletion-2", "20 % protected", kDeletion, 2),
+    Options(FILEDELMETHOD, "deletion-3", "30 %", kDeletion, 3),
+    Options(LOWVOLDETECTIONSETTING, "low-voltage", "Protection of the battery", {kTile12}, 0),
+    Options(LOWVOLDETECTIONSETTING, "low-voltage-1", "12 hours", {kTile12}, 1),
+    Options(LOWVOLDETECTIONSETTING, "low-voltage-2", "24 hours", {kTile12}, 2),
+    Options(LOWVOLDETECTIONSETTING, "low-voltage-3", "48 hours", {kTile12}, 3),
+    Options(LOWVOLDETECTIONSETTING, "low-voltage-4", "3 hours", {kTile12}, 4),
+    {LOWVOLDETECTIONSETTING, "low-voltage-5", "6 hours, and the compensation is offered",
+     [](MainWindow& w) {
+       gNeedVolCom = true;
+       OpenOptions(w, LOWVOLDETECTIONSETTING, {kTile12}, 5);
+     }},
     {RECORDINGLIST, "recordings", "All recordings of the front camera, the newest first", OpenFullList},
     {RECORDINGLIST, "recordings-flags", "The next page: how parkings and clock errors look",
      [](MainWindow& w) {
@@ -310,7 +385,7 @@ public:
     gEnvirnmentSettings.mMovingPip = 0;
     gIsConnectGps = 0;
     gCountOfCamera = 2;
-    gNeedVolCom = false;
+    gNeedVolCom = gIsAccVer = gIsPlayingVoice = false;
     mWindow.show();
   }
 

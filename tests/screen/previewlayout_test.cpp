@@ -8,7 +8,7 @@
 #include "gui/app/mainwindow.h"
 #include "gui/base/globals.h"
 #include "gui/base/picture.h"
-#include "gui/live/clock.h"
+#include "gui/screen/clock.h"
 #include "gui/screen/widgetmanager.h"
 #include "gui/settings/settings.h"
 #include "tests/fake/platformfake.h"

@@ -9,7 +9,7 @@
 
 #include "gui/base/globals.h"
 #include "gui/base/picture.h"
-#include "gui/live/clock.h"
+#include "gui/screen/clock.h"
 #include "gui/settings/settings.h"
 #include "tests/fake/hostfake.h"
 #include "tests/fake/paintspy.h"
