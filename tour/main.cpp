@@ -141,6 +141,32 @@ void OpenOptions(MainWindow& window, WidgetId id, const std::vector<QPoint>& opt
 constexpr QPoint kTile11(80, 125), kTile12(240, 125), kTile13(400, 125), kTile21(80, 255), kTile22(240, 255),
     kTile23(400, 255);
 
+void OpenShares(MainWindow& window, int parking, int impacts) {
+  Setting().parking_mode_on = parking;
+  Setting().drv_shock_lvl = impacts;
+  Setting().e_file_rate = Setting().p_file_rate = 30;
+  Setting().n_file_rate = 40;
+  Open(window, FILEMANAGEMENT);
+}
+
+void OpenCutOff(MainWindow& window, int type, int manual) {
+  Setting().gPower_cut_lvl_type = type;
+  Setting().manual_volt_use = manual;
+  for (float& volts : Setting().low_volt_cut) volts = type == 0 ? 11.0F : 23.0F;
+  Open(window, POWERCUTSETTING);
+}
+
+// The measurement before the engine is started, after some seconds.
+void Measure(MainWindow& window, int seconds) {
+  Open(window, VOLTAGECOMPENSATION);
+  Tap(window, 80, 255);
+  Tap(window, 140, 236);
+  BaseWidget* screen = gWidgetManager.GetCurrentWidget();
+  screen->DelMessageBox();
+  screen->TimeoutEvent();
+  for (int i = 0; i < seconds; ++i) QMetaObject::invokeMethod(screen, "TimeoutLoadingProgress");
+}
+
 State Options(WidgetId id, const char* name, const char* shows, std::vector<QPoint> options, int taps) {
   return {id, name, shows, [=](MainWindow& w) { OpenOptions(w, id, options, taps); }};
 }
@@ -309,6 +335,64 @@ const State kStates[] = {
      [](MainWindow& w) {
        gNeedVolCom = true;
        OpenOptions(w, LOWVOLDETECTIONSETTING, {kTile12}, 5);
+     }},
+    {LCDSETTING, "lcd-own-picture", "The driver's own picture as the screen saver",
+     [](MainWindow& w) {
+       Setting().lcd_wait_dis = 3;
+       Open(w, LCDSETTING);
+     }},
+    {FILEMANAGEMENT, "shares", "The shares of the card", [](MainWindow& w) { OpenShares(w, 1, 1); }},
+    {FILEMANAGEMENT, "shares-parking", "The boundary of the parkings is chosen and moved",
+     [](MainWindow& w) {
+       OpenShares(w, 1, 1);
+       Tap(w, 320, 184);
+       Tap(w, 320, 275);
+     }},
+    {FILEMANAGEMENT, "shares-least", "The smallest share of the events",
+     [](MainWindow& w) {
+       OpenShares(w, 1, 1);
+       for (int i = 0; i < 5; ++i) Tap(w, 160, 275);
+     }},
+    {FILEMANAGEMENT, "shares-no-parking", "No parkings are recorded", [](MainWindow& w) { OpenShares(w, 0, 1); }},
+    {FILEMANAGEMENT, "shares-no-impacts", "No impacts are recorded", [](MainWindow& w) { OpenShares(w, 1, 0); }},
+    {POWERCUTSETTING, "cut-off", "The recommended voltages", [](MainWindow& w) { OpenCutOff(w, 0, 0); }},
+    {POWERCUTSETTING, "cut-off-manual", "The driver's own",
+     [](MainWindow& w) {
+       OpenCutOff(w, 0, 1);
+       for (int level = 0; level < 12; ++level)
+         for (int i = 0; i < level; ++i) Tap(w, 40 + 80 * (level % 6), 110 + 100 * (level / 6));
+     }},
+    {POWERCUTSETTING, "cut-off-24", "A 24 V battery",
+     [](MainWindow& w) {
+       OpenCutOff(w, 1, 1);
+       for (int level = 0; level < 12; ++level)
+         for (int i = 0; i < level; ++i) Tap(w, 40 + 80 * (level % 6), 110 + 100 * (level / 6));
+     }},
+    {VOLTAGECOMPENSATION, "voltage", "The two measurements", [](MainWindow& w) { Open(w, VOLTAGECOMPENSATION); }},
+    {VOLTAGECOMPENSATION, "voltage-question", "Before it begins",
+     [](MainWindow& w) {
+       Open(w, VOLTAGECOMPENSATION);
+       Tap(w, 80, 255);
+     }},
+    {VOLTAGECOMPENSATION, "voltage-measuring", "Four seconds of the first one", [](MainWindow& w) { Measure(w, 4); }},
+    {VOLTAGECOMPENSATION, "voltage-done", "It is done",
+     [](MainWindow& w) {
+       Measure(w, 11);
+       gWidgetManager.GetCurrentWidget()->DelMessageBox();
+     }},
+    {TIMELAYOUT, "time", "Date, time and zone", [](MainWindow& w) { Open(w, TIMELAYOUT); }},
+    {TIMELAYOUT, "time-zone", "The zone is chosen",
+     [](MainWindow& w) {
+       Setting().gmt = 9;
+       Open(w, TIMELAYOUT);
+       Tap(w, 350, 220);
+     }},
+    {TIMELAYOUT, "time-changed", "Before the clock is set",
+     [](MainWindow& w) {
+       Open(w, TIMELAYOUT);
+       Tap(w, 150, 155);
+       Tap(w, 320, 290);
+       Tap(w, 355, 30);
      }},
     {RECORDINGLIST, "recordings", "All recordings of the front camera, the newest first", OpenFullList},
     {RECORDINGLIST, "recordings-flags", "The next page: how parkings and clock errors look",

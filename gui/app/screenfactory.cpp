@@ -15,13 +15,17 @@
 #include "gui/setup/blackboxmanagement.h"
 #include "gui/setup/drivingsetting.h"
 #include "gui/setup/filedeletemethod.h"
+#include "gui/setup/filemanagement.h"
 #include "gui/setup/lcdsetting.h"
 #include "gui/setup/lowvoldetectionsetting.h"
 #include "gui/setup/mainmenu.h"
 #include "gui/setup/mainmenu2.h"
 #include "gui/setup/parkingsetting.h"
+#include "gui/setup/powercutsetting.h"
 #include "gui/setup/sdformat.h"
 #include "gui/setup/sdmanagement.h"
+#include "gui/setup/timelayout.h"
+#include "gui/setup/voltagecompensation.h"
 #include "gui/touch/touchthread.h"
 
 namespace {
@@ -42,6 +46,13 @@ BaseWidget* MakeRecordingList(MainWindow* window, QObject*) {
   QObject::connect(window->GetTouchThread(), &TouchThread::sendReleaseEvent, list,
                    &RecordingFileList::touchReleaseEvent);
   return list;
+}
+
+BaseWidget* MakeTimeLayout(MainWindow* window, QObject*) {
+  auto* layout = new TimeLayout(window);
+  QObject::connect(window->GetTouchThread(), &TouchThread::sendTimeLayoutReleaseEvent, layout,
+                   &TimeLayout::touchReleaseEvent);
+  return layout;
 }
 
 BaseWidget* MakePlayer(MainWindow* window, QObject* arg) {
@@ -68,7 +79,11 @@ constexpr ScreenRow kScreens[] = {
     {AUDIOSETTING, "AudioSetting", Make<AudioSetting>},
     {LCDSETTING, "LcdSetting", Make<LcdSetting>},
     {FILEDELMETHOD, "FileDeleteMethod", Make<FileDeleteMethod>},
+    {FILEMANAGEMENT, "FileManagement", Make<FileManagement>},
     {LOWVOLDETECTIONSETTING, "LowVolDetectionSetting", Make<LowVolDetectionSetting>},
+    {POWERCUTSETTING, "PowerCutSetting", Make<PowerCutSetting>},
+    {VOLTAGECOMPENSATION, "VoltageCompensation", Make<VoltageCompensation>},
+    {TIMELAYOUT, "TimeLayout", MakeTimeLayout},
     {RECORDINGLIST, "RecordingFileList", MakeRecordingList},
     {PLAYER, "Player", MakePlayer},
 };

@@ -45,7 +45,7 @@ void TileScreen::touchEvent(int type, int x, int y) {
   }
   for (const Tile& tile : mTiles) {
     if (!IsThere(tile) || !IsTouched(TileRect(tile.row, tile.column), x, y)) continue;
-    if (tile.offered && !tile.offered()) return;
+    if (tile.offered && !tile.offered(*this)) return;
     if (tile.press)
       tile.press(*this);
     else if (tile.option)
@@ -76,12 +76,12 @@ void TileScreen::Draw(QPainter& painter, const QRect& exposed, QPoint at, const 
   if (QRect(at, picture.size()).intersects(exposed)) painter.drawPixmap(at, picture);
 }
 
-bool TileScreen::IsThere(const Tile& tile) {
-  return !tile.there || tile.there();
+bool TileScreen::IsThere(const Tile& tile) const {
+  return !tile.there || tile.there(*this);
 }
 
-QString TileScreen::PictureOf(const Tile& tile) {
-  if (!tile.option) return !tile.offered || tile.offered() ? tile.key->ReleaseImage : tile.key->DisableImage;
+QString TileScreen::PictureOf(const Tile& tile) const {
+  if (!tile.option) return !tile.offered || tile.offered(*this) ? tile.key->ReleaseImage : tile.key->DisableImage;
   const TileOption& option = *tile.option;
   const int value = gEnvirnmentSettings.mSetting.*option.field;
   const qint64 number = tile.shown ? tile.shown() : (qint64{value} - option.least) / option.step;

@@ -33,21 +33,27 @@ public:
 
 protected:
   struct Tile {
-    int row;                               ///< 1 or 2
-    int column;                            ///< 1 to 3
-    const Button_Config* key = nullptr;    ///< its pictures, or
-    const TileOption* option = nullptr;    ///< the option that it shows, and that a touch moves on
-    WidgetId next = UNKNOWN;               ///< the screen that a touch opens,
-    void (*press)(TileScreen&) = nullptr;  ///< or what else it does
-    bool (*offered)() = nullptr;           ///< null: always; a key that is not offered is shown disabled
-    bool (*there)() = nullptr;             ///< null: always; a tile that is not there leaves its place to another
-    int (*shown)() = nullptr;              ///< of an option: the number of its picture when the value does not say it
+    int row;                                       ///< 1 or 2
+    int column;                                    ///< 1 to 3
+    const Button_Config* key = nullptr;            ///< its pictures, or
+    const TileOption* option = nullptr;            ///< the option that it shows, and that a touch moves on
+    WidgetId next = UNKNOWN;                       ///< the screen that a touch opens,
+    void (*press)(TileScreen&) = nullptr;          ///< or what else it does
+    bool (*offered)(const TileScreen&) = nullptr;  ///< null: always; a key that is not offered is shown disabled
+    bool (*there)(const TileScreen&) = nullptr;  ///< null: always; a tile that is not there leaves its place to another
+    int (*shown)() = nullptr;  ///< of an option: the number of its picture when the value does not say it
   };
 
   /// What a touch of a tile does: member function `press` of the screen that the table belongs to.
   template <auto press>
   static void Press(TileScreen& screen) {
     Call(screen, press);
+  }
+
+  /// Whether a tile is offered or there: member function `is` of the screen.
+  template <auto is>
+  static bool Is(const TileScreen& screen) {
+    return Ask(screen, is);
   }
 
   enum class Header { HomeAndBack, Home };
@@ -79,13 +85,18 @@ protected:
   void Advance(const TileOption& option);
 
 private:
-  static bool IsThere(const Tile& tile);
-  static QString PictureOf(const Tile& tile);
+  bool IsThere(const Tile& tile) const;
+  QString PictureOf(const Tile& tile) const;
   void PressOption(const Tile& tile);
 
   template <class Screen>
   static void Call(TileScreen& screen, void (Screen::*press)()) {
     (static_cast<Screen&>(screen).*press)();
+  }
+
+  template <class Screen>
+  static bool Ask(const TileScreen& screen, bool (Screen::*is)() const) {
+    return (static_cast<const Screen&>(screen).*is)();
   }
 
   QString mTitle;

@@ -18,7 +18,7 @@ constexpr TileOption kProtectFile{.pictures = &gFileDeleteMethod.ProtectFile,
                                   .count = 4,
                                   .step = 10};
 
-bool IsByType() {
+bool IsByType(const TileScreen&) {
   return gEnvirnmentSettings.mSetting.efile_del_method == 0;
 }
 }  // namespace

@@ -39,13 +39,13 @@ constexpr TileOption kEntry{.pictures = &gParkingSetting.Entry,
                             .holdsVoices = true};
 
 // The accessory-power model knows by itself when a parking begins.
-bool IsEntryThere() {
+bool IsEntryThere(const TileScreen&) {
   return !gIsAccVer;
 }
-bool IsReportThere() {
+bool IsReportThere(const TileScreen&) {
   return gIsAccVer;
 }
-bool IsReportOffered() {
+bool IsReportOffered(const TileScreen&) {
   return !gMainWindow->GetIsIngParkingModeOn();
 }
 }  // namespace

@@ -10,7 +10,7 @@ namespace {
 constexpr int kNoticeMs = 2000;
 }
 
-bool IsVoltageCompensationOffered() {
+bool IsVoltageCompensationOffered(const TileScreen&) {
   return gNeedVolCom;
 }
 

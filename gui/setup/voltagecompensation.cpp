@@ -1,0 +1,167 @@
+#include "gui/setup/voltagecompensation.h"
+
+#include <QPainter>
+#include <QTimer>
+
+#include "gui/base/picture.h"
+#include "gui/base/shell.h"
+#include "gui/screen/messagebox.h"
+#include "gui/settings/config.h"
+
+namespace {
+constexpr int kSecondMs = 1000;
+constexpr int kNoticeMs = 1500;
+constexpr int kResultMs = 2000;
+constexpr int kVerdictMs = 5000;
+constexpr int kMeasurement = 10;  // seconds
+
+constexpr QPoint kPage(0, 60), kProgressGround(36, 116), kProgress(40, 120);
+constexpr int kPixelsPerSecond = 40;
+}  // namespace
+
+constexpr VoltageCompensation::Tile VoltageCompensation::kTiles[] = {
+    {.row = 2,
+     .column = 1,
+     .key = &gVoltageCompensation.Before,
+     .press = Press<&VoltageCompensation::PressBefore>,
+     .offered = Is<&VoltageCompensation::IsBeforeOffered>},
+    {.row = 2,
+     .column = 3,
+     .key = &gVoltageCompensation.After,
+     .press = Press<&VoltageCompensation::PressAfter>,
+     .offered = Is<&VoltageCompensation::IsAfterOffered>},
+};
+
+VoltageCompensation::VoltageCompensation(QWidget* parent)
+    : TileScreen(parent, gVoltageCompensation.Title, kTiles),
+      timLoadingProgress(NewTimer("timLoadingProgress", [this] { TimeoutLoadingProgress(); })),
+      timRecvResult(NewTimer("timRecvResult", [this] { TimeoutRecvResult(); })) {}
+
+// ------------------------------------------------------------------------------------------------------------- touches
+
+void VoltageCompensation::touchEvent(int type, int x, int y) {
+  if (!isLoadingVoltageCompensation) TileScreen::touchEvent(type, x, y);
+}
+
+void VoltageCompensation::PressHome() {
+  Jump(PREVIEW);
+}
+
+// A measurement that is done or under way is not offered.
+bool VoltageCompensation::IsBeforeOffered() const {
+  return !isCompletedBeforeCheck && !(isLoadingVoltageCompensation && mVolComFlag == MeasuringBefore);
+}
+
+bool VoltageCompensation::IsAfterOffered() const {
+  return !isCompletedAfterCheck && !(isLoadingVoltageCompensation && mVolComFlag == MeasuringAfter);
+}
+
+void VoltageCompensation::PressBefore() {
+  PlayClick();
+  PaintMessageBox(IS_BEFORE_VOLCOM_START, false, 0, 0);
+}
+
+void VoltageCompensation::PressAfter() {
+  PlayClick();
+  PaintMessageBox(IS_AFTER_VOLCOM_START, false, 0, 0);
+}
+
+void VoltageCompensation::MessageBoxHandler(int, int x, int y, int messageId) {
+  if (messageId != IS_BEFORE_VOLCOM_START && messageId != IS_AFTER_VOLCOM_START) return;
+  const MessageBox::Button button = MessageBox::ButtonAt(x, y);
+  if (button == MessageBox::Button::None) return;
+  if (button == MessageBox::Button::Right) {
+    DelMessageBox();
+    return;
+  }
+  const int start = messageId == IS_BEFORE_VOLCOM_START ? BEFORE_VOLCOM_START : AFTER_VOLCOM_START;
+  PaintMessageBox(start, false, 0, kNoticeMs);
+  SetEvent(start, kNoticeMs);
+}
+
+void VoltageCompensation::TimeoutEvent() {
+  TileScreen::TimeoutEvent();
+  switch (TakeEventId()) {
+    case BEFORE_VOLCOM_START:
+      Measure(MeasuringBefore);
+      break;
+    case AFTER_VOLCOM_START:
+      Measure(MeasuringAfter);
+      break;
+    case VOLCOM_RESULT_SUCCESS:
+    case VOLCOM_RESULT_FAIL:
+      Back();
+      break;
+    default:
+      break;
+  }
+}
+
+// -------------------------------------------------------------------------------------------------------- measurements
+
+void VoltageCompensation::Measure(Step step) {
+  mVolComFlag = step;
+  SendEvent(SEND_VOLTAGE_COMPENSATION, step, QString());
+  loadingCount = 0;
+  isLoadingVoltageCompensation = true;
+  repaint();
+  SetTimer(timLoadingProgress, kSecondMs);
+}
+
+void VoltageCompensation::TimeoutLoadingProgress() {
+  timLoadingProgress->stop();
+  if (loadingCount < kMeasurement) {
+    ++loadingCount;
+    repaint();
+    SetTimer(timLoadingProgress, kSecondMs);
+    return;
+  }
+  EndMeasurement();
+}
+
+void VoltageCompensation::EndMeasurement() {
+  const bool before = mVolComFlag == MeasuringBefore;
+  (before ? isCompletedBeforeCheck : isCompletedAfterCheck) = true;
+  const bool both = isCompletedBeforeCheck && isCompletedAfterCheck;
+  if (both)
+    PaintMessageBox(VOLCOM_ALL_COMPLETE, false, 0, 0);
+  else
+    PaintMessageBox(before ? VOLCOM_COMPLETE_BEFORE : VOLCOM_COMPLETE_AFTER, false, 0, kNoticeMs);
+  mVolComFlag = before ? BeforeDone : AfterDone;
+  SendEvent(SEND_VOLTAGE_COMPENSATION, mVolComFlag, QString());
+  loadingCount = -1;
+  isLoadingVoltageCompensation = false;
+  repaint();
+  if (both) SetTimer(timRecvResult, kVerdictMs);
+}
+
+// --------------------------------------------------------------------------------------------------------- the verdict
+
+void VoltageCompensation::recvEvent(int event, int value) {
+  if (event != RECV_ZEL_STATUS_VOLT_SET) return;
+  volComResult = value;
+  EscapeVolComMenu();
+  if (volComResult == 1) PaintMessageBox(VOLCOM_RESULT_SUCCESS, false, 0, kResultMs);
+  if (volComResult == 0) PaintMessageBox(VOLCOM_RESULT_FAIL, false, 0, kResultMs);
+  SetEvent(VOLCOM_RESULT_SUCCESS, kResultMs);
+}
+
+void VoltageCompensation::TimeoutRecvResult() {
+  EscapeVolComMenu();
+  PaintMessageBox(VOLCOM_RESULT_FAIL, false, 0, kResultMs);
+}
+
+void VoltageCompensation::EscapeVolComMenu() {
+  StopTimer(timRecvResult);
+  DelMessageBox();
+}
+
+// ------------------------------------------------------------------------------------------------------------ painting
+
+void VoltageCompensation::PaintPage(QPainter& painter, const QRect& exposed) {
+  Draw(painter, exposed, kPage, gVoltageCompensation.Bg);
+  Draw(painter, exposed, kProgressGround, gVoltageCompensation.ProgressBg);
+  if (loadingCount <= 0) return;
+  const QPixmap progressEna = Picture(gVoltageCompensation.Progress);
+  painter.drawPixmap(kProgress, progressEna, QRect(0, 0, kPixelsPerSecond * loadingCount, progressEna.height()));
+}
