@@ -1,0 +1,46 @@
+import assert from 'node:assert/strict';
+import {after, before, test} from 'node:test';
+import {openPage, pixelsOf, placeOf, startBench, startBrowser, until, waitForOtherPixels} from './camera.mjs';
+
+const ROAD = [120, 80, 240, 110];  // of the player: no control stands there
+
+let bench, browser, page;
+
+before(async () => {
+  [bench, browser] = await Promise.all([startBench(), startBrowser()]);
+  page = await openPage(browser, bench);
+});
+after(async () => {
+  await browser?.close();
+  await bench?.end();
+});
+
+const tap = async (x, y) => {
+  const place = await placeOf(page, x, y);
+  await page.mouse.click(place.x, place.y);
+};
+const sees = (what) => page.locator('#seen', {hasText: what}).waitFor();
+
+test('a recording is played in the page, and its frames move', async () => {
+  await sees('PREVIEW');
+  await tap(265, 33);
+  await sees('MAINMENU');
+  await tap(80, 125);
+  await sees('ENTRY_FILELIST');
+  await tap(140, 236);
+  await sees('RECORDINGLIST');
+  await tap(200, 138);
+  await sees('PLAYER');
+  await until(async () => (await bench.state()).video.playing, 'the playback');
+  for (let i = 0; i < 3; ++i) await waitForOtherPixels(page, await pixelsOf(page, ...ROAD), ...ROAD);
+  // The rear camera is another picture.
+  await tap(440, 290);
+  await until(async () => (await bench.log()).filter((entry) => entry.name === 'SFIELD_PLAY_VIDEO').length === 2, 'the other recording');
+  for (let i = 0; i < 2; ++i) await waitForOtherPixels(page, await pixelsOf(page, ...ROAD), ...ROAD);
+  await tap(360, 290);
+  await sees('RECORDINGLIST');
+  await tap(40, 30);
+  await sees('PREVIEW');
+  await until(async () => (await bench.state()).recorder.recording, 'the recording');
+  assert.deepEqual(page.complaints, []);
+});
