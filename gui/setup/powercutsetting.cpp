@@ -51,8 +51,8 @@ void PowerCutSetting::SetDefaultVolIndex() {
 
 void PowerCutSetting::SetVolImagePath(int level) {
   const float volts = Volts()[size_t(mVolValueIndex[size_t(level)])];
-  mVolImage[size_t(level)] = volts == 0.0F ? QStringLiteral("powercutsetting/%1/non.bmp").arg(level + 1)
-                                           : QString::asprintf("powercutsetting/%d/%.1f.bmp", level + 1, double{volts});
+  const QString name = volts == 0.0F ? QStringLiteral("non") : QString::asprintf("%.1f", double{volts});
+  mVolImage[size_t(level)] = QStringLiteral("powercutsetting/%1/%2.bmp").arg(level + 1).arg(name);
 }
 
 void PowerCutSetting::SetVolImagePaths() {
