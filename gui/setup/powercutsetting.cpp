@@ -52,7 +52,7 @@ void PowerCutSetting::SetDefaultVolIndex() {
 void PowerCutSetting::SetVolImagePath(int level) {
   const float volts = Volts()[size_t(mVolValueIndex[size_t(level)])];
   const QString name = volts == 0.0F ? QStringLiteral("non") : QString::asprintf("%.1f", double{volts});
-  mVolImage[size_t(level)] = QStringLiteral("powercutsetting/%1/%2.bmp").arg(level + 1).arg(name);
+  mVolImage[size_t(level)] = QStringLiteral("powercutsetting/%1/").arg(level + 1) + name + QStringLiteral(".bmp");
 }
 
 void PowerCutSetting::SetVolImagePaths() {
