@@ -2,11 +2,14 @@
 
 #include <signal.h>
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <QStandardPaths>
 #include <QtEndian>
+
+#include "bench/device.h"
 
 namespace {
 constexpr int kPatience = 2000;  // milliseconds for the end of a program
@@ -28,6 +31,28 @@ bool IsOfTheDesktop(const QString& name) {
   return names.contains(name) || (name.startsWith(QLatin1String("QT_")) && name != QLatin1String("QT_PLUGIN_PATH"));
 }
 
+// The library that gives a program another clock; empty when it is not installed.
+QString FakeClockLibrary() {
+  const QDir libraries(QStringLiteral("/usr/lib"));
+  for (const QString& folder : libraries.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+    if (const QString file = libraries.filePath(folder + QStringLiteral("/faketime/libfaketimeMT.so.1"));
+        QFileInfo::exists(file))
+      return file;
+  return {};
+}
+
+// The interface sees the device's clock. Only that: timers and waits go by the machine's monotonic one, and files keep
+// their times.
+void GiveClock(QProcessEnvironment* environment, const QString& root) {
+  const QString library = FakeClockLibrary();
+  if (library.isEmpty()) return;
+  environment->insert(QStringLiteral("LD_PRELOAD"), library);
+  environment->insert(QStringLiteral("FAKETIME_TIMESTAMP_FILE"), root + QLatin1String(device::kClock));
+  environment->insert(QStringLiteral("FAKETIME_CACHE_DURATION"), QStringLiteral("1"));
+  environment->insert(QStringLiteral("FAKETIME_DONT_FAKE_MONOTONIC"), QStringLiteral("1"));
+  environment->insert(QStringLiteral("NO_FAKE_STAT"), QStringLiteral("1"));
+}
+
 QProcessEnvironment EnvironmentOf(const QString& root, const QString& display) {
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
   const QStringList names = environment.keys();
@@ -41,6 +66,7 @@ QProcessEnvironment EnvironmentOf(const QString& root, const QString& display) {
   environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), root + QStringLiteral("/run"));
   environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
   environment.insert(QStringLiteral("QT_FORCE_STDERR_LOGGING"), QStringLiteral("1"));
+  GiveClock(&environment, root);
   return environment;
 }
 

@@ -37,6 +37,9 @@ struct Action {
 };
 
 constexpr const char* kSwitch[] = {"off", "on"};
+constexpr const char* kBatteryTypes[] = {"12 V", "24 V"};
+constexpr const char* kVerdicts[] = {"success", "failure", "no answer"};
+constexpr const char* kClocks[] = {"real", "midnight", "leap day", "invalid"};
 constexpr const char* kGpsStates[] = {"none", "searching", "fix"};
 constexpr const char* kCardErrors[] = {"0", "5", "7"};
 constexpr const char* kFaults[] = {"0", "1", "5", "7"};
@@ -99,6 +102,31 @@ bool RecordShock(Parts& parts, const Values&, QString* error) {
   return true;
 }
 
+// Ten seconds before a day that is worth seeing, or a day that no camera knows.
+bool SetClock(Parts& parts, const Values& values, QString* error) {
+  Clock& clock = parts.hub.clock;
+  const QTime late(23, 59, 50);
+  const QDateTime times[] = {{},
+                             QDateTime(QDate::currentDate(), late),
+                             QDateTime(QDate(2028, 2, 28), late),
+                             QDateTime(QDate(2100, 1, 1), QTime(0, 0))};
+  const QDateTime& to = times[static_cast<size_t>(values[0])];
+  if (to.isNull() ? clock.SetReal() : clock.Set(to)) return true;
+  *error = QStringLiteral("The clock cannot be kept.");
+  return false;
+}
+
+bool ResetSettings(Parts& parts, const Values&, QString* error) {
+  parts.hub.settings.Reset();
+  if (!parts.hub.settings.Save()) {
+    *error = QStringLiteral("The INI file cannot be written.");
+    return false;
+  }
+  parts.cameras.Start();
+  emit parts.hub.recorder.RestartWanted();
+  return true;
+}
+
 bool MakeMarker(Parts& parts, const char* path, QString* error) {
   if (!WriteWhole(parts.hub.Path(path), QByteArray())) {
     *error = QStringLiteral("The marker %1 cannot be written.").arg(QLatin1String(path));
@@ -158,6 +186,24 @@ constexpr Action kActions[] = {
      "Low-voltage countdown",
      [](P& p, const V& v, QString*) { return p.power.Count(v[0] != 0); },
      {Argument{"state", 0, 0, 0, false, false, kSwitch}}},
+    {"batteryType",
+     "Power",
+     "Battery type: restart",
+     [](P& p, const V& v, QString*) {
+       const bool told = p.power.SetType(v[0] != 0);
+       p.hub.settings.Save();
+       emit p.hub.recorder.RestartWanted();
+       return told;
+     },
+     {Argument{"type", 0, 0, 0, false, false, kBatteryTypes}}},
+    {"voltageVerdict",
+     "Power",
+     "Voltage compensation ends with",
+     [](P& p, const V& v, QString*) {
+       p.power.SetVerdict(static_cast<Power::Verdict>(Whole(v[0])));
+       return true;
+     },
+     {Argument{"verdict", 0, 0, 0, false, false, kVerdicts}}},
     {"underVoltage", "Power", "Voltage too low", TellCut<RECV_ZEL_STATUS_UNDER_VOLTAGE, Label::Cut::LowVoltage>},
     {"normalVoltage", "Power", "Voltage normal", Tell<RECV_ZEL_STATUS_NORMAL_VOLTAGE>},
     {"overTemperature", "Power", "Too hot", TellCut<RECV_ZEL_STATUS_OVER_TEMP, Label::Cut::Temperature>},
@@ -243,6 +289,9 @@ constexpr Action kActions[] = {
      {Argument{"event", 1, 38, 1},
       Argument{"value", std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), 0}}},
 
+    {"clock", "Clock", "Set the clock", SetClock, {Argument{"to", 0, 0, 0, false, false, kClocks}}},
+
+    {"factoryReset", "Start-up", "Factory settings: restart", ResetSettings},
     {"updateMarker",
      "Start-up",
      "Updated firmware: restart",

@@ -92,7 +92,7 @@ bool Card::Fill(int number, QString* error) {
     *error = QStringLiteral("There is no card, or it is being formatted.");
     return false;
   }
-  if (mFolder.Erase() && WriteMany(mFolder, number, QDateTime::currentDateTime())) return true;
+  if (mFolder.Erase() && WriteMany(mFolder, number, mHub.clock.Now())) return true;
   *error = QStringLiteral("The card is too small for %1 recordings.").arg(number);
   return false;
 }

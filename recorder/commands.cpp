@@ -143,6 +143,13 @@ int TakeSetup(Parts& parts, Request& request) {
   if (parts.hub.settings.Block().value(QLatin1String("time_set_flag")).toInt() == 1)
     parts.recording.SetClockBroken(false);
   parts.cameras.Follow();
+  if (const auto& clock = parts.hub.settings.TakenClock(); clock && !parts.hub.clock.Set(*clock))
+    parts.hub.Note(QStringLiteral("The clock cannot be kept."));
+  return 0;
+}
+
+int Compensate(Parts& parts, Request& request) {
+  parts.power.Compensate(request.value);
   return 0;
 }
 
@@ -202,7 +209,7 @@ constexpr Field kFields[] = {
     {SFIELD_GET_ACC, "SFIELD_GET_ACC", kInt, AnswerZero},
     {SFIELD_SET_VIEWCHANGE, "SFIELD_SET_VIEWCHANGE", kInt, Accept},
     {SFIELD_SET_SEEK_PLAY, "SFIELD_SET_SEEK_PLAY", kInt, SeekPlayback},
-    {SFIELD_VOLTAGE_COMPENSATION, "SFIELD_VOLTAGE_COMPENSATION", kInt, Accept},
+    {SFIELD_VOLTAGE_COMPENSATION, "SFIELD_VOLTAGE_COMPENSATION", kInt, Compensate},
     {SFIELD_SET_PREVIEW_MIRRORING, "SFIELD_SET_PREVIEW_MIRRORING", kInt, Mirror},
     {SFIELD_SET_MOVING_PIP, "SFIELD_SET_MOVING_PIP", kInt, MovePip},
     {SFIELD_SET_MOTION_SETTING, "SFIELD_SET_MOTION_SETTING", kMap,

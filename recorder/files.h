@@ -16,6 +16,7 @@ inline constexpr char kTouchTestMarker[] = "/mnt/mmc/touch_test.txt";
 /// The card, and where its files are while it is out.
 inline constexpr char kCardFiles[] = "/mnt/mmc";
 inline constexpr char kCardFilesAway[] = "/mnt/mmc.out";
+inline constexpr char kClock[] = "/run/clock";
 inline constexpr char kSocket[] = "/run/recorder.sock";
 inline constexpr char kLedList[] = "/opt/led.zel";
 

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include "recorder/clock.h"
 #include "recorder/recorder.h"
 #include "recorder/settingstore.h"
 
@@ -13,6 +14,7 @@ struct Hub {
   QString root;
   Recorder::Delays delays;
   SettingStore settings;
+  Clock clock;
 
   /// The file of this machine that stands for a path of the device.
   QString Path(const char* path) const { return root + QLatin1String(path); }

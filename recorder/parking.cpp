@@ -9,8 +9,8 @@
 namespace recorder {
 namespace {
 
-int SecondsAgo(int seconds) {
-  return static_cast<int>(QDateTime::currentSecsSinceEpoch() - seconds);
+int SecondsAgo(const Clock& clock, int seconds) {
+  return static_cast<int>(clock.Now().toSecsSinceEpoch() - seconds);
 }
 
 void Append(QByteArray* bytes, int number) {
@@ -39,7 +39,7 @@ bool Parking::Begin(int minutesAgo, QString* error) {
     *error = QStringLiteral("The car is parked already.");
     return false;
   }
-  mStart = SecondsAgo(60 * minutesAgo);
+  mStart = SecondsAgo(mHub.clock, 60 * minutesAgo);
   mImpacts.clear();
   mMotions.clear();
   mCameras.Parked(true);
@@ -53,7 +53,7 @@ bool Parking::End(bool lowVoltage, QString* error) {
     return false;
   }
   // A parking lasts a second at least: one without a duration is none.
-  const int end = std::max(SecondsAgo(0), mStart + 1);
+  const int end = std::max(SecondsAgo(mHub.clock, 0), mStart + 1);
   const QByteArray report = Report(mStart, lowVoltage ? 0 : end, lowVoltage ? end : 0, mImpacts, mMotions);
   mStart = 0;
   if (lowVoltage) mRecording.SetCut(Label::Cut::LowVoltage);
@@ -70,7 +70,7 @@ bool Parking::Record(bool impact, int minutesAgo, QString* error) {
     *error = IsParked() ? QStringLiteral("The parking report is full.") : QStringLiteral("The car is not parked.");
     return false;
   }
-  times.append(std::max(mStart, SecondsAgo(60 * minutesAgo)));
+  times.append(std::max(mStart, SecondsAgo(mHub.clock, 60 * minutesAgo)));
   const Label::Trigger trigger = impact ? Label::Trigger::Impact : Label::Trigger::Motion;
   if (minutesAgo == 0)
     mRecording.Mark(Label::Kind::Parking, trigger);

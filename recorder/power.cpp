@@ -8,6 +8,7 @@ namespace {
 
 constexpr double kSwing = 0.12;  // volts
 constexpr double kPi = 3.14159265358979;
+constexpr double kFull12 = 12.34;
 constexpr double kCutOff12 = 11.5;
 constexpr double kCutOff24 = 23.0;
 constexpr std::array kLcdValues{60000, 48000, 72000, 35000, 90000};
@@ -21,6 +22,22 @@ Power::Power(Hub& hub) : mHub(hub) {
     mHub.Send(RECV_ZEL_STATUS_POWER_OFF);
     emit mHub.recorder.StateChanged();
   });
+  mTellVerdict.setSingleShot(true);
+  mTellVerdict.callOnTimeout([this] { mHub.Send(RECV_ZEL_STATUS_VOLT_SET, mVerdict == Verdict::Success ? 1 : 0); });
+}
+
+void Power::Compensate(int step) {
+  if (step == 0) mMeasuredBefore = mMeasuredAfter = false;
+  if (step == 2) mMeasuredBefore = true;
+  if (step == 4) mMeasuredAfter = true;
+  if (!mMeasuredBefore || !mMeasuredAfter) return;
+  mMeasuredBefore = mMeasuredAfter = false;
+  if (mVerdict != Verdict::None) mTellVerdict.start(mHub.delays.verdict);
+}
+
+bool Power::SetType(bool is24) {
+  mHub.settings.Set(Set_Cfg_Power_Cut_lvl_Type, is24 ? 1 : 0);
+  return SetBattery(is24 ? 2 * kFull12 : kFull12);
 }
 
 float Power::Volts() const {

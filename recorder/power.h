@@ -25,6 +25,18 @@ public:
   /// Starts the countdown, at whose end the recorder says power off; or stops it. False when the queue is full.
   bool Count(bool on);
 
+  /// A step of the voltage compensation: 0 begins it, 2 and 4 end the measurements before and after the start of the
+  /// engine. After both the verdict is told.
+  void Compensate(int step);
+
+  /// What the next verdicts are.
+  enum class Verdict { Success, Failure, None };
+  void SetVerdict(Verdict verdict) { mVerdict = verdict; }
+
+  /// Another battery, of 12 or 24 V; its voltage is that of a full one. The interface learns of it at its next start.
+  /// False when the queue is full.
+  bool SetType(bool is24);
+
   bool Counting() const { return mPowerOff.isActive(); }
   QJsonObject State() const;
 
@@ -33,6 +45,10 @@ private:
   double mBattery = 12.34;
   QElapsedTimer mClock;
   QTimer mPowerOff;
+  QTimer mTellVerdict;
+  Verdict mVerdict = Verdict::Success;
+  bool mMeasuredBefore = false;
+  bool mMeasuredAfter = false;
 };
 
 }  // namespace recorder

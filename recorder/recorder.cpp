@@ -10,7 +10,8 @@
 namespace recorder {
 
 Parts::Parts(Recorder& recorder, const QString& root)
-    : hub{recorder, root, Recorder::Delays(), SettingStore(root + QLatin1String(kIniFile))},
+    : hub{recorder, root, Recorder::Delays(), SettingStore(root + QLatin1String(kIniFile)),
+          Clock(root + QLatin1String(kClock))},
       server([this](CommandServer::Client& client, quint32 field,
                     const QByteArray& data) { return DoCommand(*this, client, field, data); },
              [this](const QString& sentence) { hub.Note(sentence); }) {
@@ -74,7 +75,7 @@ bool Recorder::Start(QString* error) {
 bool Recorder::FillNewCard(QString* error) {
   const CardFolder& card = mParts->card.Folder();
   if (card.Formatted().isValid() || !card.Recordings().isEmpty()) return true;
-  if (WriteLastDays(card, mParts->source, QDateTime::currentDateTime()) && card.StampFormat()) return true;
+  if (WriteLastDays(card, mParts->source, mParts->hub.clock.Now()) && card.StampFormat()) return true;
   *error = QStringLiteral("The recordings cannot be written: %1.").arg(mParts->hub.Path(kCardFiles));
   return false;
 }
@@ -120,6 +121,8 @@ QJsonObject Recorder::State() const {
   const Parts& parts = *mParts;
   return {{QStringLiteral("settings"), parts.hub.settings.Values()},
           {QStringLiteral("setup"), parts.hub.settings.Block()},
+          {QStringLiteral("setupBefore"), parts.hub.settings.BlockBefore()},
+          {QStringLiteral("clockOffset"), parts.hub.clock.Offset()},
           {QStringLiteral("cameras"), parts.cameras.State()},
           {QStringLiteral("power"), parts.power.State()},
           {QStringLiteral("parking"), parts.parking.State()},

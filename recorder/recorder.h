@@ -50,6 +50,7 @@ public:
     int clip = 20000;         ///< a recording, of its own time: 1000..60000; one of an impact or movement takes half
     int format = 3000;        ///< the format of the card
     int check = 2000;         ///< the check of the card
+    int verdict = 1500;       ///< from the second voltage measurement to the verdict
     int playSecond = 1000;    ///< a second of a recording that is played
   };
 

@@ -8,6 +8,7 @@
 namespace recorder {
 namespace {
 
+constexpr int kClockStep = 60;  // seconds; further back is a clock that was set
 constexpr int kRate = 4;
 constexpr int kPictureMs = 1000 / kRate;
 constexpr int kPastPictures = 5 * kRate;
@@ -42,15 +43,15 @@ void Recording::Begin() {
 // A card that was formatted meanwhile knows of no stop.
 void Recording::NoteStop() {
   const QDateTime formatted = mCard.Folder().Formatted();
-  if (!mCard.IsReady() || (formatted.isValid() && formatted >= mStopped)) return;
-  if (!mCard.Folder().AddStop(mStopped, QDateTime::currentDateTime()))
+  if (!mCard.IsReady() || (formatted.isValid() && formatted.addSecs(mHub.clock.Offset()) >= mStopped)) return;
+  if (!mCard.Folder().AddStop(mStopped, mHub.clock.Now()))
     mHub.Note(QStringLiteral("The list of stops cannot be written."));
 }
 
 void Recording::End(int why) {
   FinishTake();
   mTick.stop();
-  if (mOn) mStopped = QDateTime::currentDateTime();
+  if (mOn) mStopped = mHub.clock.Now();
   mOn = false;
   if (why == kSave || why == kCard) mVoice.Speak(mHub.delays.stopVoice);
   emit mHub.recorder.VideoChanged();
@@ -96,11 +97,18 @@ void Recording::SetCut(Label::Cut cut) {
   if (mTake) mTake->label.cut = cut;
 }
 
+// Now, and in another second than the last one; a clock that was set back is another matter.
+QDateTime Recording::NextStart() const {
+  const QDateTime now = mHub.clock.Now();
+  const bool again = now < mLastStart.addSecs(1) && now > mLastStart.addSecs(-kClockStep);
+  return again ? mLastStart.addSecs(1) : now;
+}
+
 // The start in whole seconds, as the name has it.
 Recording::Take Recording::NewTake(const Label& label, int length) const {
   Take take{label, length, {}};
   QDateTime& start = take.label.start;
-  if (start.isNull()) start = std::max(QDateTime::currentDateTime(), mLastStart.addSecs(1));
+  if (start.isNull()) start = NextStart();
   start = start.addMSecs(-start.time().msec());
   while (mCard.Folder().Has(start)) start = start.addSecs(1);
   take.label.clockBroken = mClockBroken;

@@ -58,6 +58,7 @@ private:
   };
 
   void NoteStop();
+  QDateTime NextStart() const;
   Take NewTake(const Label& label, int length) const;
   void Record();
   void AddPicture(Take* take, int camera);

@@ -284,7 +284,8 @@ bool SettingStore::TakeBlock(const QByteArray& block, QString* error) {
     return false;
   }
   mUnsaved = true;
-  mBlock = QJsonObject();
+  mBefore = std::exchange(mBlock, QJsonObject());
+  mTakenClock.reset();
   for (const BlockField& field : kBlock) {
     const char* bytes = block.constData() + field.offset;
     const QString name = QLatin1String(field.name);
@@ -307,10 +308,11 @@ bool SettingStore::TakeBlock(const QByteArray& block, QString* error) {
     }
   }
   const auto part = [this](const char* name) { return mBlock.value(QLatin1String(name)).toInt(); };
-  const bool exists =
-      QDate::isValid(part("year"), part("month"), part("day")) && QTime::isValid(part("hour"), part("min"), 0);
-  if (block[kTimeSetOffset] == 1 && exists)
+  const QDateTime clock(QDate(part("year"), part("month"), part("day")), QTime(part("hour"), part("min")));
+  if (block[kTimeSetOffset] == 1 && clock.isValid()) {
     SetClock(part("year"), part("month"), part("day"), part("hour"), part("min"));
+    mTakenClock = clock;
+  }
   return true;
 }
 

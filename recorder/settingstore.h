@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
 #include <array>
+#include <optional>
 
 #include "gui/main.h"
 
@@ -40,8 +42,12 @@ public:
   /// Writes the file, whole or not at all, if anything was set, reset or loaded since it was written.
   bool Save();
 
-  QJsonObject Values() const;                          ///< every key with its value
-  const QJsonObject& Block() const { return mBlock; }  ///< the last block, decoded; empty before the first
+  QJsonObject Values() const;                                 ///< every key with its value
+  const QJsonObject& Block() const { return mBlock; }         ///< the last block, decoded; empty before the first
+  const QJsonObject& BlockBefore() const { return mBefore; }  ///< the one before it
+
+  /// The clock that the last block has set; nothing when it has set none.
+  const std::optional<QDateTime>& TakenClock() const { return mTakenClock; }
 
 private:
   void SetClock(int year, int month, int day, int hour, int minute);
@@ -49,6 +55,8 @@ private:
   QString mFile;
   std::array<double, 64> mValues{};  // by Setting_Id; a double holds every int and every float exactly
   QJsonObject mBlock;
+  QJsonObject mBefore;
+  std::optional<QDateTime> mTakenClock;
   bool mUnsaved = true;
 };
 

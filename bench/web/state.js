@@ -43,6 +43,7 @@ function rowsOf(state) {
     ['Voltage', `${recorder.power.volts.toFixed(2)} V`],
     ['GPS', `${GPS[recorder.gps] ?? recorder.gps}, ${recorder.speed} km/h`],
     ['Card', recorder.card],
+    ['Clock', recorder.clockOffset === 0 ? 'of this machine' : `${recorder.clockOffset} s beside this machine's`],
   ];
 }
 
@@ -64,7 +65,7 @@ function bodyOf(group, values) {
   for (const [name, value] of values) {
     const row = body.insertRow();
     row.append(headOf(name.slice(group === '' ? 0 : group.length + 1), 'row'));
-    row.insertCell().textContent = Array.isArray(value) ? value.join(', ') : String(value);
+    row.insertCell().textContent = textOf(value);
   }
   return body;
 }
@@ -78,6 +79,23 @@ function fillTable(table, values) {
   }
   table.replaceChildren(...[...groups].map(([group, rows]) => bodyOf(group, rows)));
   if (groups.size === 0) table.createTBody().insertRow().insertCell().textContent = 'None yet.';
+}
+
+const textOf = (value) => value === undefined ? '–' : Array.isArray(value) ? value.join(', ') : String(value);
+
+// Each field as it was and as it is; what has changed is marked.
+function fillBlock(table, now, before) {
+  const body = document.createElement('tbody');
+  for (const [name, value] of Object.entries(now)) {
+    const row = body.insertRow();
+    row.append(headOf(name, 'row'));
+    const [old, current] = [textOf(before[name]), textOf(value)];
+    row.insertCell().textContent = old;
+    const cell = row.insertCell();
+    cell.append(old === current || before[name] === undefined ? current : Object.assign(document.createElement('mark'), {textContent: current}));
+  }
+  if (body.rows.length === 0) body.insertRow().insertCell().textContent = 'None yet.';
+  table.replaceChildren(body);
 }
 
 function fillList(list, rows) {
@@ -100,7 +118,7 @@ export class State {
     connection.addEventListener('state', ({detail: {state}}) => {
       this.#show(seen, seenOf(state), (text) => { seen.textContent = text; });
       this.#show(list, rowsOf(state), (rows) => fillList(list, rows));
-      this.#show(setup, state.recorder?.setup ?? {}, (values) => fillTable(setup, values));
+      this.#show(setup, [state.recorder?.setup ?? {}, state.recorder?.setupBefore ?? {}], (blocks) => fillBlock(setup, ...blocks));
       this.#show(settings, state.recorder?.settings ?? {}, (values) => fillTable(settings, values));
     });
   }

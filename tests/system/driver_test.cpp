@@ -282,6 +282,27 @@ private slots:
     QTRY_COMPARE(Drawn().copy(tile), chosen);
     QVERIFY(Tap(kHome));
   }
+  void theClockIsTheOneThatTheDriverSets() {
+    ShowOverlay();
+    const QRect clock(34, 284, 200, 32);
+    const QImage before = Drawn().copy(clock);
+    OpenMenu();
+    QVERIFY(Tap({400, 255}));
+    QTRY_COMPARE(Screen(), QStringLiteral("BLACKBOXMANAGEMENT"));
+    QVERIFY(Tap(kTile13));
+    QTRY_COMPARE(Screen(), QStringLiteral("TIMELAYOUT"));
+    QVERIFY(Tap({320, 290}));  // a year on
+    QVERIFY(Tap({355, 30}));
+    QTRY_COMPARE(OwnBox(), QStringLiteral("TIME_CHANGE"));
+    QVERIFY(Tap(kYes));
+    QTRY_COMPARE_WITH_TIMEOUT(Screen(), QStringLiteral("PREVIEW"), 20000);
+    const double days = mBench->State("recorder/clockOffset").toDouble() / 86400;
+    QVERIFY2(days > 364.9 && days < 366.1, qPrintable(QString::number(days)));
+    QTRY_VERIFY(Drawn().copy(clock) != before);
+    QTRY_VERIFY_WITH_TIMEOUT(Card(QDate::currentDate().addYears(1).toString(QStringLiteral("'rec0_'yyyy'*.avi'"))) > 0,
+                             30000);  // the recorder goes by the same clock
+    QVERIFY(mBench->Action("{\"name\": \"clock\", \"to\": \"real\"}"));
+  }
   void anotherResolutionAsksForAFormat() {
     OpenMenu();
     QVERIFY(Tap(kTile21));

@@ -571,6 +571,59 @@ private slots:
     QCOMPARE(ini["timesetting/gmt"], QString("3"));            // the zone goes without the flag
     QCOMPARE(State("setup")["time_set_flag"].toInt(), flag);
     QCOMPARE(State("setup")["year"].toInt(), 2031);
+    // The device's clock with it, and it is kept.
+    const qint64 offset = mRecorder->State().value("clockOffset").toInteger();
+    const qint64 wanted =
+        taken ? QDateTime::currentDateTime().secsTo(QDateTime(QDate(2031, 11, 30), QTime(23, 59))) : 0;
+    QVERIFY(std::abs(offset - wanted) <= 2);
+    Start();
+    QCOMPARE(mRecorder->State().value("clockOffset").toInteger(), offset);
+  }
+
+  void theBlockBeforeIsRemembered() {
+    Start();
+    QVERIFY(State("setupBefore").isEmpty());
+    QByteArray block = Block();
+    block[5] = 1;
+    QCOMPARE(Ask(SFIELD_SET_SETUP_COMPLETE, block), 0);
+    QVERIFY(State("setupBefore").isEmpty());
+    block[5] = 3;
+    QCOMPARE(Ask(SFIELD_SET_SETUP_COMPLETE, block), 0);
+    QCOMPARE(State("setupBefore")["gsensor_trg_lvl"].toInt(), 1);
+    QCOMPARE(State("setup")["gsensor_trg_lvl"].toInt(), 3);
+  }
+
+  void theClockIsSetByTheBench_data() {
+    QTest::addColumn<QString>("to");
+    QTest::addColumn<QDateTime>("time");
+    const QTime late(23, 59, 50);
+    QTest::newRow("midnight") << "midnight" << QDateTime(QDate::currentDate(), late);
+    QTest::newRow("leap day") << "leap day" << QDateTime(QDate(2028, 2, 28), late);
+    QTest::newRow("invalid") << "invalid" << QDateTime(QDate(2100, 1, 1), QTime(0, 0));
+  }
+  void theClockIsSetByTheBench() {
+    QFETCH(QString, to);
+    QFETCH(QDateTime, time);
+    Start();
+    QVERIFY(Do("clock", {{"to", to}}));
+    const qint64 offset = mRecorder->State().value("clockOffset").toInteger();
+    QVERIFY(std::abs(QDateTime::currentDateTime().secsTo(time) - offset) <= 2);
+    QCOMPARE(root.Read("/run/clock"),
+             (offset < 0 ? QByteArray() : QByteArray("+")) + QByteArray::number(offset) + '\n');
+    QVERIFY(Do("clock", {{"to", "real"}}));
+    QCOMPARE(root.Read("/run/clock"), QByteArray("+0\n"));
+  }
+  void aClockFileThatIsNoneIsThisMachinesClock_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    for (const char* bytes : {"", "tomorrow", "99999999999999999999", "+99999999999999", "1e9", "+5 d"})
+      QTest::newRow(bytes) << QByteArray(bytes);
+  }
+  void aClockFileThatIsNoneIsThisMachinesClock() {
+    QFETCH(QByteArray, bytes);
+    QDir(root.Path("/")).mkpath("run");
+    root.Write("/run/clock", bytes);
+    Start();
+    QCOMPARE(mRecorder->State().value("clockOffset").toInteger(), 0);
   }
 
   void aSetupBlockOfAnotherModelOrLengthChangesNothing_data() {
@@ -1067,6 +1120,65 @@ private slots:
     QVERIFY(Came(RECV_ZEL_STATUS_LOW_VOLTAGE_POWER_OFF_COUNT, 1));
   }
 
+  void theVerdictComesAfterBothMeasurements_data() {
+    QTest::addColumn<QString>("verdict");
+    QTest::addColumn<int>("value");
+    QTest::newRow("success") << "success" << 1;
+    QTest::newRow("failure") << "failure" << 0;
+    QTest::newRow("no answer") << "no answer" << -1;
+  }
+  void theVerdictComesAfterBothMeasurements() {
+    QFETCH(QString, verdict);
+    QFETCH(int, value);
+    Recorder::Delays delays = Quick();
+    delays.verdict = 20;
+    Start(delays);
+    QVERIFY(Do("voltageVerdict", {{"verdict", verdict}}));
+    for (const QList<int>& steps : {QList<int>{0, 1, 2, 3, 4}, QList<int>{0, 3, 4, 1, 2}}) {
+      for (const int step : steps) {
+        QVERIFY(!Came(RECV_ZEL_STATUS_VOLT_SET, value));
+        QCOMPARE(Ask(SFIELD_VOLTAGE_COMPENSATION, step), 0);
+      }
+      if (value >= 0) {
+        QVERIFY(Comes(RECV_ZEL_STATUS_VOLT_SET, value));
+      } else {
+        QTest::qWait(100);  // longer than a verdict takes
+        for (const Event& event : Events()) QVERIFY(event.event != RECV_ZEL_STATUS_VOLT_SET);
+      }
+    }
+  }
+  void aNewCompensationForgetsTheMeasurements() {
+    Recorder::Delays delays = Quick();
+    delays.verdict = 20;
+    Start(delays);
+    for (const int step : {0, 1, 2, 0, 3, 4}) QCOMPARE(Ask(SFIELD_VOLTAGE_COMPENSATION, step), 0);
+    QTest::qWait(100);  // longer than a verdict takes
+    for (const Event& event : Events()) QVERIFY(event.event != RECV_ZEL_STATUS_VOLT_SET);
+  }
+  void anotherBatteryIsPutIn() {
+    Start(Endless());
+    QVERIFY(Do("batteryType", {{"type", "24 V"}}));
+    QCOMPARE(mRestarts, 1);
+    QCOMPARE(Ini()["parkingsetting/power_cut_lvl_type"], QString("1"));
+    QVERIFY(std::abs(State("power")["battery"].toDouble() - 24.68) < 0.01);
+    for (const Event& event : Events())
+      QVERIFY(event.event != RECV_ZEL_STATUS_LOW_VOLTAGE_POWER_OFF_COUNT || event.value == 0);
+    QVERIFY(Do("batteryType", {{"type", "12 V"}}));
+    QCOMPARE(Ini()["parkingsetting/power_cut_lvl_type"], QString("0"));
+    QVERIFY(std::abs(State("power")["battery"].toDouble() - 12.34) < 0.01);
+  }
+  void theFactorySettingsComeBack() {
+    Start();
+    const QMap<QString, QString> factory = Ini();
+    QByteArray block = Block();
+    block[5] = 3;
+    QCOMPARE(Ask(SFIELD_SET_SETUP_COMPLETE, block), 0);
+    QVERIFY(Ini()["drivingsetting/gsensor_trg_lvl"] == "3");
+    QVERIFY(Do("factoryReset"));
+    QCOMPARE(mRestarts, 1);
+    QCOMPARE(Ini()["drivingsetting/gsensor_trg_lvl"], factory["drivingsetting/gsensor_trg_lvl"]);
+  }
+
   // ---- actions
 
   void actionsSendTheirEvents_data() {
@@ -1188,7 +1300,8 @@ private slots:
     QCOMPARE(names.size(), actions.size());
     // Each of them is tried in this test: by its event, or one of these.
     for (const char* other : {"impact", "motion", "parkOut", "parkLowVoltage", "sdIn", "voiceEndSuppress",
-                              "updateMarker", "touchMarker", "removeMarkers"})
+                              "updateMarker", "touchMarker", "removeMarkers", "clock", "batteryType", "voltageVerdict",
+                              "factoryReset"})
       QVERIFY2(names.remove(QLatin1String(other)), other);
     // Or in the test of the recordings.
     for (const char* other : {"shock", "sdFull", "sdCorrupt", "sdCheckFinds", "sdFormatFails"})

@@ -198,7 +198,7 @@ protected:
   // A device that was never started, and its queue.
   void Prepare() {
     qputenv("PLATFORM_KEY", QByteArray::number(kKey));
-    for (const char* folder : {"/tmp", "/mnt", "/opt/led.zel"}) {
+    for (const char* folder : {"/tmp", "/mnt", "/opt/led.zel", "/run/clock"}) {
       const QString path = root.Path(QLatin1String(folder));
       QFile::remove(path);
       QDir(path).removeRecursively();

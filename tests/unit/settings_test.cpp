@@ -1,11 +1,16 @@
 // The settings and their files.
 #include "gui/settings/settings.h"
 
+#include <signal.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <QSettings>
 #include <QTest>
+#include <QThread>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 
@@ -562,6 +567,42 @@ private slots:
     root.Write(QStringLiteral("/opt/touch_tuning.zel"), QByteArray(71, '\7'));
     mSettings.SettingTouchTuningValue(true);
     QCOMPARE(mSettings.inputX[8], 40);
+  }
+
+  // ---- power loss
+
+  // A process that saves again and again, all values once 1 and once 2, is killed at any moment, a hundred times.
+  void powerThatFailsLeavesTheOldOrTheNewSettings() {
+    const auto fill = [](int value) {
+      for (const SettingKey& row : SettingKeys())
+        if (row.place == SettingPlace::Field) gEnvirnmentSettings.mSetting.*row.field = value;
+    };
+    fill(1);
+    gEnvirnmentSettings.AllSetSettingConfig();
+    std::srand(20261121);
+    int changes = 0;
+    int last = 1;
+    for (int kills = 0; kills < 100; ++kills) {
+      const pid_t writer = fork();
+      if (writer == 0) {
+        for (int value = 1;; value = 3 - value) {
+          fill(value);
+          gEnvirnmentSettings.AllSetSettingConfig();
+        }
+      }
+      QThread::usleep(static_cast<unsigned long>(std::rand() % 20000 + 500));
+      QCOMPARE(kill(writer, SIGKILL), 0);
+      QCOMPARE(waitpid(writer, nullptr, 0), writer);
+      const QSettings file(root.Path(kOwn), QSettings::IniFormat);
+      QCOMPARE(file.status(), QSettings::NoError);
+      const int found = file.value(QStringLiteral("drivingsetting/fps")).toInt();
+      QVERIFY(found == 1 || found == 2);
+      for (const SettingKey& row : SettingKeys())
+        if (row.place == SettingPlace::Field) QCOMPARE(file.value(QLatin1String(row.key)).toInt(), found);
+      changes += found != last;
+      last = found;
+    }
+    QVERIFY(changes > 5);  // it was caught with either of them
   }
 };
 

@@ -76,9 +76,9 @@ export async function placeOf(page, x, y) {
   return {x: box.x + (x + 0.5) * box.width / 480, y: box.y + (y + 0.5) * box.height / 320};
 }
 
-// Waits until `check` gives something; it is asked every 50 ms.
-export async function until(check, what) {
-  const end = Date.now() + 10000;
+// Waits until `check` gives something, 10 s unless given; it is asked every 50 ms.
+export async function until(check, what, patience = 10000) {
+  const end = Date.now() + patience;
   for (;;) {
     const value = await check();
     if (value) return value;

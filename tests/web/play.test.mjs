@@ -44,3 +44,27 @@ test('a recording is played in the page, and its frames move', async () => {
   await until(async () => (await bench.state()).recorder.recording, 'the recording');
   assert.deepEqual(page.complaints, []);
 });
+
+test('what a saved setting changes is marked in the setup block', async () => {
+  const change = async () => {  // the impact level of driving, and home
+    await sees('PREVIEW');
+    await tap(300, 200);
+    await until(async () => {
+      await tap(265, 33);
+      return (await bench.state()).screen === 'MAINMENU';
+    }, 'the menu');
+    await tap(80, 255);
+    await sees('DRIVINGSETTING');
+    await tap(80, 255);
+    await tap(40, 30);
+    await until(async () => (await bench.state()).screen === 'PREVIEW', 'the preview', 20000);
+  };
+  await change();
+  await change();
+  await page.locator('summary', {hasText: 'Setup block'}).click();
+  const row = page.locator('#setup tr', {hasText: 'gsensor_trg_lvl'});
+  await row.locator('mark').waitFor();
+  assert.equal(await page.locator('#setup tr', {hasText: 'resolution'}).locator('mark').count(), 0);
+  assert.notEqual(await row.locator('td').first().textContent(), await row.locator('mark').textContent());
+  assert.deepEqual(page.complaints, []);
+});
