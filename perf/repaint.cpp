@@ -7,11 +7,14 @@
 #include <algorithm>
 #include <cstring>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "gui/app/commandline.h"
 #include "gui/app/mainwindow.h"
+#include "gui/base/devicepath.h"
 #include "gui/base/globals.h"
+#include "gui/recordings/recordingfilemanager.h"
 #include "gui/screen/basewidget.h"
 #include "gui/screen/widgetmanager.h"
 #include "gui/settings/config.h"
@@ -33,6 +36,32 @@ double Median(const std::function<void()>& step) {
   }
   std::nth_element(times.begin(), times.begin() + kRounds / 2, times.end());
   return times[kRounds / 2];
+}
+// A list of 50,000 recordings: to another page, and to another camera. The whole screen is painted, as on the camera.
+void MeasureList(MainWindow& window, QJsonObject& result) {
+  constexpr int kRecordings = 100000;  // half of them by the other camera
+  const QDateTime start(QDate(2023, 1, 1), QTime(12, 0));
+  for (int i = 0; i < kRecordings; ++i) {
+    const QString name = QStringLiteral("/mnt/mmc/rec%1_%2.avi")
+                             .arg(i % 2)
+                             .arg(start.addSecs(i / 2).toString(QStringLiteral("yyyyMMdd_HHmmss")));
+    root.Write(name, QByteArray());
+  }
+  auto catalogue = std::make_unique<RecordingFileManager>();
+  catalogue->ReadFileList(QLatin1String(device::kCard));
+  window.SetRecordingFileManager(std::move(catalogue));
+  window.StartWidget(RECORDINGLIST, nullptr);
+  QCoreApplication::processEvents();
+  bool down = false;
+  result[QStringLiteral("page")] = Median([&] {
+    down = !down;
+    window.touchEvent(TOUCH_PRESS, 440, down ? 242 : 138);
+    QCoreApplication::processEvents();
+  });
+  result[QStringLiteral("toggle")] = Median([&] {
+    window.touchEvent(TOUCH_PRESS, 265, 30);
+    QCoreApplication::processEvents();
+  });
 }
 }  // namespace
 
@@ -66,6 +95,12 @@ int main(int argc, char** argv) {
   QCoreApplication::processEvents();
   BaseWidget* saver = gWidgetManager.GetCurrentWidget();
   result[QStringLiteral("clock page")] = Median([&] { saver->repaint(); });
+  window.Jumped(PREVIEW);
+  window.StartWidget(MAINMENU, nullptr);
+  QCoreApplication::processEvents();
+  BaseWidget* menu = gWidgetManager.GetCurrentWidget();
+  result[QStringLiteral("menu")] = Median([&] { menu->repaint(); });
+  MeasureList(window, result);
   QTextStream(stdout) << QJsonDocument(result).toJson(QJsonDocument::Compact) << '\n';
   return 0;
 }

@@ -79,6 +79,19 @@ private slots:
     QVERIFY(!IsCommanded("SFIELD_VIDEO_REC_STOP"));
     QVERIFY(Tap(kHome));
   }
+  void aSecondYesDoesNotHitTheList() {
+    OpenMenu();
+    QVERIFY(Tap(kTile11));
+    QTRY_COMPARE(OwnBox(), QStringLiteral("ENTRY_FILELIST"));
+    QVERIFY(Tap(kYes));
+    QTRY_COMPARE(OwnBox(), QStringLiteral("LOADING_FILELIST"));
+    QVERIFY(Tap({100, 230}));  // of the list it would be a row
+    QTRY_COMPARE(Screen(), QStringLiteral("RECORDINGLIST"));
+    QTest::qWait(500);
+    QCOMPARE(Screen(), QStringLiteral("RECORDINGLIST"));
+    QVERIFY(Played().isEmpty());
+    QVERIFY(Tap(kHome));
+  }
   void recordingsAreBrowsedAndPlayed() {
     OpenList();
     QCOMPARE(Values("SFIELD_VIDEO_REC_STOP"), QList<int>{1});
