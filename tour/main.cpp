@@ -15,6 +15,7 @@
 #include "gui/app/screenfactory.h"
 #include "gui/base/devicepath.h"
 #include "gui/base/globals.h"
+#include "gui/led/ledfilemanager.h"
 #include "gui/parking/pfileinfo.h"
 #include "gui/screen/basewidget.h"
 #include "gui/screen/clock.h"
@@ -165,6 +166,24 @@ void Measure(MainWindow& window, int seconds) {
   screen->DelMessageBox();
   screen->TimeoutEvent();
   for (int i = 0; i < seconds; ++i) QMetaObject::invokeMethod(screen, "TimeoutLoadingProgress");
+}
+
+// The two fixed patterns and five more, the third and the fifth shown.
+void OpenLed(MainWindow& window, WidgetId id, int mode) {
+  QByteArray file = QByteArray("\x07\0\0", 3) + char(mode);
+  const QByteArray names[] = {"Security LED", "Korvo Black", "\xb9\xae\xb1\xb8 1",       "010-1234-5678",
+                              "02-1234-5678", "1588-1234",   "\xc1\xd6\xc2\xf7 \xc1\xdf"};
+  for (int i = 0; i < 7; ++i) file += char(i == 2 || i == 4) + names[i].leftJustified(20, '\0') + QByteArray(134, '\0');
+  root.Write(QStringLiteral("/opt/led.zel"), file);
+  gLedFileManager.ReadLedFile();
+  Setting().led_mode = mode;
+  Open(window, id);
+}
+
+void TypeNumber(MainWindow& window, int digits) {
+  OpenLed(window, NUMBERSETLAYOUT, 1);
+  static constexpr int kKeys[] = {9, 0, 9, 0, 1, 2, 3, 4, 5, 6, 7, 8, 0, 1, 2};  // 0, 1, 0, 1, 2, ...
+  for (int i = 0; i < digits; ++i) Tap(window, 40 + 80 * (kKeys[i] % 5), 185 + 90 * (kKeys[i] / 5));
 }
 
 State Options(WidgetId id, const char* name, const char* shows, std::vector<QPoint> options, int taps) {
@@ -393,6 +412,41 @@ const State kStates[] = {
        Tap(w, 150, 155);
        Tap(w, 320, 290);
        Tap(w, 355, 30);
+     }},
+    {FRONTLED, "led", "The front LED: off", [](MainWindow& w) { OpenLed(w, FRONTLED, 0); }},
+    {FRONTLED, "led-sequential", "One after the other", [](MainWindow& w) { OpenLed(w, FRONTLED, 1); }},
+    {FRONTLED, "led-random", "In any order", [](MainWindow& w) { OpenLed(w, FRONTLED, 2); }},
+    {FRONTLED, "led-off-list", "An LED that is off has no list",
+     [](MainWindow& w) {
+       OpenLed(w, FRONTLED, 0);
+       Tap(w, 240, 125);
+     }},
+    {NUMBERSETLAYOUT, "number", "The keypad", [](MainWindow& w) { OpenLed(w, NUMBERSETLAYOUT, 1); }},
+    {NUMBERSETLAYOUT, "number-typed", "A number", [](MainWindow& w) { TypeNumber(w, 11); }},
+    {NUMBERSETLAYOUT, "number-longest", "The longest one", [](MainWindow& w) { TypeNumber(w, 15); }},
+    {NUMBERSETLAYOUT, "number-save", "Before it is saved",
+     [](MainWindow& w) {
+       TypeNumber(w, 11);
+       Tap(w, 440, 100);
+     }},
+    {LEDFILELIST, "led-list", "The patterns, two of them shown", [](MainWindow& w) { OpenLed(w, LEDFILELIST, 1); }},
+    {LEDFILELIST, "led-list-random", "Shown in any order", [](MainWindow& w) { OpenLed(w, LEDFILELIST, 2); }},
+    {LEDFILELIST, "led-list-security", "The security pattern is shown alone",
+     [](MainWindow& w) {
+       OpenLed(w, LEDFILELIST, 1);
+       Tap(w, 370, 85);
+     }},
+    {LEDFILELIST, "led-list-brand", "The brand's pattern stays",
+     [](MainWindow& w) {
+       OpenLed(w, LEDFILELIST, 1);
+       Tap(w, 370, 137);
+       Tap(w, 265, 30);
+     }},
+    {LEDFILELIST, "led-list-delete", "Before patterns are deleted",
+     [](MainWindow& w) {
+       OpenLed(w, LEDFILELIST, 1);
+       Tap(w, 370, 241);
+       Tap(w, 265, 30);
      }},
     {RECORDINGLIST, "recordings", "All recordings of the front camera, the newest first", OpenFullList},
     {RECORDINGLIST, "recordings-flags", "The next page: how parkings and clock errors look",

@@ -14,6 +14,7 @@
 #include "gui/base/globals.h"
 #include "gui/base/shell.h"
 #include "gui/firmware/msgthread.h"
+#include "gui/led/ledfilemanager.h"
 #include "gui/recordings/recordingfilemanager.h"
 #include "gui/screen/basewidget.h"
 #include "gui/screen/diagnostics.h"
@@ -82,6 +83,7 @@ MainWindow::MainWindow(QWidget* parent) : ScreenHost(parent) {
   InitTimer();
   InitMsgQ();
   InitTouch();
+  gLedFileManager.ReadLedFile();
   SetLcdBright(gEnvirnmentSettings.mSetting.lcd_bright);
   InitSetCustomImageFile();
   setWindowFlags(Qt::FramelessWindowHint);

@@ -4,6 +4,9 @@
 #include <set>
 
 #include "gui/app/mainwindow.h"
+#include "gui/led/frontled.h"
+#include "gui/led/ledfilelist.h"
+#include "gui/led/numbersetlayout.h"
 #include "gui/live/previewlayout.h"
 #include "gui/live/screensaver.h"
 #include "gui/parking/pfileinfo.h"
@@ -48,6 +51,13 @@ BaseWidget* MakeRecordingList(MainWindow* window, QObject*) {
   return list;
 }
 
+BaseWidget* MakeLedList(MainWindow* window, QObject*) {
+  auto* list = new LedFileList(window);
+  QObject::connect(window->GetTouchThread(), &TouchThread::sendLedListLayoutReleaseEvent, list,
+                   &LedFileList::touchReleaseEvent);
+  return list;
+}
+
 BaseWidget* MakeTimeLayout(MainWindow* window, QObject*) {
   auto* layout = new TimeLayout(window);
   QObject::connect(window->GetTouchThread(), &TouchThread::sendTimeLayoutReleaseEvent, layout,
@@ -84,6 +94,9 @@ constexpr ScreenRow kScreens[] = {
     {POWERCUTSETTING, "PowerCutSetting", Make<PowerCutSetting>},
     {VOLTAGECOMPENSATION, "VoltageCompensation", Make<VoltageCompensation>},
     {TIMELAYOUT, "TimeLayout", MakeTimeLayout},
+    {FRONTLED, "FrontLed", Make<FrontLed>},
+    {NUMBERSETLAYOUT, "NumberSetLayout", Make<NumberSetLayout>},
+    {LEDFILELIST, "LedFileList", MakeLedList},
     {RECORDINGLIST, "RecordingFileList", MakeRecordingList},
     {PLAYER, "Player", MakePlayer},
 };

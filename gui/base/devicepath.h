@@ -13,6 +13,7 @@ inline constexpr char kIniFolder[] = "/opt/gui/ini";
 inline constexpr char kConfigFirm[] = "/opt/gui/ini/config_firm.ini";
 inline constexpr char kConfigInit[] = "/tmp/config_init.ini";
 inline constexpr char kClickSound[] = "/opt/ipnc/voice/touch.wav";
+inline constexpr char kLedList[] = "/opt/led.zel";
 inline constexpr char kTouchCoefficients[] = "/opt/touch.zel";
 inline constexpr char kTouchTuning[] = "/opt/touch_tuning.zel";
 inline constexpr char kTouchReset[] = "/mnt/mmc/touch.txt";

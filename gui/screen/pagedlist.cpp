@@ -100,8 +100,9 @@ void PagedList::ScrollDown(bool jump) {
 bool PagedList::TouchScrollKey(int x, int y) {
   for (const Key& key : kKeys) {
     if (!key.area.contains(x, y)) continue;
+    const int before = mCurPage;
     (this->*key.scroll)(key.jump);
-    mLongPress.Touch(x, y);
+    if (mLongPress.Touch(x, y) && mCurPage != before) ScrolledByTouch();
     return true;
   }
   return false;

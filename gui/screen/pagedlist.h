@@ -30,6 +30,9 @@ protected:
   /// Shows the rows of mCurPage.
   virtual void ShowPage() = 0;
 
+  /// A touch, not a held key, has scrolled.
+  virtual void ScrolledByTouch() {}
+
   /// Starts on the first page of a list of `count` items: works out mAllPage, mCurPage and mScrollLevel.
   void ProcessPageOperation(int count);
   void SetPageDisplay();
