@@ -491,6 +491,7 @@ private slots:
     QCOMPARE(Box(), int{FILE_SAVE});
     QCOMPARE(Armed("mMessageBoxTimer"), 1500);
     QCOMPARE(Shown(), QByteArray("01010000"));
+    TopScreen()->TimeoutMessageBoxTimer();
     QVERIFY(IsDrawn({8, 63 + 52}, "filelist/orderlist_sign_sequential_normal.bmp"));
   }
   void theSecurityPatternIsSavedAlone() {
