@@ -6,6 +6,7 @@
 #include <QLoggingCategory>
 #include <QTextStream>
 #include <QtEndian>
+#include <cmath>
 #include <functional>
 
 #include "bench/compose.h"
@@ -23,6 +24,7 @@
 #include "gui/screen/widgetmanager.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
+#include "gui/touch/touchcomp.h"
 #include "tests/fake/cardfake.h"
 #include "tests/fake/platformfake.h"
 #include "tests/fake/testroot.h"
@@ -184,6 +186,27 @@ void TypeNumber(MainWindow& window, int digits) {
   OpenLed(window, NUMBERSETLAYOUT, 1);
   static constexpr int kKeys[] = {9, 0, 9, 0, 1, 2, 3, 4, 5, 6, 7, 8, 0, 1, 2};  // 0, 1, 0, 1, 2, ...
   for (int i = 0; i < digits; ++i) Tap(window, 40 + 80 * (kKeys[i] % 5), 185 + 90 * (kKeys[i] / 5));
+}
+
+// Touches of a panel that is mounted straight, and in the second pass beside the targets by `error`.
+void Calibrate(MainWindow& window, int touches, int error) {
+  gEnvirnmentSettings.mTouchValue.Store(kFactoryTouchValue);
+  Open(window, TOUCHCOMP);
+  auto* screen = qobject_cast<TouchComp*>(gWidgetManager.GetCurrentWidget());
+  for (int i = 0; i < touches; ++i) {
+    if (screen->GetShowMessageBoxFlag()) {
+      screen->DelMessageBox();
+      screen->TimeoutEvent();
+    }
+    const int beside = i % 18 < 9 ? 0 : error;
+    screen->settingTouchPanel(TouchComp::kTargetX[size_t(i % 9)] + beside, TouchComp::kTargetY[size_t(i % 9)] + beside);
+  }
+}
+
+void OpenMotion(MainWindow& window, int display, quint64 map) {
+  Setting().display = display;
+  Setting().motion_area1 = Setting().motion_area2 = map;
+  Open(window, MOTIONSETTING);
 }
 
 State Options(WidgetId id, const char* name, const char* shows, std::vector<QPoint> options, int taps) {
@@ -412,6 +435,41 @@ const State kStates[] = {
        Tap(w, 150, 155);
        Tap(w, 320, 290);
        Tap(w, 355, 30);
+     }},
+    {TOUCHCOMP, "calibration", "The first target of the calibration", [](MainWindow& w) { Open(w, TOUCHCOMP); }},
+    {TOUCHCOMP, "calibration-corner", "The second one", [](MainWindow& w) { Calibrate(w, 1, 0); }},
+    {TOUCHCOMP, "calibration-check", "Each is touched once more", [](MainWindow& w) { Calibrate(w, 12, 0); }},
+    {TOUCHCOMP, "calibration-success", "It fits", [](MainWindow& w) { Calibrate(w, 18, 0); }},
+    {TOUCHCOMP, "calibration-retry", "It does not fit", [](MainWindow& w) { Calibrate(w, 18, 60); }},
+    {TOUCHCOMP, "calibration-fails", "It has not fitted four times", [](MainWindow& w) { Calibrate(w, 72, 60); }},
+    {TOUCHCOMP, "calibration-escape", "The power key",
+     [](MainWindow& w) {
+       Open(w, TOUCHCOMP);
+       Event(w, RECV_ZEL_STATUS_LCD_KEY, 0);
+     }},
+    {TOUCHTEST, "touch-test", "The touch test", [](MainWindow& w) { Open(w, TOUCHTEST); }},
+    {TOUCHTEST, "touch-test-trail", "A circle was drawn",
+     [](MainWindow& w) {
+       Open(w, TOUCHTEST);
+       for (int i = 0; i < 300; ++i) {
+         const QPoint at(240 + int(120 * std::cos(i / 50.0)), 190 + int(90 * std::sin(i / 50.0)));
+         Tap(w, at.x(), at.y());
+       }
+     }},
+    {MOTIONSETTING, "motion", "Motion counts everywhere", [](MainWindow& w) { OpenMotion(w, 1, ~0ULL); }},
+    {MOTIONSETTING, "motion-rear", "Some of the rear picture",
+     [](MainWindow& w) { OpenMotion(w, 2, 0x0000'00FF'3C18'00FFULL); }},
+    {MOTIONSETTING, "motion-none", "Nowhere", [](MainWindow& w) { OpenMotion(w, 1, 0); }},
+    {MOTIONSETTING, "motion-apply", "The power key ends it",
+     [](MainWindow& w) {
+       OpenMotion(w, 1, 0xFFFF'FFFFULL);
+       Event(w, RECV_ZEL_STATUS_LCD_KEY, 0);
+     }},
+    {MOTIONSETTING, "motion-leave", "Without a change?",
+     [](MainWindow& w) {
+       OpenMotion(w, 1, 0xFFFF'FFFFULL);
+       Event(w, RECV_ZEL_STATUS_LCD_KEY, 0);
+       Tap(w, 340, 236);
      }},
     {FRONTLED, "led", "The front LED: off", [](MainWindow& w) { OpenLed(w, FRONTLED, 0); }},
     {FRONTLED, "led-sequential", "One after the other", [](MainWindow& w) { OpenLed(w, FRONTLED, 1); }},

@@ -23,12 +23,15 @@
 #include "gui/setup/lowvoldetectionsetting.h"
 #include "gui/setup/mainmenu.h"
 #include "gui/setup/mainmenu2.h"
+#include "gui/setup/motionsetting.h"
 #include "gui/setup/parkingsetting.h"
 #include "gui/setup/powercutsetting.h"
 #include "gui/setup/sdformat.h"
 #include "gui/setup/sdmanagement.h"
 #include "gui/setup/timelayout.h"
 #include "gui/setup/voltagecompensation.h"
+#include "gui/touch/touchcomp.h"
+#include "gui/touch/touchmotion.h"
 #include "gui/touch/touchthread.h"
 
 namespace {
@@ -49,6 +52,19 @@ BaseWidget* MakeRecordingList(MainWindow* window, QObject*) {
   QObject::connect(window->GetTouchThread(), &TouchThread::sendReleaseEvent, list,
                    &RecordingFileList::touchReleaseEvent);
   return list;
+}
+
+BaseWidget* MakeTouchComp(MainWindow* window, QObject*) {
+  auto* calibration = new TouchComp(window);
+  QObject::connect(window->GetTouchThread(), &TouchThread::inputTouchPanel, calibration, &TouchComp::settingTouchPanel);
+  return calibration;
+}
+
+BaseWidget* MakeTouchTest(MainWindow* window, QObject*) {
+  auto* test = new TouchMotion(window);
+  QObject::connect(window->GetTouchThread(), &TouchThread::touchMotionPanel, test, &TouchMotion::touchMotionRecv);
+  QObject::connect(window->GetTouchThread(), &TouchThread::touchMotionPanel, test, &TouchMotion::setCoord);
+  return test;
 }
 
 BaseWidget* MakeLedList(MainWindow* window, QObject*) {
@@ -94,6 +110,9 @@ constexpr ScreenRow kScreens[] = {
     {POWERCUTSETTING, "PowerCutSetting", Make<PowerCutSetting>},
     {VOLTAGECOMPENSATION, "VoltageCompensation", Make<VoltageCompensation>},
     {TIMELAYOUT, "TimeLayout", MakeTimeLayout},
+    {TOUCHCOMP, "TouchComp", MakeTouchComp},
+    {TOUCHTEST, "TouchMotion", MakeTouchTest},
+    {MOTIONSETTING, "MotionSetting", Make<MotionSetting>},
     {FRONTLED, "FrontLed", Make<FrontLed>},
     {NUMBERSETLAYOUT, "NumberSetLayout", Make<NumberSetLayout>},
     {LEDFILELIST, "LedFileList", MakeLedList},

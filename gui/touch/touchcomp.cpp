@@ -1,0 +1,179 @@
+#include "gui/touch/touchcomp.h"
+
+#include <QLabel>
+#include <QPainter>
+#include <QPointer>
+#include <algorithm>
+
+#include "gui/base/eventgate.h"
+#include "gui/base/picture.h"
+#include "gui/base/shell.h"
+#include "gui/screen/label.h"
+#include "gui/screen/screenhost.h"
+#include "gui/touch/calibrationfit.h"
+
+namespace {
+constexpr int kNoticeMs = 2000;
+constexpr int kNeededHits = 7;
+constexpr int kMostFailures = 3;           // before the last attempt
+constexpr int kReachX = 40, kReachY = 35;  // of a target, from its middle; bounds included
+constexpr double kFarthest = 1e6;
+
+constexpr char kStartText[] = "좌표보정을 시작합니다.\r\n표시되는 지점을 눌러주시기 바랍니다.";
+constexpr char kConfirmText[] = "보정 결과를 확인하기 위해 표시지점을\r\n한번더 눌러주시기 바랍니다.";
+
+constexpr QPoint kCommentPanel(20, 72), kCountPanel(160, 200);
+constexpr QColor kInk(0, 0, 0);
+constexpr LabelRow kComment{"lblComment", {24, 72, 432, 50}, 19, kInk, Qt::AlignHCenter};
+constexpr LabelRow kCount{"lblComment2", {160, 200, 160, 44}, 20, kInk, Qt::AlignHCenter};
+
+// Truncated; a map that is far off does not overflow.
+int Pixel(double value) {
+  return int(std::clamp(value, -kFarthest, kFarthest));
+}
+}  // namespace
+
+const std::array<int, TouchComp::kTargets> TouchComp::kTargetX = {240, 40, 240, 440, 440, 440, 240, 40, 40};
+const std::array<int, TouchComp::kTargets> TouchComp::kTargetY = {160, 35, 35, 35, 160, 285, 285, 285, 160};
+
+TouchComp::TouchComp(QWidget* parent)
+    : BaseWidget(parent), lblComment(AddLabel(this, kComment)), lblComment2(AddLabel(this, kCount)) {
+  for (QLabel* label : {lblComment, lblComment2})
+    label->setStyleSheet(QStringLiteral("QLabel {background:transparent;color:rgb(0,0,0);}"));
+  SetComment(QString::fromUtf8(kStartText));
+}
+
+TouchComp::~TouchComp() {
+  if (!mResultSuccess) ReloadSaved();
+}
+
+void TouchComp::SetComment(const QString& text) {
+  lblComment->setText(text);
+  lblComment2->setText(QStringLiteral("%1 / %2").arg(nTouchCnt + 1).arg(kTargets));
+  repaint();
+}
+
+void TouchComp::ReloadSaved() {
+  gEnvirnmentSettings.SettingTouchValue(true);
+  gEnvirnmentSettings.SettingTouchTuningValue(true);
+}
+
+// ------------------------------------------------------------------------------------------------------------- touches
+
+void TouchComp::settingTouchPanel(int panelX, int panelY) {
+  if (!gEventGate.Enter(EventGate::Kind::Touch, this, [this, panelX, panelY] { settingTouchPanel(panelX, panelY); }))
+    return;
+  if (CloseStandingRecvBox() || mIsShowRecvMessageBox) return;
+  if (mIsShowMessageBox) {
+    if (std::exchange(mCurrentShowEscapeMessage, false)) DelMessageBox();
+    return;
+  }
+  PlayClick();
+  if (mConfirmTc)
+    Verify(panelX, panelY);
+  else
+    Collect(panelX, panelY);
+}
+
+void TouchComp::Collect(int panelX, int panelY) {
+  Touch_Panel_X[size_t(nTouchCnt)] = panelX;
+  Touch_Panel_Y[size_t(nTouchCnt)] = panelY;
+  if (++nTouchCnt < kTargets) {
+    SetComment(lblComment->text());
+    return;
+  }
+  Touch_Value touch = gEnvirnmentSettings.mTouchValue.Load();
+  if (FitTouch(Touch_Panel_X.data(), Touch_Panel_Y.data(), kTargetX.data(), kTargetY.data(), kTargets, &touch))
+    gEnvirnmentSettings.mTouchValue.Store(touch);
+  nTouchCnt = 0;
+  mConfirmTc = true;
+  SetComment(QString::fromUtf8(kConfirmText));
+}
+
+void TouchComp::setValue(int panelX, int panelY) {
+  const Touch_Value touch = gEnvirnmentSettings.mTouchValue.Load();
+  x = Pixel(panelX * touch.alphaX + panelY * touch.betaX + touch.deltaX);
+  y = Pixel(panelX * touch.alphaY + panelY * touch.betaY + touch.deltaY);
+}
+
+void TouchComp::Verify(int panelX, int panelY) {
+  setValue(panelX, panelY);
+  gEnvirnmentSettings.inputX[nTouchCnt] = x;
+  gEnvirnmentSettings.inputY[nTouchCnt] = y;
+  const bool hit =
+      std::abs(x - kTargetX[size_t(nTouchCnt)]) <= kReachX && std::abs(y - kTargetY[size_t(nTouchCnt)]) <= kReachY;
+  if (hit) ++mSuccessCount;
+  if (++nTouchCnt < kTargets)
+    SetComment(lblComment->text());
+  else
+    EndVerification();
+}
+
+void TouchComp::ResetPass() {
+  mSuccessCount = 0;
+  mConfirmTc = false;
+  nTouchCnt = 0;
+}
+
+void TouchComp::EndVerification() {
+  mResultSuccess = mSuccessCount >= kNeededHits;
+  ResetPass();
+  if (mResultSuccess) {
+    gEnvirnmentSettings.SettingTouchValue(false);
+    gEnvirnmentSettings.SettingTouchTuningValue(false);
+    Tell(TOUCH_COM_SUCCESS);
+    return;
+  }
+  const bool last = mComFailCount == kMostFailures;
+  if (last)
+    ReloadSaved();
+  else
+    ++mComFailCount;
+  SetComment(QString::fromUtf8(kStartText));
+  Tell(last ? TOUCH_COM_FAIL : TOUCH_COM_FAIL_RETRY);
+}
+
+void TouchComp::Tell(int messageId) {
+  PaintMessageBox(messageId, false, 0, kNoticeMs);
+  const QPointer<TouchComp> here(this);
+  gEventGate.ProcessEvents();
+  if (here) SetEvent(messageId, kNoticeMs);
+}
+
+// ------------------------------------------------------------------------------------------------------------- leaving
+
+void TouchComp::TimeoutEvent() {
+  BaseWidget::TimeoutEvent();
+  const int event = TakeEventId();
+  if (event == TOUCH_COM_SUCCESS || event == TOUCH_COM_FAIL) Leave();
+}
+
+void TouchComp::Leave() {
+  gMainWindow->SetParkingModeLcdOffTimer();
+  if (gMainWindow->GetNeedTouchComBeforeSDFormat() == 1) gMainWindow->SetNeedTouchComBeforeSDFormat(2);
+  Back();
+}
+
+// The device's power key: once asks, twice leaves.
+void TouchComp::recvEvent(int event, int) {
+  if (event != RECV_ZEL_STATUS_LCD_KEY) return;
+  if (mCurrentShowEscapeMessage) {
+    ResetPass();
+    ReloadSaved();
+    Leave();
+    return;
+  }
+  mCurrentShowEscapeMessage = true;
+  PaintMessageBox(TOUCH_COM_ESCAPE, false, 0, 0);
+}
+
+// ------------------------------------------------------------------------------------------------------------ painting
+
+void TouchComp::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.drawPixmap(0, 0, Picture(QStringLiteral("touchcompensation/touch_compensation_bg.bmp")));
+  painter.drawPixmap(kCommentPanel, Picture(QStringLiteral("touchcompensation/touch_compensation_text_bg.bmp")));
+  painter.drawPixmap(kCountPanel, Picture(QStringLiteral("touchcompensation/touch_compensation_text_bg3.bmp")));
+  painter.drawPixmap(kTargetX[size_t(nTouchCnt)] - kReachX, kTargetY[size_t(nTouchCnt)] - kReachY,
+                     Picture(QStringLiteral("touchcompensation/touch_compensation_icon_1_normal_ex.bmp")));
+}
