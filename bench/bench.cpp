@@ -8,26 +8,54 @@
 #include "bench/members.h"
 #include "gui/main.h"
 
+namespace {
+constexpr char kProcesses[] = "Processes";
+}  // namespace
+
+// A whole number, from `least` to `most`.
+struct Bench::OwnArgument {
+  const char* name = nullptr;
+  int least = 0;
+  int most = 0;
+  int standard = 0;
+};
+
 struct Bench::OwnAction {
   const char* name;
+  const char* group;
   const char* label;
-  Reply (*act)(Bench& bench);
+  Reply (*act)(Bench& bench, const OwnValues& values);
+  std::array<OwnArgument, 4> arguments = {};
 };
 
 const Bench::OwnAction Bench::kOwnActions[] = {
-    {"interfaceRestart", "Restart the interface",
-     [](Bench& bench) {
+    {"panelAskew",
+     "Touch panel",
+     "Mount it askew",
+     [](Bench& bench, const OwnValues& v) {
+       return bench.MountPanel({v[0], v[1], v[2], v[3]});
+     },
+     {OwnArgument{"skew", -Mounting::kMostSkew, Mounting::kMostSkew, 5},
+      OwnArgument{"x", Mounting::kLeastX, Mounting::kMostX, -30},
+      OwnArgument{"y", Mounting::kLeastY, Mounting::kMostY, 50}, OwnArgument{"noise", 0, Mounting::kMostNoise, 1}}},
+    {"panelStraight", "Touch panel", "Mount it as the factory does",
+     [](Bench& bench, const OwnValues&) { return bench.MountPanel({}); }},
+    {"interfaceRestart", kProcesses, "Restart the interface",
+     [](Bench& bench, const OwnValues&) {
        bench.RestartInterface();
        return Reply();
      }},
-    {"interfaceKill", "Kill the interface", [](Bench& bench) { return bench.KillInterface(); }},
-    {"recorderRestart", "Restart the recorder", [](Bench& bench) { return bench.RestartRecorder(); }},
-    {"recorderStop", "Stop the recorder", [](Bench& bench) { return bench.StopRecorder(); }},
-    {"recorderStart", "Start the recorder", [](Bench& bench) { return bench.StartRecorder(); }},
+    {"interfaceKill", kProcesses, "Kill the interface",
+     [](Bench& bench, const OwnValues&) { return bench.KillInterface(); }},
+    {"recorderRestart", kProcesses, "Restart the recorder",
+     [](Bench& bench, const OwnValues&) { return bench.RestartRecorder(); }},
+    {"recorderStop", kProcesses, "Stop the recorder",
+     [](Bench& bench, const OwnValues&) { return bench.StopRecorder(); }},
+    {"recorderStart", kProcesses, "Start the recorder",
+     [](Bench& bench, const OwnValues&) { return bench.StartRecorder(); }},
 };
 
 namespace {
-constexpr char kGroup[] = "Processes";
 constexpr int kLongestTap = 60000;  // milliseconds
 constexpr int kUsualTap = 60;
 constexpr int kLargestAction = 1024;  // bytes
@@ -76,6 +104,7 @@ bool Bench::Start(const QString& scenario, QString* error) {
     return false;
   }
   if (!scenario.isEmpty() && !mRecorder->PlayScenario(scenario, error)) return false;
+  mPanel.Mount(Mounting::Read(mRoot.Path(device::kPanel)));
   return mPanel.Open(mRoot.Path(device::kTouchDevice), error) && mSupervisor.Start(error);
 }
 
@@ -200,8 +229,14 @@ Reply Bench::Action(const QJsonObject& request) {
 }
 
 Reply Bench::DoOwn(const OwnAction& action, const QJsonObject& arguments) {
-  const QString error = Members(arguments).Error();
-  Reply reply = error.isEmpty() ? action.act(*this) : Reply::Bad(error);
+  Members members(arguments);
+  OwnValues values{};
+  for (size_t i = 0; i < values.size() && action.arguments[i].name; ++i) {
+    const OwnArgument& argument = action.arguments[i];
+    values[i] = members.Whole(argument.name, argument.least, argument.most);
+  }
+  const QString error = members.Error();
+  Reply reply = error.isEmpty() ? action.act(*this, values) : Reply::Bad(error);
   QJsonObject entry{{QStringLiteral("kind"), QStringLiteral("action")},
                     {QStringLiteral("name"), QLatin1String(action.name)},
                     {QStringLiteral("arguments"), arguments},
@@ -219,6 +254,14 @@ Reply Bench::DoRecorders(const QString& name, const QJsonObject& arguments) {
   return mIsEventLost ? Reply::NotNow(error) : Reply::Bad(error);
 }
 
+// It stays where it is mounted: the folder has the calibration, too.
+Reply Bench::MountPanel(const Mounting& mounting) {
+  mPanel.Mount(mounting);
+  emit StateChanged();
+  if (mounting.Write(mRoot.Path(device::kPanel))) return {};
+  return Reply::NotNow(QStringLiteral("The root folder cannot be written: %1.").arg(mRoot.Path()));
+}
+
 Reply Bench::KillInterface() {
   if (!mSupervisor.Interface().IsRunning()) return Reply::NotNow(QStringLiteral("The interface is not running."));
   mSupervisor.KillInterface();
@@ -229,11 +272,19 @@ Reply Bench::KillInterface() {
 
 QJsonObject Bench::Actions() {
   QJsonArray actions = Recorder::Actions();
-  for (const OwnAction& action : kOwnActions)
+  for (const OwnAction& action : kOwnActions) {
+    QJsonArray arguments;
+    for (const OwnArgument& argument : action.arguments)
+      if (argument.name)
+        arguments.append(QJsonObject{{QStringLiteral("name"), QLatin1String(argument.name)},
+                                     {QStringLiteral("min"), argument.least},
+                                     {QStringLiteral("max"), argument.most},
+                                     {QStringLiteral("default"), argument.standard}});
     actions.append(QJsonObject{{QStringLiteral("name"), QLatin1String(action.name)},
-                               {QStringLiteral("group"), QLatin1String(kGroup)},
+                               {QStringLiteral("group"), QLatin1String(action.group)},
                                {QStringLiteral("label"), QLatin1String(action.label)},
-                               {QStringLiteral("arguments"), QJsonArray()}});
+                               {QStringLiteral("arguments"), arguments}});
+  }
   QJsonArray events;
   for (int event = RECV_ZEL_STATUS_SYS_RESTART; event <= RECV_ZEL_STATUS_PARK_INFO_CLOSE; ++event)
     events.append(QJsonObject{{QStringLiteral("event"), event},
@@ -265,6 +316,10 @@ QJsonObject Bench::State() const {
                                               {QStringLiteral("live"), mLcd.IsLive()},
                                               {QStringLiteral("backlight"), mShell.Backlight()}}},
           {QStringLiteral("touch"), QJsonObject{{QStringLiteral("down"), mFinger.IsDown()}}},
+          {QStringLiteral("panel"), QJsonObject{{QStringLiteral("skew"), mPanel.Mounted().skew},
+                                                {QStringLiteral("x"), mPanel.Mounted().x},
+                                                {QStringLiteral("y"), mPanel.Mounted().y},
+                                                {QStringLiteral("noise"), mPanel.Mounted().noise}}},
           {QStringLiteral("video"), VideoState()},
           {QStringLiteral("recorder"), mRecorder ? QJsonValue(mRecorder->State()) : QJsonValue()},
           {QStringLiteral("root"), mRoot.Path()},

@@ -3,6 +3,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QObject>
+#include <array>
 #include <memory>
 
 #include "bench/benchlog.h"
@@ -51,7 +52,9 @@ signals:
   void ScreenShown();  ///< the interface has shown its first screen
 
 private:
+  struct OwnArgument;
   struct OwnAction;
+  using OwnValues = std::array<int, 4>;  // of the arguments, in the order of the table
   static const OwnAction kOwnActions[];
 
   void Connect();
@@ -62,6 +65,7 @@ private:
   Reply StopRecorder();
   Reply RestartRecorder();
   Reply KillInterface();
+  Reply MountPanel(const Mounting& mounting);
   Reply DoOwn(const OwnAction& action, const QJsonObject& arguments);
   Reply DoRecorders(const QString& name, const QJsonObject& arguments);
   void TapForScenario(int x, int y);

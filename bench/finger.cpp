@@ -15,10 +15,8 @@ Reply Finger::Tap(const Spot& spot, int ms, const QObject* owner) {
 Reply Finger::Press(const Spot& spot, const QObject* owner) {
   if (mTap.isActive()) Release();
   const bool wasDown = IsDown();
-  QString error;
-  if (!(spot.isRaw ? mPanel.PressRaw(spot.x, spot.y, &error) : mPanel.Press(spot.x, spot.y, &error)))
-    return Reply::NotNow(error);
-  const QPoint raw = spot.isRaw ? QPoint(spot.x, spot.y) : TouchPanel::RawAt(spot.x, spot.y);
+  const QPoint raw = spot.isRaw ? QPoint(spot.x, spot.y) : mPanel.RawAt(spot.x, spot.y);
+  if (QString error; !mPanel.PressRaw(raw.x(), raw.y(), &error)) return Reply::NotNow(error);
   QJsonObject entry{{QStringLiteral("kind"), QStringLiteral("touch")},
                     {QStringLiteral("name"), wasDown ? QStringLiteral("move") : QStringLiteral("press")},
                     {QStringLiteral("rawX"), raw.x()},

@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 
+#include "bench/fakeclock.h"
 #include "recorder/recorder.h"
 
 namespace {
@@ -42,6 +43,7 @@ Janitor::Janitor(const QString& root, bool removeRoot) {
   Detach();
   WaitForEnd(ends[0]);
   Recorder::RemoveTransport();
+  fakeclock::Remove();
   if (removeRoot) QDir(root).removeRecursively();
   _exit(0);
 }

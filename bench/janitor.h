@@ -5,7 +5,7 @@
 #include <QString>
 
 /// A process of its own that tidies up as soon as the bench and every process that it started have ended, however they
-/// ended: it removes the status queue and its memory and, if told so, the root.
+/// ended: it removes the status queue and its memory, what the clock shares and, if told so, the root.
 class Janitor {
 public:
   /// Forks: before anything makes a thread, and after PLATFORM_KEY is set. The lock of the root is the janitor's, too,

@@ -2,14 +2,13 @@
 
 #include <signal.h>
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <QStandardPaths>
 #include <QtEndian>
 
-#include "bench/device.h"
+#include "bench/fakeclock.h"
 
 namespace {
 constexpr int kPatience = 2000;  // milliseconds for the end of a program
@@ -19,7 +18,8 @@ constexpr char kCookie[] = "/run/Xauthority";
 constexpr char kFramebufferFolder[] = "/run";
 constexpr char kFramebuffer[] = "/run/Xvfb_screen0";
 
-// What a desktop session says about itself would give the interface another look than the camera's, or another bus.
+// What a desktop session says about itself would give the interface another look than the camera's, another bus, or
+// another clock.
 bool IsOfTheDesktop(const QString& name) {
   static const QStringList names{QStringLiteral("DISPLAY"),
                                  QStringLiteral("WAYLAND_DISPLAY"),
@@ -28,29 +28,8 @@ bool IsOfTheDesktop(const QString& name) {
                                  QStringLiteral("XDG_SESSION_TYPE"),
                                  QStringLiteral("KDE_FULL_SESSION"),
                                  QStringLiteral("DBUS_SESSION_BUS_ADDRESS")};
-  return names.contains(name) || (name.startsWith(QLatin1String("QT_")) && name != QLatin1String("QT_PLUGIN_PATH"));
-}
-
-// The library that gives a program another clock; empty when it is not installed.
-QString FakeClockLibrary() {
-  const QDir libraries(QStringLiteral("/usr/lib"));
-  for (const QString& folder : libraries.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
-    if (const QString file = libraries.filePath(folder + QStringLiteral("/faketime/libfaketimeMT.so.1"));
-        QFileInfo::exists(file))
-      return file;
-  return {};
-}
-
-// The interface sees the device's clock. Only that: timers and waits go by the machine's monotonic one, and files keep
-// their times.
-void GiveClock(QProcessEnvironment* environment, const QString& root) {
-  const QString library = FakeClockLibrary();
-  if (library.isEmpty()) return;
-  environment->insert(QStringLiteral("LD_PRELOAD"), library);
-  environment->insert(QStringLiteral("FAKETIME_TIMESTAMP_FILE"), root + QLatin1String(device::kClock));
-  environment->insert(QStringLiteral("FAKETIME_CACHE_DURATION"), QStringLiteral("1"));
-  environment->insert(QStringLiteral("FAKETIME_DONT_FAKE_MONOTONIC"), QStringLiteral("1"));
-  environment->insert(QStringLiteral("NO_FAKE_STAT"), QStringLiteral("1"));
+  return names.contains(name) || name.startsWith(QLatin1String("FAKETIME")) ||
+         (name.startsWith(QLatin1String("QT_")) && name != QLatin1String("QT_PLUGIN_PATH"));
 }
 
 QProcessEnvironment EnvironmentOf(const QString& root, const QString& display) {
@@ -66,7 +45,7 @@ QProcessEnvironment EnvironmentOf(const QString& root, const QString& display) {
   environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), root + QStringLiteral("/run"));
   environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
   environment.insert(QStringLiteral("QT_FORCE_STDERR_LOGGING"), QStringLiteral("1"));
-  GiveClock(&environment, root);
+  fakeclock::Give(&environment, root);
   return environment;
 }
 
@@ -107,7 +86,10 @@ Supervisor::Supervisor(const QString& interface, const QString& root, QObject* p
     emit Note(QStringLiteral("The X server has ended: %1. %2").arg(mServer.Ended(), mComplaint).trimmed());
   });
   connect(&mInterface, &Child::Started, this, &Supervisor::InterfaceStarted);
-  connect(&mInterface, &Child::Finished, this, &Supervisor::InterfaceEnded);
+  connect(&mInterface, &Child::Finished, this, [this] {
+    fakeclock::Renew();
+    emit InterfaceEnded();
+  });
   connect(&mInterface, &Child::Diagnostic, this, &Supervisor::Diagnostic);
 }
 

@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
@@ -71,10 +72,12 @@ void TouchPanel::Close() {
   mIsDown = false;
 }
 
-QPoint TouchPanel::RawAt(int x, int y) {
-  const double rawY = std::round((x + kAim - kXAtZero) / kXOfY);
-  const double rawX = std::round((y + kAim - kYAtZero - kYOfY * rawY) / kYOfX);
-  return {OnPanel(rawX), OnPanel(rawY)};
+QPoint TouchPanel::RawAt(int x, int y) const {
+  const QPointF felt = mMounting.Felt(QPointF(x, y));
+  const double rawY = std::round((felt.x() + kAim - kXAtZero) / kXOfY);
+  const double rawX = std::round((felt.y() + kAim - kYAtZero - kYOfY * rawY) / kYOfX);
+  const auto noise = [this] { return QRandomGenerator::global()->bounded(-mMounting.noise, mMounting.noise + 1); };
+  return {OnPanel(rawX + noise()), OnPanel(rawY + noise())};
 }
 
 bool TouchPanel::Press(int x, int y, QString* error) {

@@ -3,8 +3,10 @@
 #include <QPoint>
 #include <QString>
 
-/// The touch panel: evdev records into a FIFO, from a fixed imaginary panel. It is mounted as the factory coefficients
-/// of the interface say, whatever the interface's calibration is, so that calibrating means something.
+#include "bench/mounting.h"
+
+/// The touch panel: evdev records into a FIFO, from an imaginary panel. It is mounted as the factory coefficients of
+/// the interface say, or askew, whatever the interface's calibration is: so calibrating means something.
 class TouchPanel {
 public:
   static constexpr int kMostRaw = 511;  ///< of ABS_X and ABS_Y
@@ -27,8 +29,11 @@ public:
   bool Release(QString* error);
   bool IsDown() const { return mIsDown; }
 
-  /// The panel units of a pixel of the screen; it is met to one pixel.
-  static QPoint RawAt(int x, int y);
+  /// The panel units that a finger at a pixel of the screen gives; without noise it is met to one pixel.
+  QPoint RawAt(int x, int y) const;
+
+  void Mount(const Mounting& mounting) { mMounting = mounting; }
+  const Mounting& Mounted() const { return mMounting; }
 
   /// Drops what nobody has read, and lifts the finger.
   void Drain();
@@ -37,6 +42,7 @@ private:
   struct Report;
   bool Write(const Report& report, QString* error);
 
+  Mounting mMounting;
   int mFifo = -1;
   bool mIsDown = false;
 };

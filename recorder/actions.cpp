@@ -45,7 +45,8 @@ constexpr const char* kCardErrors[] = {"0", "5", "7"};
 constexpr const char* kFaults[] = {"0", "1", "5", "7"};
 constexpr const char* kDamages[] = {"cut", "scribbled"};
 constexpr const char* kUpdateMarkers[] = {"update.zel", "update.zel2"};
-constexpr const char* kTouchMarkers[] = {"check", "test"};
+constexpr const char* kTouchMarkers[] = {"check", "test", "reset"};
+constexpr const char* kTouchMarkerFiles[] = {kTouchCheckMarker, kTouchTestMarker, kTouchResetMarker};
 
 constexpr double kMostMinutes = 14400;  // ten days
 constexpr Argument kMinutesAgo{"minutesAgo", 0, kMostMinutes, 0, false, true};
@@ -137,7 +138,7 @@ bool MakeMarker(Parts& parts, const char* path, QString* error) {
 }
 
 bool RemoveMarkers(Parts& parts, const Values&, QString*) {
-  for (const char* marker : {kUpdateMarker, kUpdateMarker2, kTouchCheckMarker, kTouchTestMarker})
+  for (const char* marker : {kUpdateMarker, kUpdateMarker2, kTouchCheckMarker, kTouchTestMarker, kTouchResetMarker})
     QFile::remove(parts.hub.Path(marker));
   return true;
 }
@@ -299,8 +300,8 @@ constexpr Action kActions[] = {
      {Argument{"file", 0, 0, 0, false, false, kUpdateMarkers}}},
     {"touchMarker",
      "Start-up",
-     "Touch check (after an update) or touch test: restart",
-     [](P& p, const V& v, QString* e) { return MakeMarker(p, v[0] == 0 ? kTouchCheckMarker : kTouchTestMarker, e); },
+     "Touch check (after an update), test, or reset: restart",
+     [](P& p, const V& v, QString* e) { return MakeMarker(p, kTouchMarkerFiles[static_cast<size_t>(v[0])], e); },
      {Argument{"file", 0, 0, 0, false, false, kTouchMarkers}}},
     {"removeMarkers", "Start-up", "Remove all these markers", RemoveMarkers},
 };

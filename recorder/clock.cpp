@@ -1,6 +1,7 @@
 #include "recorder/clock.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include "recorder/files.h"
 
@@ -13,7 +14,7 @@ constexpr qint64 kFarthest = 10000000000LL;  // seconds
 Clock::Clock(const QString& file) : mFile(file) {
   QFile offset(mFile);
   bool good = false;
-  if (offset.open(QIODevice::ReadOnly) && !offset.isSequential())
+  if (QFileInfo(offset).isFile() && offset.open(QIODevice::ReadOnly))
     mOffset = offset.read(kLongest).trimmed().toLongLong(&good);
   if (!good || std::abs(mOffset) > kFarthest) mOffset = 0;
 }
@@ -28,7 +29,11 @@ bool Clock::SetReal() {
 
 bool Clock::Move(qint64 offset) {
   mOffset = offset;
-  return WriteWhole(mFile, (offset < 0 ? QByteArray() : QByteArray("+")) + QByteArray::number(offset) + '\n');
+  return Save();
+}
+
+bool Clock::Save() const {
+  return WriteWhole(mFile, (mOffset < 0 ? QByteArray() : QByteArray("+")) + QByteArray::number(mOffset) + '\n');
 }
 
 }  // namespace recorder

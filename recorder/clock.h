@@ -15,6 +15,9 @@ public:
   QDateTime Now() const { return QDateTime::currentDateTime().addSecs(mOffset); }
   qint64 Offset() const { return mOffset; }  ///< seconds
 
+  /// Writes the file as it is held here. False when that is impossible.
+  bool Save() const;
+
   /// Sets the clock, from the year 1970 to 2199. False when the file cannot be written.
   bool Set(const QDateTime& now);
 

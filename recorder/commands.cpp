@@ -174,6 +174,11 @@ int InitUserData(Parts& parts, Request&) {
   return 0;
 }
 
+int ReadLedList(Parts& parts, Request&) {
+  parts.frontLed.Read();
+  return 0;
+}
+
 int EndTouchCompensation(Parts& parts, Request&) {
   for (const char* marker : {kUpdateMarker, kUpdateMarker2}) QFile::remove(parts.hub.Path(marker));
   return 0;
@@ -202,7 +207,7 @@ constexpr Field kFields[] = {
     {SFIELD_SET_SETUP_COMPLETE, "SFIELD_SET_SETUP_COMPLETE", SettingStore::kBlockSize, TakeSetup},
     {SFIELD_GET_VOLTAGE, "SFIELD_GET_VOLTAGE", kInt, TellVolts},
     {SFIELD_SET_LED_MODE, "SFIELD_SET_LED_MODE", kInt, Keep<Set_Cfg_Setting_Change>},
-    {SFIELD_SET_LED_FILE_UPDATE, "SFIELD_SET_LED_FILE_UPDATE", kInt, Accept},
+    {SFIELD_SET_LED_FILE_UPDATE, "SFIELD_SET_LED_FILE_UPDATE", kInt, ReadLedList},
     {SFIELD_SYS_RESTART, "SFIELD_SYS_RESTART", kInt, Accept},
     {SFIELD_SYS_ENTRY_PREVIEW, "SFIELD_SYS_ENTRY_PREVIEW", kInt, Accept},
     {SFIELD_GET_AUTO_LCD_VALUE, "SFIELD_GET_AUTO_LCD_VALUE", kInt, TellLcdValue},

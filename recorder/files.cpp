@@ -8,12 +8,6 @@
 namespace recorder {
 namespace {
 
-constexpr int kLedHeader = 4;
-constexpr int kLedEntry = 155;
-constexpr int kLedName = 20;
-constexpr int kLedBytes = 65;  // of the codes and of the columns
-constexpr int kLedMost = 20;
-
 struct Glyph {
   char character;
   char code;

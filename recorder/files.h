@@ -13,12 +13,20 @@ inline constexpr char kUpdateMarker[] = "/tmp/update.zel";
 inline constexpr char kUpdateMarker2[] = "/tmp/update.zel2";
 inline constexpr char kTouchCheckMarker[] = "/mnt/mmc/touch_check.txt";
 inline constexpr char kTouchTestMarker[] = "/mnt/mmc/touch_test.txt";
+inline constexpr char kTouchResetMarker[] = "/mnt/mmc/touch.txt";
 /// The card, and where its files are while it is out.
 inline constexpr char kCardFiles[] = "/mnt/mmc";
 inline constexpr char kCardFilesAway[] = "/mnt/mmc.out";
 inline constexpr char kClock[] = "/run/clock";
 inline constexpr char kSocket[] = "/run/recorder.sock";
 inline constexpr char kLedList[] = "/opt/led.zel";
+
+/// Sizes in the list of the front LED: of its head and of an entry, and in an entry of the name and of the columns.
+inline constexpr int kLedHeader = 4;
+inline constexpr int kLedEntry = 155;
+inline constexpr int kLedName = 20;
+inline constexpr int kLedBytes = 65;
+inline constexpr int kLedMost = 20;  ///< entries
 
 /// Writes a file whole or not at all: beside it first, then renamed over it.
 bool WriteWhole(const QString& path, const QByteArray& bytes);

@@ -3,6 +3,7 @@
 #include "recorder/cameras.h"
 #include "recorder/card.h"
 #include "recorder/commandserver.h"
+#include "recorder/frontled.h"
 #include "recorder/manualevent.h"
 #include "recorder/parking.h"
 #include "recorder/playback.h"
@@ -34,6 +35,7 @@ struct Parts {
   Cameras cameras{hub};
   Power power{hub};
   Voice voice{hub};
+  FrontLed frontLed{hub};
   Card card{hub};
   Recording recording{hub, voice, cameras, card};
   Playback playback{hub, card};

@@ -63,10 +63,12 @@ bool Recorder::Start(QString* error) {
   mParts->card.Start();
   if (!PrepareRoot(hub.root, error)) return false;
   hub.settings.Load();
-  if (!hub.settings.Save()) {
-    *error = QStringLiteral("The file %1 cannot be written.").arg(hub.Path(kIniFile));
+  const bool kept = hub.settings.Save();
+  if (!kept || !hub.clock.Save()) {
+    *error = QStringLiteral("The file %1 cannot be written.").arg(hub.Path(kept ? kClock : kIniFile));
     return false;
   }
+  mParts->frontLed.Read();
   mParts->cameras.Start();
   mParts->recording.Start(mParts->source);
   return true;
@@ -124,6 +126,8 @@ QJsonObject Recorder::State() const {
           {QStringLiteral("setupBefore"), parts.hub.settings.BlockBefore()},
           {QStringLiteral("clockOffset"), parts.hub.clock.Offset()},
           {QStringLiteral("cameras"), parts.cameras.State()},
+          {QStringLiteral("motion"), parts.hub.settings.Motion()},
+          {QStringLiteral("frontLed"), parts.frontLed.State()},
           {QStringLiteral("power"), parts.power.State()},
           {QStringLiteral("parking"), parts.parking.State()},
           {QStringLiteral("voice"), parts.voice.State()},

@@ -333,6 +333,15 @@ bool SettingStore::Save() {
   return !mUnsaved;
 }
 
+QJsonObject SettingStore::Motion() const {
+  const auto map = [this](Setting_Id high, Setting_Id low) {
+    const quint64 bits = quint64{static_cast<quint32>(Get(high))} << 32 | static_cast<quint32>(Get(low));
+    return QStringLiteral("%1").arg(bits, 16, 16, QLatin1Char('0'));
+  };
+  return {{QStringLiteral("front"), map(Set_Cfg_MotionArea1High, Set_Cfg_MotionArea1Low)},
+          {QStringLiteral("rear"), map(Set_Cfg_MotionArea2High, Set_Cfg_MotionArea2Low)}};
+}
+
 QJsonObject SettingStore::Values() const {
   QJsonObject values;
   for (const Key& key : kKeys) {

@@ -42,6 +42,9 @@ public:
   /// Writes the file, whole or not at all, if anything was set, reset or loaded since it was written.
   bool Save();
 
+  /// The motion maps, "front" and "rear": 16 hex digits, bit 47 - i for cell i of eight columns and six rows.
+  QJsonObject Motion() const;
+
   QJsonObject Values() const;                                 ///< every key with its value
   const QJsonObject& Block() const { return mBlock; }         ///< the last block, decoded; empty before the first
   const QJsonObject& BlockBefore() const { return mBefore; }  ///< the one before it

@@ -1,6 +1,8 @@
+import {Areas} from './areas.js';
 import {Connection} from './connection.js';
 import {Controls} from './controls.js';
 import {Lcd} from './lcd.js';
+import {Led} from './led.js';
 import {Log} from './log.js';
 import {State} from './state.js';
 
@@ -8,6 +10,8 @@ const find = (id) => document.getElementById(id);
 
 const connection = new Connection();
 const lcd = new Lcd(connection, find('lcd'), find('finger'), find('fault'));
+new Areas(connection, find('areas'), find('show-areas'));
+new Led(connection, find('led'), find('led-text'));
 new Controls(connection, find('work'), find('controls'), find('event'));
 new Log(connection, find('log'), find('kinds'), find('pause'));
 new State(connection, find('seen'), find('state'), find('setup'), find('settings'));

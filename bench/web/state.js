@@ -10,6 +10,17 @@ function videoOf({view, pipCorner, mirrored}) {
   return [VIEWS[view], view === 'pip' && `small one ${CORNERS[pipCorner]}`, mirrored && 'mirrored'].filter(Boolean).join(', ');
 }
 
+function panelOf({skew, x, y, noise}) {
+  return skew || x || y || noise ? `askew: ${skew} %, off by ${x}, ${y}, noise ${noise}` : 'as the factory mounts it';
+}
+
+// "365 days ahead"
+function clockOf(offset) {
+  const size = Math.abs(offset);
+  const [unit, seconds] = [['days', 86400], ['h', 3600], ['min', 60], ['s', 1]].find(([, least]) => size >= 2 * least) ?? ['s', 1];
+  return size === 0 ? 'this machine\'s' : `${Math.round(size / seconds)} ${unit} ${offset > 0 ? 'ahead' : 'behind'}`;
+}
+
 function parkedOf({parked, impacts, motions}) {
   return parked ? `yes; impacts ${impacts}, motions ${motions}` : 'no';
 }
@@ -31,6 +42,7 @@ function rowsOf(state) {
     ['It ended by', ui.ended ?? '–'],
     ['Backlight', lcd.backlight === 0 ? 'off' : `${lcd.backlight / 1000} %`],
     ['Finger', state.touch.down ? 'down' : 'up'],
+    ['Touch panel', panelOf(state.panel)],
     ['Camera files', state.root],
   ];
   if (!video || !recorder) return [...rows, ['Recorder', 'stopped']];
@@ -43,7 +55,7 @@ function rowsOf(state) {
     ['Voltage', `${recorder.power.volts.toFixed(2)} V`],
     ['GPS', `${GPS[recorder.gps] ?? recorder.gps}, ${recorder.speed} km/h`],
     ['Card', recorder.card],
-    ['Clock', recorder.clockOffset === 0 ? 'of this machine' : `${recorder.clockOffset} s beside this machine's`],
+    ['Clock', clockOf(recorder.clockOffset)],
   ];
 }
 
@@ -85,7 +97,9 @@ const textOf = (value) => value === undefined ? '–' : Array.isArray(value) ? v
 
 // Each field as it was and as it is; what has changed is marked.
 function fillBlock(table, now, before) {
+  const head = document.createElement('thead');
   const body = document.createElement('tbody');
+  head.insertRow().append(...['field', 'before', 'now'].map((text) => headOf(text, 'col')));
   for (const [name, value] of Object.entries(now)) {
     const row = body.insertRow();
     row.append(headOf(name, 'row'));
@@ -94,7 +108,8 @@ function fillBlock(table, now, before) {
     const cell = row.insertCell();
     cell.append(old === current || before[name] === undefined ? current : Object.assign(document.createElement('mark'), {textContent: current}));
   }
-  if (body.rows.length === 0) body.insertRow().insertCell().textContent = 'None yet.';
+  if (body.rows.length > 0) return table.replaceChildren(head, body);
+  body.insertRow().insertCell().textContent = 'None yet.';
   table.replaceChildren(body);
 }
 

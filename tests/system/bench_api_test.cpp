@@ -291,7 +291,7 @@ private slots:
 
   void stateHasItsMembers() {
     const QJsonObject state = mBench->State();
-    QCOMPARE(state.keys().join(u' '), QStringLiteral("boxes interface lcd log recorder root screen touch video"));
+    QCOMPARE(state.keys().join(u' '), QStringLiteral("boxes interface lcd log panel recorder root screen touch video"));
     QCOMPARE(state[QStringLiteral("screen")].toString(), QStringLiteral("PREVIEW"));
     QCOMPARE(state[QStringLiteral("boxes")].toObject().keys().join(u' '), QStringLiteral("event own"));
     QCOMPARE(state[QStringLiteral("interface")].toObject().keys().join(u' '), QStringLiteral("ended running starts"));

@@ -99,7 +99,7 @@ private slots:
     int exact = 0;
     for (int y = 0; y < 320; ++y) {
       for (int x = 0; x < 480; ++x) {
-        const QPoint raw = TouchPanel::RawAt(x, y);
+        const QPoint raw = mPanel.RawAt(x, y);
         QVERIFY(raw.x() >= 0 && raw.x() <= 511 && raw.y() >= 0 && raw.y() <= 511);
         // The reader swaps the axes.
         const double seenX = raw.y() * touch.alphaX + raw.x() * touch.betaX + touch.deltaX;
@@ -114,7 +114,7 @@ private slots:
   }
   void aPressOfAPixelIsThatOfItsPanelUnits() {
     QVERIFY(mPanel.Press(40, 33, &mError));
-    const QPoint raw = TouchPanel::RawAt(40, 33);
+    const QPoint raw = mPanel.RawAt(40, 33);
     const QList<Event> press = Read();
     QCOMPARE(press[0].value, raw.x());
     QCOMPARE(press[1].value, raw.y());
