@@ -93,6 +93,9 @@ private slots:
     QVERIFY(Tap(kHome));
   }
   void recordingsAreBrowsedAndPlayed() {
+    mBench.reset();  // of a new card it is known what is on it: below the latest recording there are long ones
+    QVERIFY(StartCamera());
+    mSince = 0;
     OpenList();
     QCOMPARE(Values("SFIELD_VIDEO_REC_STOP"), QList<int>{1});
     QVERIFY(!mBench->State("recorder/recording").toBool());

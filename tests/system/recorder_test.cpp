@@ -1299,9 +1299,9 @@ private slots:
     }
     QCOMPARE(names.size(), actions.size());
     // Each of them is tried in this test: by its event, or one of these.
-    for (const char* other : {"impact", "motion", "parkOut", "parkLowVoltage", "sdIn", "voiceEndSuppress",
-                              "updateMarker", "touchMarker", "removeMarkers", "clock", "batteryType", "voltageVerdict",
-                              "factoryReset"})
+    for (const char* other :
+         {"impact", "motion", "parkOut", "parkLowVoltage", "sdIn", "voiceEndSuppress", "updateMarker", "touchMarker",
+          "removeMarkers", "clock", "batteryType", "voltageVerdict", "factoryReset"})
       QVERIFY2(names.remove(QLatin1String(other)), other);
     // Or in the test of the recordings.
     for (const char* other : {"shock", "sdFull", "sdCorrupt", "sdCheckFinds", "sdFormatFails"})
