@@ -279,8 +279,8 @@ private slots:
       }
     }
     QCOMPARE(QSet<QString>(names.begin(), names.end()).size(), names.size());
-    for (const char* name :
-         {"speed", "interfaceRestart", "interfaceKill", "recorderRestart", "recorderStop", "recorderStart"})
+    for (const char* name : {"speed", "panelAskew", "panelStraight", "interfaceRestart", "interfaceKill",
+                             "recorderRestart", "recorderStop", "recorderStart"})
       QVERIFY(names.contains(QLatin1String(name)));
     const QJsonArray events = described[QStringLiteral("events")].toArray();
     QCOMPARE(events.size(), 38);
@@ -301,6 +301,11 @@ private slots:
     QCOMPARE(state[QStringLiteral("lcd")].toObject(),
              QJsonObject({{"width", 480}, {"height", 320}, {"live", true}, {"backlight", 100000}}));
     QCOMPARE(state[QStringLiteral("touch")].toObject(), QJsonObject({{"down", false}}));
+    QCOMPARE(state[QStringLiteral("panel")].toObject(), QJsonObject({{"skew", 0}, {"x", 0}, {"y", 0}, {"noise", 0}}));
+    QCOMPARE(state[QStringLiteral("recorder")][QStringLiteral("motion")].toObject(),
+             QJsonObject({{"front", "ffff0fffffffffff"}, {"rear", "ffff0fffffffffff"}}));
+    QCOMPARE(state[QStringLiteral("recorder")][QStringLiteral("frontLed")].toObject().keys().join(u' '),
+             QStringLiteral("entries mode"));
     QCOMPARE(state[QStringLiteral("video")].toObject().keys().join(u' '),
              QStringLiteral("mirrored pipCorner playing rearAlive recording view"));
     QVERIFY(state[QStringLiteral("recorder")][QStringLiteral("settings")].isObject());

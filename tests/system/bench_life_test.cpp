@@ -89,7 +89,7 @@ private slots:
     QTest::newRow("SIGKILL") << SIGKILL;
   }
 
-  // No process, no folder, no queue, no X server's socket.
+  // No process, no folder, no queue, no memory, no X server's socket.
   void endsAreClean() {
     QFETCH(int, number);
     BenchRun bench;
@@ -97,6 +97,9 @@ private slots:
     const QString root = bench.Root();
     const int key = BenchRun::KeyOf(root);
     QVERIFY(HasTransport(key));
+    const QStringList clock{QStringLiteral("/dev/shm/dashcam-clock-%1").arg(key),
+                            QStringLiteral("/dev/shm/sem.dashcam-clock-%1").arg(key)};
+    for (const QString& file : clock) QVERIFY(QFile::exists(file));
     QVERIFY(ProcessOf(bench, "dashcam-gui") != 0);
     QVERIFY(ProcessOf(bench, "Xvfb") != 0);
     const QString socket = QStringLiteral("/tmp/.X11-unix/X") + BenchRun::DisplayOf(root);
@@ -116,6 +119,7 @@ private slots:
     QTRY_VERIFY(BenchRun::ProcessesOf(root).isEmpty());
     QTRY_VERIFY(!QFile::exists(root));
     QTRY_VERIFY(!HasTransport(key));
+    for (const QString& file : clock) QTRY_VERIFY(!QFile::exists(file));
     QTRY_VERIFY(InodeOf(socket) != inode);  // the next X server may have its name
   }
 

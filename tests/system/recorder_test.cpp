@@ -624,6 +624,13 @@ private slots:
     root.Write("/run/clock", bytes);
     Start();
     QCOMPARE(mRecorder->State().value("clockOffset").toInteger(), 0);
+    QCOMPARE(root.Read("/run/clock"), QByteArray("+0\n"));
+  }
+  void aPipeInPlaceOfTheClockHoldsNobodyUp() {
+    QDir(root.Path("/")).mkpath("run");
+    QCOMPARE(mkfifo(qPrintable(root.Path("/run/clock")), 0600), 0);
+    Start();
+    QCOMPARE(root.Read("/run/clock"), QByteArray("+0\n"));
   }
 
   void aSetupBlockOfAnotherModelOrLengthChangesNothing_data() {
@@ -753,8 +760,12 @@ private slots:
     QCOMPARE(Ini()["motionmap/front_h"].toInt(), 0xF000);
     QCOMPARE(Ini()["motionmap/front_l"].toInt(), int(0x80000002U));
     QCOMPARE(Ini()["motionmap/rear_h"].toInt(), -61441);
+    QCOMPARE(State("motion")["front"].toString(), QString("0000f00080000002"));
+    QCOMPARE(State("motion")["rear"].toString(), QString("ffff0fffffffffff"));
+    Put<quint64>(&map, 0, 0x8000000000000001U);
     QCOMPARE(Ask(SFIELD_SET_MOTION_SETTING_REAR, map), 0);
-    QCOMPARE(Ini()["motionmap/rear_h"].toInt(), 0xF000);
+    QCOMPARE(Ini()["motionmap/rear_h"].toInt(), int(0x80000000U));
+    QCOMPARE(State("motion")["rear"].toString(), QString("8000000000000001"));
     QCOMPARE(Ask(SFIELD_SET_MOTION_SETTING, 0), 0);  // the form without a map
     QCOMPARE(Ini()["motionmap/front_h"].toInt(), 0xF000);
   }
@@ -1272,6 +1283,9 @@ private slots:
     QTest::newRow("test") << "touchMarker"
                           << "test"
                           << "/mnt/mmc/touch_test.txt";
+    QTest::newRow("reset") << "touchMarker"
+                           << "reset"
+                           << "/mnt/mmc/touch.txt";
   }
   void markersAreMadeAndTheDeviceRestarts() {
     QFETCH(QString, action);

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QSet>
 #include <QTest>
 #include <cstring>
 
@@ -119,6 +120,70 @@ private slots:
     QCOMPARE(press[0].value, raw.x());
     QCOMPARE(press[1].value, raw.y());
   }
+
+  // ---- mounted askew
+
+  void askewIsTurnedThenMoved() {
+    QCOMPARE((Mounting{}.Felt({12, 34})), QPointF(12, 34));
+    QCOMPARE((Mounting{0, -30, 50, 0}.Felt({100, 100})), QPointF(70, 150));
+    QCOMPARE((Mounting{10, 0, 0, 0}.Felt({240, 160})), QPointF(240, 160));
+    QCOMPARE((Mounting{10, 0, 0, 0}.Felt({340, 160})), QPointF(330, 150));
+    QCOMPARE((Mounting{-10, 1, 2, 0}.Felt({240, 260})), QPointF(231, 252));
+  }
+  void askewTouchesAreFeltThere() {
+    mPanel.Mount({5, -30, 50, 0});
+    const QPointF felt = mPanel.Mounted().Felt({240, 160});
+    const QPoint raw = mPanel.RawAt(240, 160);
+    const Touch_Value& touch = kFactoryTouchValue;
+    QVERIFY(std::abs(raw.y() * touch.alphaX + raw.x() * touch.betaX + touch.deltaX - felt.x()) < 1.1);
+    QVERIFY(std::abs(raw.y() * touch.alphaY + raw.x() * touch.betaY + touch.deltaY - felt.y()) < 1.1);
+    mPanel.Mount({});
+  }
+  void noiseIsBounded() {
+    const QPoint clean = mPanel.RawAt(240, 160);
+    mPanel.Mount({0, 0, 0, 2});
+    QSet<QPair<int, int>> seen;
+    for (int i = 0; i < 2000; ++i) {
+      const QPoint off = mPanel.RawAt(240, 160) - clean;
+      QVERIFY(std::abs(off.x()) <= 2 && std::abs(off.y()) <= 2);
+      seen << qMakePair(off.x(), off.y());
+    }
+    QCOMPARE(seen.size(), 25);
+    mPanel.Mount({});
+  }
+  // The markers of the calibration, and the keys beside them, are felt at units of their own, not at the panel's edge.
+  void theMarkersStayOnThePanel() {
+    for (const int skew : {-Mounting::kMostSkew, 0, Mounting::kMostSkew})
+      for (const int x : {Mounting::kLeastX, Mounting::kMostX})
+        for (const int y : {Mounting::kLeastY, Mounting::kMostY}) {
+          mPanel.Mount({skew, x, y, Mounting::kMostNoise});
+          for (const QPoint& at : {QPoint(40, 35), QPoint(440, 35), QPoint(440, 285), QPoint(40, 285)}) {
+            const QPoint raw = mPanel.RawAt(at.x(), at.y());
+            QVERIFY2(raw.x() > 0 && raw.x() < 511 && raw.y() > 0 && raw.y() < 511,
+                     qPrintable(QStringLiteral("%1 %2 %3: %4 %5").arg(skew).arg(x).arg(y).arg(raw.x()).arg(raw.y())));
+          }
+        }
+    mPanel.Mount({});
+  }
+  void aMountingIsKeptInAFile() {
+    const QString file = root.Path(QStringLiteral("/run/panel"));
+    QVERIFY((Mounting{-5, -30, 50, 1}.Write(file)));
+    const Mounting read = Mounting::Read(file);
+    QCOMPARE((QList<int>{read.skew, read.x, read.y, read.noise}), (QList<int>{-5, -30, 50, 1}));
+  }
+  void aBadFileIsTheFactorysMounting_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    for (const char* bytes : {"", "1 2 3", "1 2 3 4 5", "a 2 3 4", "11 0 0 0", "0 -41 0 0", "0 0 61 0", "0 0 0 5",
+                              "0 0 0 -1", "99999999999 0 0 0", "1  2 3"})
+      QTest::newRow(bytes) << QByteArray(bytes);
+  }
+  void aBadFileIsTheFactorysMounting() {
+    QFETCH(QByteArray, bytes);
+    root.Write(QStringLiteral("/run/panel"), bytes);
+    const Mounting read = Mounting::Read(root.Path(QStringLiteral("/run/panel")));
+    QCOMPARE((QList<int>{read.skew, read.x, read.y, read.noise}), (QList<int>{0, 0, 0, 0}));
+  }
+
   // The reader takes nine bits: 512 would be the other edge.
   void beyondThePanelIsItsEdge() {
     QVERIFY(mPanel.PressRaw(512, -1, &mError));
