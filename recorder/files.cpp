@@ -20,7 +20,10 @@ constexpr Glyph kGlyphs[] = {
     {'6', 6, {0x1F, 0x15, 0x1D, 0}},  {'7', 7, {0x01, 0x01, 0x1F, 0}},  {'8', 8, {0x1F, 0x15, 0x1F, 0}},
     {'9', 9, {0x17, 0x15, 0x1F, 0}},  {'-', 40, {0x04, 0x04, 0x04, 0}}, {'K', 20, {0x1F, 0x04, 0x1B, 0}},
     {'O', 24, {0x1F, 0x11, 0x1F, 0}}, {'R', 27, {0x1F, 0x05, 0x1A, 0}}, {'V', 31, {0x0F, 0x10, 0x0F, 0}},
-    {'|', 37, {0x1F, 0, 0x1F, 0}},
+    {'|', 37, {0x1F, 0, 0x1F, 0}},    {'A', 10, {0x1E, 0x05, 0x1E, 0}}, {'B', 11, {0x1F, 0x15, 0x0A, 0}},
+    {'E', 14, {0x1F, 0x15, 0x11, 0}}, {'H', 17, {0x1F, 0x04, 0x1F, 0}}, {'N', 23, {0x1F, 0x06, 0x1F, 0}},
+    {'S', 28, {0x12, 0x15, 0x09, 0}}, {'T', 29, {0x01, 0x1F, 0x01, 0}}, {'W', 32, {0x1F, 0x08, 0x1F, 0}},
+    {'Y', 34, {0x03, 0x1C, 0x03, 0}},
 };
 
 void AppendCount(QByteArray* bytes, qsizetype count) {
@@ -71,8 +74,15 @@ const unsigned char* LedColumns(char character) {
 }
 
 QByteArray FactoryLedList() {
-  const QByteArray entries = LedEntry(true, "Security LED", "||||") + LedEntry(false, "Korvo Black", "KORVO") +
-                             LedEntry(false, "1234", "1234");
+  // The names are EUC-KR: 연락처 (telephone), 초보운전 (beginner), 아기가 타고 있어요 (a baby is on board), 감사합니다
+  // (thanks), 미안합니다 (sorry).
+  const QByteArray entries =
+      LedEntry(true, "Security LED", "||||") + LedEntry(false, "Korvo Black", "KORVO") +
+      LedEntry(false, "1234", "1234") + LedEntry(false, "\xBF\xAC\xB6\xF4\xC3\xB3", "010-1234-5678") +
+      LedEntry(false, "\xC3\xCA\xBA\xB8\xBF\xEE\xC0\xFC", "NEW") +
+      LedEntry(false, "\xBE\xC6\xB1\xE2\xB0\xA1 \xC5\xB8\xB0\xED \xC0\xD6\xBE\xEE\xBF\xE4", "BABY") +
+      LedEntry(false, "\xB0\xA8\xBB\xE7\xC7\xD5\xB4\xCF\xB4\xD9", "THANKS") +
+      LedEntry(false, "\xB9\xCC\xBE\xC8\xC7\xD5\xB4\xCF\xB4\xD9", "SORRY");
   QByteArray list(1, static_cast<char>(entries.size() / kLedEntry));
   AppendCount(&list, entries.size());
   return list.append('\0').append(entries);

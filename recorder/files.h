@@ -39,7 +39,8 @@ bool PrepareRoot(const QString& root, QString* error);
 /// for any other.
 const unsigned char* LedColumns(char character);
 
-/// The list of the front LED as the device comes with it: the security pattern (shown), the brand pattern, a number.
+/// The list of the front LED as the device comes with it: the security pattern (ticked), the brand pattern, and six
+/// more.
 QByteArray FactoryLedList();
 
 }  // namespace recorder

@@ -554,8 +554,10 @@ private slots:
     QCOMPARE(OwnBox(), int{HIDDEN_TOUCH_COM_ENTRY});
     QVERIFY(Preview()->isVisible());
     QVERIFY(!Timer("mTouchEntryTimer")->isActive());
+    const QTimer* lcdOff = Timer("mTimLcdOff");
     Preview()->TimeoutEvent();
-    QVERIFY(!Timer("mTimLcdOff")->isActive());
+    QCOMPARE(gWidgetManager.GetCurWidgetId(), TOUCHCOMP);
+    QVERIFY(!lcdOff->isActive());
   }
   void tapsAreCountedAnewAfterThreeSeconds() {
     for (int tap = 0; tap < 4; ++tap) Tap(kBeside);
@@ -683,8 +685,9 @@ private slots:
     Fire("mTimNeedTouchComp", &PreviewLayout::TimeoutNeedTouchComp);
     QCOMPARE(mWindow->GetNeedTouchComBeforeSDFormat(), 1);
 
+    QCOMPARE(gWidgetManager.GetCurWidgetId(), TOUCHCOMP);
     mWindow->SetNeedTouchComBeforeSDFormat(2);  // the calibration says that it has ended
-    Preview()->onResume();
+    mWindow->BackPressed();
     QCOMPARE(mWindow->GetNeedTouchComBeforeSDFormat(), 0);
     QVERIFY(Fake().Commands().contains(QStringLiteral("8680 0")));
     QCOMPARE(Timer("mTimSeachingPfileInfo")->isActive(), marker.endsWith(u'2'));
@@ -700,12 +703,14 @@ private slots:
     QCOMPARE(Timer("mTimPaintTouchTest")->interval(), 2000);
     QVERIFY(!Timer("mTimNeedTouchComp")->isActive());
     QCOMPARE(gTouchTestStage, 2);  // 1 in the constructor, 2 when it was shown first
+    const QTimer* lcdOff = Timer("mTimLcdOff");
     Fire("mTimPaintTouchTest", &PreviewLayout::TimeoutPaintTouchTest);
     QVERIFY(mWindow->GetIsTouchMotionVer());
     QVERIFY(mWindow->GetIsCurrentShowTouchMotion());
-    QVERIFY(!Timer("mTimLcdOff")->isActive());
+    QCOMPARE(gWidgetManager.GetCurWidgetId(), TOUCHTEST);
+    QVERIFY(!lcdOff->isActive());
 
-    Preview()->onResume();  // back from the touch test: the remaining checks
+    mWindow->BackPressed();  // from the touch test: the remaining checks
     QCOMPARE(gTouchTestStage, 3);
     QVERIFY(Timer("mTimNeedTouchComp")->isActive());
   }

@@ -253,6 +253,7 @@ private slots:
   }
   void withoutACardTheListIsEmpty() {
     QVERIFY(Do("sdOut"));
+    QTRY_COMPARE(EventBox(), QStringLiteral("R_NO_SD"));
     QTRY_COMPARE_WITH_TIMEOUT(EventBox(), QString(), kBoxMs);
     OpenList();
     const QImage empty = Drawn().copy(0, 60, 400, 260);

@@ -59,6 +59,23 @@ private slots:
     QVERIFY(Shown()[0].startsWith("Security LED 1f00"));
   }
 
+  void theFactorysPatternsHaveNames() {
+    Start();
+    QByteArray list = root.Read(kList);
+    QCOMPARE(int(list[0]), 8);
+    list[4] = 0;
+    for (int i = 1; i < 8; ++i) list[4 + 155 * i] = 1;
+    Update(list);
+    QStringList names;
+    for (const QString& shown : Shown()) {
+      names << shown.section(u' ', 0, -2);
+      QVERIFY2(shown.section(u' ', -1).size() >= 24, qPrintable(shown));  // three characters at least
+    }
+    QCOMPARE(names, (QStringList{"Korvo Black", "1234", QStringLiteral("연락처"), QStringLiteral("초보운전"),
+                                 QStringLiteral("아기가 타고 있어요"), QStringLiteral("감사합니다"),
+                                 QStringLiteral("미안합니다")}));
+  }
+
   void theModeIsTheOneThatWasSent() {
     Start();
     for (const int mode : {1, 2, 0}) {
