@@ -99,9 +99,9 @@ private slots:
       int x[9], y[9];
       for (int i = 0; i < 9; ++i) {
         const double dx = (kX[i] - 240) / stepX, dy = (kY[i] - 160) / stepY;
-        const auto noise = [&random] { return random.bounded(5) - 2; };
-        x[i] = std::clamp(int(std::lround(middleX + dx * std::cos(turn) - dy * std::sin(turn))) + noise(), 0, 511);
-        y[i] = std::clamp(int(std::lround(middleY + dx * std::sin(turn) + dy * std::cos(turn))) + noise(), 0, 511);
+        const auto noise = [&between] { return between(-1.5, 1.5); };  // and half a step by the panel itself
+        x[i] = std::clamp(int(std::lround(middleX + dx * std::cos(turn) - dy * std::sin(turn) + noise())), 0, 511);
+        y[i] = std::clamp(int(std::lround(middleY + dx * std::sin(turn) + dy * std::cos(turn) + noise())), 0, 511);
       }
       Touch_Value touch{};
       QVERIFY(Fit(x, y, &touch));
