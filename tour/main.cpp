@@ -199,7 +199,7 @@ void Calibrate(MainWindow& window, int touches, int error) {
       screen->TimeoutEvent();
     }
     const int beside = i % 18 < 9 ? 0 : error;
-    screen->settingTouchPanel(TouchComp::kTargetX[size_t(i % 9)] + beside, TouchComp::kTargetY[size_t(i % 9)] + beside);
+    screen->settingTouchPanel(kTouchTargetX[i % 9] + beside, kTouchTargetY[i % 9] + beside);
   }
 }
 

@@ -1,6 +1,7 @@
 #include "gui/settings/settings.h"
 
 #include <QDataStream>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
@@ -20,15 +21,21 @@ namespace {
 constexpr int kFactoryMapHigh = -61441;  // 0xFFFF0FFF: bits 44..47 of a fresh map are clear
 constexpr int kFactoryMapLow = -1;
 
-constexpr int kTargetX[9] = {240, 40, 240, 440, 440, 440, 240, 40, 40};
-constexpr int kTargetY[9] = {160, 35, 35, 35, 160, 285, 285, 285, 160};
-
 constexpr qint64 kLargestIni = 65536;  // bytes; all keys take about 1,200
 
 // A damaged file system can put anything in the place of a file: reading a pipe never ends, and gigabytes do not fit.
 bool IsReadable(const QString& path) {
   const QFileInfo file(DevicePath(path));
   return file.isFile() && file.size() <= kLargestIni;
+}
+
+// What a save leaves behind that was ended by the power: a lock, which would hold the next save up for half a minute,
+// and the new file, half written. Only this program saves it.
+void RemoveInterruptedSave() {
+  const QFileInfo file(DevicePath(config_firm_path));
+  QDir folder = file.dir();
+  const QStringList left = folder.entryList({file.fileName() + QStringLiteral(".*")}, QDir::Files | QDir::Hidden);
+  for (const QString& name : left) folder.remove(name);
 }
 
 QSettings Open(const QString& path) {
@@ -109,6 +116,7 @@ bool Settings::LoadRecorders() {
 }
 
 void Settings::InitSettingConfig() {
+  RemoveInterruptedSave();
   if (!IsReadable(config_firm_path)) QFile::remove(DevicePath(config_firm_path));
   if (!LoadRecorders()) Load(Open(config_firm_path));
   if (mSetting.lcd_auto_off == 0) mSetting.lcd_auto_off = 1;  // 0 is never kept at a start
@@ -338,13 +346,13 @@ void Settings::SettingTouchValue(bool load) {
 }
 
 void Settings::SettingTouchTuningValue(bool load) {
-  CalibrationFile file(device::kTouchTuning, BytesOf(kTargetX, kTargetY));
+  CalibrationFile file(device::kTouchTuning, BytesOf(kTouchTargetX, kTouchTargetY));
   if (!load) {
     file.Write(BytesOf(inputX, inputY));
     return;
   }
-  std::ranges::copy(kTargetX, inputX);
-  std::ranges::copy(kTargetY, inputY);
+  std::ranges::copy(kTouchTargetX, inputX);
+  std::ranges::copy(kTouchTargetY, inputY);
   if (file.Bytes().size() < kTuningBytes) return;
   QDataStream stream(file.Bytes());
   stream.setByteOrder(QDataStream::LittleEndian);

@@ -18,6 +18,10 @@ struct Touch_Value {
 /// Of a panel as it leaves the factory.
 inline constexpr Touch_Value kFactoryTouchValue = {-1.0638298F, 0.012088975F, 0.0F, 1.1363636F, 499.57446F, -24.76789F};
 
+/// The points of the screen that are touched in a calibration, in their order.
+inline constexpr int kTouchTargetX[9] = {240, 40, 240, 440, 440, 440, 240, 40, 40};
+inline constexpr int kTouchTargetY[9] = {160, 35, 35, 35, 160, 285, 285, 285, 160};
+
 /// The settings of the camera: the working copy, the copy as last loaded or applied, their INI file, and the packed
 /// block that the recorder takes. The recorder's INI file is the master at every start; the interface's own mirrors it.
 /// No file error is reported: what cannot be read is 0, what cannot be written is not. GUI thread, but for mTouchValue.

@@ -1,9 +1,12 @@
 #include "gui/touch/calibrationfit.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
 using Sum = std::int64_t;
+
+constexpr int kFarthestStep = 1000;  // nine such touches give determinants of less than 63 bits
 
 // The normal equations: rows (xx, xy, x), (xy, yy, y), (x, y, n).
 struct Matrix {
@@ -41,6 +44,8 @@ std::int64_t GetProductSum(const int* a, const int* b, int n) {
 }
 
 bool FitTouch(const int* panelX, const int* panelY, const int* targetX, const int* targetY, int n, Touch_Value* touch) {
+  const auto isFar = [](int value) { return value < -kFarthestStep || value > kFarthestStep; };
+  if (std::any_of(panelX, panelX + n, isFar) || std::any_of(panelY, panelY + n, isFar)) return false;
   const Matrix m{GetProductSum(panelX, panelX, n),
                  GetProductSum(panelX, panelY, n),
                  GetProductSum(panelY, panelY, n),

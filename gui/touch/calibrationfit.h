@@ -9,6 +9,6 @@ std::int64_t GetSum(const int* values, int n);
 std::int64_t GetProductSum(const int* a, const int* b, int n);
 
 /// The affine map that takes n panel points (panelX, panelY) to the targets (targetX, targetY) with the least sum of
-/// squared errors. Panel values are 0..511, targets points of the screen; n is 3 or more. False, and `touch` as it was,
-/// when the points lie on one line or the result is no finite number.
+/// squared errors. Targets are points of the screen; n is 1..9. False, and `touch` as it was, when the panel
+/// points lie on one line, when one is not within -1000..1000, or when the result is no finite number.
 bool FitTouch(const int* panelX, const int* panelY, const int* targetX, const int* targetY, int n, Touch_Value* touch);

@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QPointer>
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 #include "gui/base/eventgate.h"
 #include "gui/base/picture.h"
@@ -27,14 +29,11 @@ constexpr QColor kInk(0, 0, 0);
 constexpr LabelRow kComment{"lblComment", {24, 72, 432, 50}, 19, kInk, Qt::AlignHCenter};
 constexpr LabelRow kCount{"lblComment2", {160, 200, 160, 44}, 20, kInk, Qt::AlignHCenter};
 
-// Truncated; a map that is far off does not overflow.
+// Truncated; a map that is far off, or that comes to no number, does not overflow.
 int Pixel(double value) {
-  return int(std::clamp(value, -kFarthest, kFarthest));
+  return std::isnan(value) ? int(kFarthest) : int(std::clamp(value, -kFarthest, kFarthest));
 }
 }  // namespace
-
-const std::array<int, TouchComp::kTargets> TouchComp::kTargetX = {240, 40, 240, 440, 440, 440, 240, 40, 40};
-const std::array<int, TouchComp::kTargets> TouchComp::kTargetY = {160, 35, 35, 35, 160, 285, 285, 285, 160};
 
 TouchComp::TouchComp(QWidget* parent)
     : BaseWidget(parent), lblComment(AddLabel(this, kComment)), lblComment2(AddLabel(this, kCount)) {
@@ -82,12 +81,17 @@ void TouchComp::Collect(int panelX, int panelY) {
     SetComment(lblComment->text());
     return;
   }
-  Touch_Value touch = gEnvirnmentSettings.mTouchValue.Load();
-  if (FitTouch(Touch_Panel_X.data(), Touch_Panel_Y.data(), kTargetX.data(), kTargetY.data(), kTargets, &touch))
-    gEnvirnmentSettings.mTouchValue.Store(touch);
+  OperationNpointTouchCompensation(kTargets);
   nTouchCnt = 0;
   mConfirmTc = true;
   SetComment(QString::fromUtf8(kConfirmText));
+}
+
+// The map of the first n touches. Touches that give none leave it as it is: the second pass shows that it does not fit.
+void TouchComp::OperationNpointTouchCompensation(int n) {
+  Touch_Value touch{};
+  if (FitTouch(Touch_Panel_X.data(), Touch_Panel_Y.data(), kTouchTargetX, kTouchTargetY, n, &touch))
+    gEnvirnmentSettings.mTouchValue.Store(touch);
 }
 
 void TouchComp::setValue(int panelX, int panelY) {
@@ -101,7 +105,7 @@ void TouchComp::Verify(int panelX, int panelY) {
   gEnvirnmentSettings.inputX[nTouchCnt] = x;
   gEnvirnmentSettings.inputY[nTouchCnt] = y;
   const bool hit =
-      std::abs(x - kTargetX[size_t(nTouchCnt)]) <= kReachX && std::abs(y - kTargetY[size_t(nTouchCnt)]) <= kReachY;
+      std::abs(x - kTouchTargetX[nTouchCnt]) <= kReachX && std::abs(y - kTouchTargetY[nTouchCnt]) <= kReachY;
   if (hit) ++mSuccessCount;
   if (++nTouchCnt < kTargets)
     SetComment(lblComment->text());
@@ -174,6 +178,6 @@ void TouchComp::paintEvent(QPaintEvent*) {
   painter.drawPixmap(0, 0, Picture(QStringLiteral("touchcompensation/touch_compensation_bg.bmp")));
   painter.drawPixmap(kCommentPanel, Picture(QStringLiteral("touchcompensation/touch_compensation_text_bg.bmp")));
   painter.drawPixmap(kCountPanel, Picture(QStringLiteral("touchcompensation/touch_compensation_text_bg3.bmp")));
-  painter.drawPixmap(kTargetX[size_t(nTouchCnt)] - kReachX, kTargetY[size_t(nTouchCnt)] - kReachY,
+  painter.drawPixmap(kTouchTargetX[nTouchCnt] - kReachX, kTouchTargetY[nTouchCnt] - kReachY,
                      Picture(QStringLiteral("touchcompensation/touch_compensation_icon_1_normal_ex.bmp")));
 }

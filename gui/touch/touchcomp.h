@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <iterator>
 
 #include "gui/screen/basewidget.h"
 #include "gui/settings/settings.h"
@@ -13,7 +14,7 @@ class TouchComp : public BaseWidget {
   Q_OBJECT
 
 public:
-  static constexpr int kTargets = 9;
+  static constexpr int kTargets = std::size(kTouchTargetX);
 
   explicit TouchComp(QWidget* parent);
   /// A map that was not accepted goes with the screen, whichever way that is left.
@@ -21,10 +22,6 @@ public:
 
   void recvEvent(int event, int value) override;
   void TimeoutEvent() override;
-
-  /// The targets, points of the screen, in the order in which they are touched.
-  static const std::array<int, kTargets> kTargetX;
-  static const std::array<int, kTargets> kTargetY;
 
 public slots:
   /// The finger has touched the panel there; raw values, 0..511.
@@ -35,6 +32,7 @@ protected:
 
 private:
   void setValue(int panelX, int panelY);
+  void OperationNpointTouchCompensation(int n);
   void Collect(int panelX, int panelY);
   void Verify(int panelX, int panelY);
   void EndVerification();

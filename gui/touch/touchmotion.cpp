@@ -27,6 +27,10 @@ TouchMotion::TouchMotion(QWidget* parent)
       beforeCoord(AddLabel(this, kBefore)),
       afterCoord(AddLabel(this, kAfter)) {}
 
+TouchMotion::~TouchMotion() {
+  gMainWindow->SetIsCurrentShowTouchMotion(false);
+}
+
 void TouchMotion::touchEvent(int, int x, int y) {
   setCoord(x, y, x, y);
 }

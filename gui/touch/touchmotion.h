@@ -15,6 +15,8 @@ public:
   static constexpr int kLongestTrail = 500;  ///< points
 
   explicit TouchMotion(QWidget* parent);
+  /// The panel's presses go to the screens again, whichever way this one is left.
+  ~TouchMotion() override;
 
   void touchEvent(int type, int x, int y) override;
   void recvEvent(int event, int value) override;

@@ -60,7 +60,9 @@ private:
                                              "/mnt/mmc/rec0_20230101_120000.avi",
                                              "/mnt/mmc/rec1_20230101_120000.avi",
                                              "/mnt/mmc/pmr0_20230101_120100_.avi",
-                                             "/mnt/mmc/evt0_20230101_120200.avi"};
+                                             "/mnt/mmc/evt0_20230101_120200.avi",
+                                             "/opt/led.zel",
+                                             "/opt/touch.zel"};
     const QString file = QLatin1String(kFiles[Below(std::size(kFiles))]);
     mPlayed = file;
     if (Below(2)) {
@@ -82,7 +84,11 @@ private:
 
   // Some ways are rarely found by chance.
   void AnyScreen() {
-    static constexpr WidgetId kRare[] = {MAINMENU2, SDMANAGEMENT, RECORDINGLIST, SDFORMAT};
+    static constexpr WidgetId kRare[] = {
+        MAINMENU2,       SDMANAGEMENT,    RECORDINGLIST,       SDFORMAT,          TIMELAYOUT,
+        FRONTLED,        NUMBERSETLAYOUT, LEDFILELIST,         FILEMANAGEMENT,    MOTIONSETTING,
+        LCDSETTING,      AUDIOSETTING,    PARKINGSETTING,      DRIVINGSETTING,    FILEDELMETHOD,
+        POWERCUTSETTING, TOUCHCOMP,       VOLTAGECOMPENSATION, BLACKBOXMANAGEMENT};
     if (gWidgetManager.GetStackDepth() > 4) return;
     const WidgetId id = kRare[Below(std::size(kRare))];
     mPlayed = QLatin1String(NameOf(id));
@@ -127,7 +133,7 @@ private slots:
       CheckCamera();
       if (QTest::currentTestFailed()) QFAIL(qPrintable(QStringLiteral("at step %1: %2").arg(step).arg(mPlayed)));
     }
-    QCoreApplication::processEvents();  // what is still posted
+    for (int i = 0; i < 20; ++i) QCoreApplication::processEvents();  // what is still posted, and what waits for it
     // And it still does what it should: a status event shows its box on the live preview.
     mWindow->Jumped(PREVIEW);
     mWindow->recvEvent(RECV_ZEL_STATUS_MUTE_ON, 0);

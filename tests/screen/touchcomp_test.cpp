@@ -28,12 +28,12 @@ class TouchCompTest : public ScreenTest {
   static void Touch(int x, int y) { Top<TouchComp>()->settingTouchPanel(x, y); }
   // The panel is as the screen, but for `beside` in the second pass.
   static void Collect() {
-    for (int i = 0; i < 9; ++i) Touch(TouchComp::kTargetX[size_t(i)], TouchComp::kTargetY[size_t(i)]);
+    for (int i = 0; i < 9; ++i) Touch(kTouchTargetX[i], kTouchTargetY[i]);
   }
   static void Verify(int hits, int besideX = 41, int besideY = 0) {
     for (int i = 0; i < 9; ++i) {
       const bool hit = i < hits;
-      Touch(TouchComp::kTargetX[size_t(i)] + (hit ? 0 : besideX), TouchComp::kTargetY[size_t(i)] + (hit ? 0 : besideY));
+      Touch(kTouchTargetX[i] + (hit ? 0 : besideX), kTouchTargetY[i] + (hit ? 0 : besideY));
     }
   }
   static void Fire(const char* name) {
@@ -61,11 +61,11 @@ private slots:
     Open();
     for (int i = 0; i < 9; ++i) {
       QCOMPARE(Count(), QStringLiteral("%1 / 9").arg(i + 1));
-      const QPoint at(TouchComp::kTargetX[size_t(i)] - 40, TouchComp::kTargetY[size_t(i)] - 35);
+      const QPoint at(kTouchTargetX[i] - 40, kTouchTargetY[i] - 35);
       QVERIFY2(IsDrawn(at, "touchcompensation/touch_compensation_icon_1_normal_ex.bmp"), qPrintable(Count()));
       QVERIFY(Comment().startsWith(QStringLiteral("좌표보정을 시작합니다.")));
       HostFake::Clear();
-      Touch(TouchComp::kTargetX[size_t(i)], TouchComp::kTargetY[size_t(i)]);
+      Touch(kTouchTargetX[i], kTouchTargetY[i]);
       QCOMPARE(Asked(), QStringList(QStringLiteral("sh aplay /opt/ipnc/voice/touch.wav &")));
     }
     QCOMPARE(Count(), QStringLiteral("1 / 9"));
@@ -146,8 +146,8 @@ private slots:
     Collect();
     Verify(7, 60, 10);
     for (int i = 0; i < 9; ++i) {
-      QCOMPARE(gEnvirnmentSettings.inputX[i], TouchComp::kTargetX[size_t(i)] + (i < 7 ? 0 : 60));
-      QCOMPARE(gEnvirnmentSettings.inputY[i], TouchComp::kTargetY[size_t(i)] + (i < 7 ? 0 : 10));
+      QCOMPARE(gEnvirnmentSettings.inputX[i], kTouchTargetX[i] + (i < 7 ? 0 : 60));
+      QCOMPARE(gEnvirnmentSettings.inputY[i], kTouchTargetY[i] + (i < 7 ? 0 : 10));
     }
   }
   void thereAreFourAttempts() {
@@ -183,7 +183,7 @@ private slots:
     QFETCH(int, touches);
     mHost->needTouchComp = 1;
     Open();
-    for (int i = 0; i < touches; ++i) Touch(TouchComp::kTargetX[size_t(i % 9)], TouchComp::kTargetY[size_t(i % 9)]);
+    for (int i = 0; i < touches; ++i) Touch(kTouchTargetX[i % 9], kTouchTargetY[i % 9]);
     TopScreen()->recvEvent(RECV_ZEL_STATUS_LCD_KEY, 0);
     QCOMPARE(Box(), int{TOUCH_COM_ESCAPE});
     QCOMPARE(Armed("mMessageBoxTimer"), -1);
