@@ -601,6 +601,7 @@ private slots:
     for (int kills = 0; kills < 100; ++kills) {
       const pid_t writer = fork();
       if (writer == 0) {
+        gEnvirnmentSettings.InitSettingConfig();
         for (int value = 1;; value = 3 - value) {
           fill(value);
           gEnvirnmentSettings.AllSetSettingConfig();
