@@ -119,6 +119,36 @@ private slots:
     QCOMPARE(gEnvirnmentSettings.GetSettingConfig(Set_Cfg_MotionArea1High), int(0xFFFF0FFFU));
     QCOMPARE(gEnvirnmentSettings.GetSettingConfig(Set_Cfg_MotionArea1Low), -1);
   }
+  void everyBitComesBackFromTheIni_data() {
+    QTest::addColumn<int>("display");
+    QTest::addColumn<quint64>("map");
+    for (const int display : {1, 2}) {
+      QTest::addRow("%d: bit 63", display) << display << quint64{1ULL << 63};
+      QTest::addRow("%d: bit 32", display) << display << quint64{1ULL << 32};
+      QTest::addRow("%d: bit 31", display) << display << quint64{1ULL << 31};
+      QTest::addRow("%d: all", display) << display << quint64{~kTopLeft};
+    }
+  }
+  void everyBitComesBackFromTheIni() {
+    QFETCH(int, display);
+    QFETCH(quint64, map);
+    Open(display, map, map);
+    PowerKey();
+    TapLeftButton();
+    Setting().motion_area1 = Setting().motion_area2 = 0x1234;
+    gEnvirnmentSettings.AllGetSettingConfig();
+    QCOMPARE(quint64{display == 1 ? Setting().motion_area1 : Setting().motion_area2}, map);
+  }
+  void thePowerKeyAsksAnewOverTheSecondQuestion() {
+    Open(1, kAll, 0);
+    PowerKey();
+    TapRightButton();
+    QCOMPARE(Box(), int{MOTION_SETTING_TO_MENU});
+    PowerKey();
+    QCOMPARE(Box(), int{MOTION_SETTING_APPLY});
+    TapRightButton();
+    QCOMPARE(Box(), int{MOTION_SETTING_TO_MENU});
+  }
   void cancellingChangesNothing() {
     Open(1, kAll & ~kTopLeft, 0);
     gEnvirnmentSettings.AllSetSettingConfig();

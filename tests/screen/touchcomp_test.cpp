@@ -2,6 +2,8 @@
 
 #include <QDataStream>
 #include <QDir>
+#include <climits>
+#include <cstdlib>
 
 #include "gui/touch/touchmotion.h"
 #include "tests/fake/screentest.h"
@@ -223,6 +225,54 @@ private slots:
     for (int i = 0; i < 9; ++i) Touch(100, 100);
     QCOMPARE(Box(), int{TOUCH_COM_FAIL_RETRY});
   }
+  void touchesBeyondAnyPanelKeepTheMap_data() {
+    QTest::addColumn<int>("far");
+    for (const int value : {1001, -1001, INT_MAX, INT_MIN}) QTest::addRow("%d", value) << value;
+  }
+  void touchesBeyondAnyPanelKeepTheMap() {
+    QFETCH(int, far);
+    Open();
+    for (int i = 0; i < 9; ++i) Touch(i == 4 ? far : kTouchTargetX[i], kTouchTargetY[i]);
+    QVERIFY(IsFactory());
+    for (int i = 0; i < 9; ++i) Touch(far, far);
+    QVERIFY(std::abs(gEnvirnmentSettings.inputX[8]) <= 1000000);
+    QVERIFY(std::abs(gEnvirnmentSettings.inputY[8]) <= 1000000);
+    QCOMPARE(Box(), int{TOUCH_COM_FAIL_RETRY});
+  }
+  void aMapThatComesToNoNumberHitsNothing() {
+    Open();
+    Collect();
+    gEnvirnmentSettings.mTouchValue.Store({1e308, 1e308, -1e308, -1e308, 0, 0});
+    Verify(9);
+    QCOMPARE(Box(), int{TOUCH_COM_FAIL_RETRY});
+  }
+  void thePowerKeyDuringANotice_data() {
+    QTest::addColumn<int>("hits");
+    QTest::newRow("it fits: it is left") << 9;
+    QTest::newRow("it does not: the question stays") << 0;
+  }
+  void thePowerKeyDuringANotice() {
+    QFETCH(int, hits);
+    Open();
+    Collect();
+    Verify(hits);
+    TopScreen()->recvEvent(RECV_ZEL_STATUS_LCD_KEY, 0);
+    QCOMPARE(Box(), int{TOUCH_COM_ESCAPE});
+    QCOMPARE(Armed("mMessageBoxTimer"), -1);  // the notice's time does not end the question
+    Fire("mEventTimer");
+    QCOMPARE(TopId(), hits == 9 ? MAINMENU : TOUCHCOMP);
+    if (hits == 9) return;
+    QCOMPARE(Box(), int{TOUCH_COM_ESCAPE});
+    Touch(100, 100);
+    QCOMPARE(Box(), -1);
+  }
+  void leavingAfterTheFitWasSavedKeepsIt() {
+    Open();
+    Collect();
+    Verify(9);
+    mHost->Jumped(PREVIEW);
+    QCOMPARE(Map().alphaX, 1.0);
+  }
   void touchesOnTheWindowDoNothing() {
     Open();
     Tap(100, 100);
@@ -272,6 +322,13 @@ private slots:
     TopScreen()->recvEvent(RECV_ZEL_STATUS_LCD_KEY, 0);
     QVERIFY(!mHost->isShowTouchMotion);
     QCOMPARE(Asked(), (QStringList{QStringLiteral("parking timer"), QStringLiteral("back")}));
+  }
+  void anotherDoorEndsTheTouchTestToo() {
+    mHost->Show(MAINMENU, new BaseWidget(mHost.get()));
+    mHost->Show(TOUCHTEST, new TouchMotion(mHost.get()));
+    mHost->isShowTouchMotion = true;
+    mHost->Jumped(MAINMENU);
+    QVERIFY(!mHost->isShowTouchMotion);
   }
 };
 

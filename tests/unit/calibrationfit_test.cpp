@@ -85,6 +85,25 @@ private slots:
     QCOMPARE(touch.alphaX, kFactoryTouchValue.alphaX);
     QCOMPARE(touch.deltaY, kFactoryTouchValue.deltaY);
   }
+  void farPointsGiveNothing_data() {
+    QTest::addColumn<int>("far");
+    QTest::addColumn<bool>("fitted");
+    for (const int value : {1000, -1000}) QTest::addRow("%d", value) << value << true;
+    for (const int value : {1001, -1001, INT_MAX, INT_MIN}) QTest::addRow("%d", value) << value << false;
+  }
+  void farPointsGiveNothing() {
+    QFETCH(int, far);
+    QFETCH(bool, fitted);
+    for (const bool ofX : {true, false}) {
+      int x[9], y[9];
+      std::ranges::copy(kX, x);
+      std::ranges::copy(kY, y);
+      (ofX ? x : y)[8] = far;
+      Touch_Value touch{};
+      QCOMPARE(Fit(x, y, &touch), fitted);
+      QCOMPARE(touch.alphaX != 0, fitted);
+    }
+  }
   // A thousand panels, mounted in any way, with a finger that is two steps off: three pixels at most.
   void anyPanelIsFittedToThreePixels() {
     QRandomGenerator random(20261121);
