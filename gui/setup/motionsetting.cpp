@@ -42,6 +42,12 @@ int MotionSetting::getAbit(std::uint64_t value, int bitIndex) {
   return int(value >> bitIndex & 1);
 }
 
+const char* MotionSetting::ulongToBinary(std::uint64_t value) {
+  static std::array<char, 65> digits{};
+  for (int i = 0; i < 64; ++i) digits[size_t(i)] = char('0' + getAbit(value, 63 - i));
+  return digits.data();
+}
+
 // ------------------------------------------------------------------------------------------------------------- touches
 
 // The lines between the cells belong to none; -1 there.

@@ -23,6 +23,8 @@ public:
   /// `value` with one bit, 0..63, set or cleared; that bit as 0 or 1.
   static std::uint64_t setBit(std::uint64_t value, int bitIndex, int on);
   static int getAbit(std::uint64_t value, int bitIndex);
+  /// The 64 digits of `value`, the highest first. Valid until the next call.
+  static const char* ulongToBinary(std::uint64_t value);
 
 protected:
   void paintEvent(QPaintEvent* event) override;

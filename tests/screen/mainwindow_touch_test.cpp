@@ -1,7 +1,11 @@
 // The window's rules for a touch, in their order, and the question for a format of the card.
+#include <linux/input.h>
+
+#include <QLabel>
 #include <QSignalSpy>
 
 #include "gui/screen/messagebox.h"
+#include "gui/touch/touchthread.h"
 #include "tests/fake/paintspy.h"
 #include "tests/fake/windowtest.h"
 
@@ -21,6 +25,15 @@ private:
     Fake().asked.clear();
     return menu;
   }
+  // The panel's records of a sample with the finger down, and of its end. The panel is mounted turned.
+  void TouchAt(int x, int y) {
+    TouchThread* panel = mWindow->GetTouchThread();
+    panel->Take(EV_ABS, ABS_X, y);
+    panel->Take(EV_ABS, ABS_Y, x);
+    panel->Take(EV_ABS, ABS_PRESSURE, 1);
+  }
+  void TouchEnds() { mWindow->GetTouchThread()->Take(EV_ABS, ABS_PRESSURE, 0); }
+  static QString TextOf(const char* label) { return Top()->findChild<QLabel*>(QLatin1String(label))->text(); }
   static constexpr int kYesX = 100, kNoX = 300, kRowY = 230;
 
 private slots:
@@ -347,6 +360,38 @@ private slots:
     Tap(kYesX, kRowY);
     QCOMPARE(EventBox(), int{R_SD_ERROR_NEET_FORMAT});
     QCOMPARE(TouchLines().size(), 1);
+  }
+
+  // ---- what the panel tells without the window
+
+  void theCalibrationHearsThePanel() {
+    Open(MAINMENU);
+    mWindow->StartWidget(TOUCHCOMP, nullptr);
+    TouchAt(100, 120);
+    QCOMPARE(TextOf("lblComment2"), QStringLiteral("2 / 9"));
+    TouchAt(0, 0);  // the finger is still there
+    QCOMPARE(TextOf("lblComment2"), QStringLiteral("2 / 9"));
+    TouchEnds();
+    TouchAt(200, 120);
+    QCOMPARE(TextOf("lblComment2"), QStringLiteral("3 / 9"));
+  }
+  void theTouchTestHearsEverySample() {
+    gEnvirnmentSettings.mTouchValue.Store({2, 0, 0, 1, 10, 5});
+    Open(MAINMENU);
+    mWindow->SetIsCurrentShowTouchMotion(true);
+    mWindow->SetIsTouchMotionVer(true);
+    mWindow->StartWidget(TOUCHTEST, nullptr);
+    for (const int x : {100, 101}) {
+      TouchAt(x, 120);
+      QCOMPARE(TextOf("beforeCoord"), QStringLiteral("X: %1 Y: 120").arg(x));
+      QCOMPARE(TextOf("afterCoord"), QStringLiteral("X: %1 Y: 125").arg(2 * x + 10));
+    }
+    TouchEnds();
+    Top()->recvEvent(RECV_ZEL_STATUS_LCD_KEY, 0);
+    QCOMPARE(TopId(), MAINMENU);
+    TouchAt(100, 120);
+    QCOMPARE(TouchLines(), QStringList{"MAINMENU touch 1 210 125"});
+    gEnvirnmentSettings.mTouchValue.Store(kFactoryTouchValue);
   }
 };
 

@@ -37,6 +37,8 @@ private slots:
     QCOMPARE(MotionSetting::getAbit(1ULL << 47, 47), 1);
     QCOMPARE(MotionSetting::getAbit(1ULL << 47, 46), 0);
     QCOMPARE(MotionSetting::getAbit(1ULL << 63, 63), 1);
+    QCOMPARE(MotionSetting::ulongToBinary(0x8000'0000'0000'0005ULL), "1" + QByteArray(60, '0') + "101");
+    QCOMPARE(MotionSetting::ulongToBinary(0), QByteArray(64, '0'));
   }
   void everyCellHasItsBit_data() {
     QTest::addColumn<int>("cell");
