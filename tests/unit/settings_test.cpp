@@ -486,6 +486,15 @@ private slots:
     mSettings.SettingTouchValue(false);
     QCOMPARE(root.Read(QStringLiteral("/opt/touch.zel")).mid(48), QByteArray("more"));
   }
+  void fortyNineBytesAreReadAsFortyEight() {
+    const double values[] = {1, 2, 3, 4, 5, 6};
+    const QByteArray bytes = QByteArray(reinterpret_cast<const char*>(values), sizeof values) + 'x';
+    root.Write(QStringLiteral("/opt/touch.zel"), bytes);
+    mSettings.SettingTouchValue(true);
+    QCOMPARE(mSettings.mTouchValue.Load().alphaX, 1.0);
+    QCOMPARE(mSettings.mTouchValue.Load().deltaY, 6.0);
+    QCOMPARE(root.Read(QStringLiteral("/opt/touch.zel")), bytes);
+  }
   void ofAHugeFileOnlyTheBeginningIsKept() {
     const double values[] = {1, 2, 3, 4, 5, 6};
     root.Write(QStringLiteral("/opt/touch.zel"),
@@ -508,6 +517,7 @@ private slots:
     const auto of = [](std::initializer_list<double> values) {
       return QByteArray(reinterpret_cast<const char*>(values.begin()), qsizetype(values.size() * sizeof(double)));
     };
+    QTest::newRow("a byte") << QByteArray(1, '\1');
     QTest::newRow("short") << QByteArray(47, '\1');
     QTest::newRow("nan") << of({1, 2, std::nan(""), 4, 5, 6});
     QTest::newRow("infinite") << of({1, 2, 3, 4, 5, HUGE_VAL});
