@@ -2,8 +2,10 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QPaintEvent>
 #include <QTest>
 #include <QTimer>
+#include <functional>
 #include <memory>
 
 #include "gui/app/commandline.h"
@@ -68,6 +70,20 @@ protected:
     auto* label = TopScreen()->findChild<QLabel*>(QLatin1String(name));
     if (!label) qFatal("no label %s", name);
     return label;
+  }
+
+  /// What of the screen on top is painted at once by `step`.
+  static QRegion PaintedBy(const std::function<void()>& step) {
+    struct Spy : QObject {
+      QRegion painted;
+      bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint) painted += static_cast<QPaintEvent*>(event)->region();
+        return false;
+      }
+    } spy;
+    TopScreen()->installEventFilter(&spy);
+    step();
+    return spy.painted;
   }
 
   static QImage Seen(const QRect& area) {

@@ -1,5 +1,4 @@
 // Every option of the option screens, through its whole cycle, and the tiles beside them.
-#include <QPaintEvent>
 
 #include "gui/base/eventgate.h"
 #include "gui/parking/pfileinfo.h"
@@ -325,19 +324,10 @@ private slots:
     QFETCH(int, option);
     const Row row = Rows()[option];
     Open(row.screen);
-    struct Spy : QObject {
-      QRegion painted;
-      bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Paint) painted += static_cast<QPaintEvent*>(event)->region();
-        return false;
-      }
-    } spy;
-    TopScreen()->installEventFilter(&spy);
-    TapTile(row.row, row.column);
-    TopScreen()->removeEventFilter(&spy);
+    const QRegion painted = PaintedBy([&] { TapTile(row.row, row.column); });
     QRegion wanted = TileOf(row.row, row.column);
     if (row.screen == LCDSETTING && row.column == 1) wanted += TileOf(1, 3);
-    QCOMPARE(spy.painted, wanted);
+    QCOMPARE(painted, wanted);
   }
 
   // ---- the shares that follow

@@ -1,6 +1,5 @@
 #include "gui/setup/powercutsetting.h"
 
-#include <QPaintEvent>
 #include <limits>
 
 #include "tests/fake/screentest.h"
@@ -106,17 +105,8 @@ private slots:
   void onlyTheCellIsPainted() {
     Open(0, 1);
     QCoreApplication::processEvents();
-    struct Spy : QObject {
-      QRegion painted;
-      bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Paint) painted += static_cast<QPaintEvent*>(event)->region();
-        return false;
-      }
-    } spy;
-    TopScreen()->installEventFilter(&spy);
-    TapCell(7);
-    TopScreen()->removeEventFilter(&spy);
-    QCOMPARE(spy.painted, QRegion(CellOf(7)));
+    const QRegion painted = PaintedBy([] { TapCell(7); });
+    QCOMPARE(painted, QRegion(CellOf(7)));
   }
   void anUnknownBatteryChangesNothing() {
     Open(7, 1);
