@@ -40,6 +40,8 @@ void Give(QProcessEnvironment* environment, const QString& root) {
   environment->insert(QStringLiteral("FAKETIME_TIMESTAMP_FILE"), root + QLatin1String(device::kClock));
   environment->insert(QStringLiteral("FAKETIME_CACHE_DURATION"), QStringLiteral("1"));
   environment->insert(QStringLiteral("FAKETIME_DONT_FAKE_MONOTONIC"), QStringLiteral("1"));
+  // Otherwise a timed wait for a condition of the C library ends at once, or never.
+  environment->insert(QStringLiteral("FAKETIME_FORCE_MONOTONIC_FIX"), QStringLiteral("0"));
   environment->insert(QStringLiteral("FAKETIME_SHARED"), name + u' ' + name);
   environment->insert(QStringLiteral("NO_FAKE_STAT"), QStringLiteral("1"));
 }
