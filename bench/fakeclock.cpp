@@ -24,7 +24,7 @@ QByteArray Name() {
 QString Library() {
   const QDir libraries(QStringLiteral("/usr/lib"));
   for (const QString& folder : libraries.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
-    if (const QString file = libraries.filePath(folder + QStringLiteral("/faketime/libfaketimeMT.so.1"));
+    if (QString file = libraries.filePath(folder + QStringLiteral("/faketime/libfaketimeMT.so.1"));
         QFileInfo::exists(file))
       return file;
   return {};

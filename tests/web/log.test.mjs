@@ -111,7 +111,7 @@ test('a text is shown as it is, never as a part of the page', async () => {
   tell([entryOf(1, {name: text, arguments: {[text]: text}, error: text})]);
   const state = {screen: text, boxes: {own: {id: 1, name: text}, event: null}, root: text, log: 1, video: null, recorder: null,
                  interface: {running: true, starts: 1, ended: text}, lcd: {live: true, backlight: 0, width: 480, height: 320},
-                 touch: {down: false}};
+                 touch: {down: false}, panel: {skew: 0, x: 0, y: 0, noise: 0}};
   socket.send(JSON.stringify({type: 'state', state}));
   await newest(text);
   await page.locator('#seen', {hasText: text}).waitFor();
