@@ -63,6 +63,7 @@ private slots:
     QCOMPARE(mBench->Post("/api/interface/restart", "").status, 200);
     Restarted(starts);
     QTRY_COMPARE(Screen(), QStringLiteral("PREVIEW"));
+    QTRY_VERIFY(IsOverlayShown());
     QVERIFY(Hits());
 
     // Panel and calibration stay with the camera.
@@ -76,6 +77,7 @@ private slots:
     QVERIFY(mBench->Action(R"({"name": "touchMarker", "file": "reset"})"));
     Restarted(starts);
     QTRY_COMPARE(Screen(), QStringLiteral("PREVIEW"));
+    QTRY_VERIFY(IsOverlayShown());
     QTRY_VERIFY(!QFile::exists(folder.filePath(QStringLiteral("mnt/mmc/touch.txt"))));
     QVERIFY(!Hits());
     QVERIFY(mBench->Action(R"({"name": "panelStraight"})"));

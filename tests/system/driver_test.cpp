@@ -293,6 +293,7 @@ private slots:
     QCOMPARE(mBench->Post("/api/interface/restart", "").status, 200);
     QTRY_VERIFY_WITH_TIMEOUT(mBench->State("interface/starts").toInt() > starts, 10000);
     QTRY_COMPARE_WITH_TIMEOUT(Screen(), QStringLiteral("PREVIEW"), 10000);
+    QTRY_VERIFY(IsOverlayShown());  // a touch before the first picture would only hide it
     OpenMenu();
     QVERIFY(Tap(kTile21));
     QTRY_COMPARE(Screen(), QStringLiteral("DRIVINGSETTING"));
