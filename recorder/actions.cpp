@@ -258,6 +258,15 @@ constexpr Action kActions[] = {
      }},
     {"ledFailed", "Faults", "Front LED unit failed", Tell<RECV_ZEL_STATUS_FRONTLED_ERROR>},
 
+    {"commandsFail",
+     "Faults",
+     "The next commands fail",
+     [](P& p, const V& v, QString*) {
+       p.facts.failing = Whole(v[0]);
+       return true;
+     },
+     {Argument{"number", 0, 1000, 1}}},
+
     {"mute",
      "Sound",
      "Mute",

@@ -259,7 +259,10 @@ CommandServer::Answer DoCommand(Parts& parts, CommandServer::Client& client, qui
   if (data.size() == kInt) std::memcpy(&request.value, data.constData(), kInt);
   const Field* field = FindField(number);
   int result = kRefused;
-  if (field && data.size() != 0 && (data.size() == field->length || data.size() == field->otherLength))
+  const bool fits = field && data.size() != 0 && (data.size() == field->length || data.size() == field->otherLength);
+  if (fits && parts.facts.failing > 0)
+    --parts.facts.failing;
+  else if (fits)
     result = field->react(parts, request);
   else
     parts.hub.Note(field ? QStringLiteral("%1 takes %2 bytes, not %3.")

@@ -20,6 +20,7 @@ struct Facts {
   int gps = 2;    ///< 0 none, 1 searching, 2 fix
   int speed = 0;  ///< km/h
   bool accModel = false;
+  int failing = 0;  ///< commands that are refused from now on
 };
 
 /// The recorder taken apart.

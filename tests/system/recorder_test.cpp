@@ -707,6 +707,19 @@ private slots:
     }
   }
 
+  void commandsFailAsManyAsAskedFor() {
+    Start();
+    QVERIFY(Do("commandsFail", {{"number", 2}}));
+    QVERIFY(Ask(SFIELD_VIDEO_REC_STOP, 1) < 0);
+    QVERIFY(Last("command")["result"].toInt() < 0);
+    QVERIFY(Ask(SFIELD_GET_VOLTAGE, 0) < 0);
+    QVERIFY(mRecorder->State()["recording"].toBool());
+    QCOMPARE(Ask(SFIELD_VIDEO_REC_STOP, 1), 0);
+    QVERIFY(!mRecorder->State()["recording"].toBool());
+    QVERIFY(Do("commandsFail", {{"number", 2}}) && Do("commandsFail", {{"number", 0}}));
+    QCOMPARE(Ask(SFIELD_VIDEO_REC_START, 0), 0);
+  }
+
   void commandsAreLoggedWithTheirValue() {
     Start();
     QCOMPARE(Ask(SFIELD_SET_LCD_BRIGHT, -3), 0);
@@ -1315,7 +1328,7 @@ private slots:
     // Each of them is tried in this test: by its event, or one of these.
     for (const char* other :
          {"impact", "motion", "parkOut", "parkLowVoltage", "sdIn", "voiceEndSuppress", "updateMarker", "touchMarker",
-          "removeMarkers", "clock", "batteryType", "voltageVerdict", "factoryReset"})
+          "removeMarkers", "clock", "batteryType", "voltageVerdict", "factoryReset", "commandsFail"})
       QVERIFY2(names.remove(QLatin1String(other)), other);
     // Or in the test of the recordings.
     for (const char* other : {"shock", "sdFull", "sdCorrupt", "sdCheckFinds", "sdFormatFails"})
