@@ -91,10 +91,4 @@ inline constexpr QPoint kHome{40, 30};
 inline constexpr Way kWays[] = {
     {"PFILEGRAPH", {240, 283}}, {"TOUCHTEST", {}}, {"TOUCHCOMP", {}}, {"MOTIONSETTING", {}}};
 
-/// What the interface waits for until the recorder says it: no driver can end it.
-struct Awaited {
-  const char* shown;  // the screen, or its own box
-  int event;          // the recorder's answer
-};
-
 }  // namespace soak
