@@ -19,6 +19,7 @@
 #include "gui/setup/drivingsetting.h"
 #include "gui/setup/filedeletemethod.h"
 #include "gui/setup/filemanagement.h"
+#include "gui/setup/firmupwidget.h"
 #include "gui/setup/lcdsetting.h"
 #include "gui/setup/lowvoldetectionsetting.h"
 #include "gui/setup/mainmenu.h"
@@ -100,6 +101,7 @@ constexpr ScreenRow kScreens[] = {
     {BLACKBOXMANAGEMENT, "BlackboxManagement", Make<BlackboxManagement>},
     {SDMANAGEMENT, "SdManagement", Make<SdManagement>},
     {SDFORMAT, "SDFormat", Make<SDFormat>},
+    {FIRMUP, "FirmUpWidget", Make<FirmUpWidget>},
     {DRIVINGSETTING, "DrivingSetting", Make<DrivingSetting>},
     {PARKINGSETTING, "ParkingSetting", Make<ParkingSetting>},
     {AUDIOSETTING, "AudioSetting", Make<AudioSetting>},

@@ -12,6 +12,7 @@ int gOldRecvLcdValue = 0;
 float gRecvVoltage = 0;
 int gReturnVolume = 1;
 int gTouchTestStage = 0;
+int gFirmupCount = 0;
 bool g_bIsPrevWidgetParkingSetting = false;
 
 Relaxed<bool> gSdError = false;

@@ -20,6 +20,7 @@ extern int gOldRecvLcdValue;  ///< the one before it
 extern float gRecvVoltage;    ///< latest supply voltage, volts
 extern int gReturnVolume;     ///< recording volume that switching the microphone on again restores, 1..3
 extern int gTouchTestStage;   ///< start-up touch test: 0 not begun, 1 and 2 factory check, 3 done, 100 test only
+extern int gFirmupCount;      ///< phase of a firmware update: 0 it begins, 1 it runs, 2 it has ended
 extern bool g_bIsPrevWidgetParkingSetting;  ///< the parking report was opened from the parking settings
 
 // Written by the message thread, read and cleared by the GUI thread.

@@ -10,9 +10,10 @@ class TestRoot {
 public:
   TestRoot() {
     for (const char* folder : {"opt/gui/ini", "opt/ipnc/voice", "tmp", "mnt/mmc/Setup", "mnt/nand", "proc/pwm",
-                               "proc/sys/vm", "dev/input", "run"})
+                               "proc/sys/vm", "dev/input", "run", "usr/local"})
       QDir(mFolder.path()).mkpath(QLatin1String(folder));
-    QFile::link(QStringLiteral(BINARY_DIR "/pictures/opt/gui/images"), Path("/opt/gui/images"));
+    for (const char* pictures : {"/opt/gui/images", "/usr/local/etc"})
+      QFile::link(QStringLiteral(BINARY_DIR "/pictures") + QLatin1String(pictures), Path(QLatin1String(pictures)));
     qputenv("DASHCAM_ROOT", mFolder.path().toLocal8Bit());
   }
 

@@ -80,6 +80,10 @@ private slots:
     row(device::kPointerCalibration, "/mnt/nand/pointercal");
     row(device::kUpdateMarker, "/tmp/update.zel");
     row(device::kUpdateMarker2, "/tmp/update.zel2");
+    row(device::kUpdateStartPicture, "/usr/local/etc/fwupdatestart.bmp");
+    row(device::kUpdateRunsPicture, "/usr/local/etc/fwupdating.bmp");
+    row(device::kUpdateEndPicture, "/usr/local/etc/fwupdateend.bmp");
+    row(device::kUpdateBarPicture, "/usr/local/etc/bottom.bmp");
     row(device::kManualEventMarker, "/tmp/ndf");
     row(device::kParkingReport, "/tmp/.info.bin");
     row(device::kCustomPictureOnCard, "/mnt/mmc/Setup/picture.bmp");

@@ -19,6 +19,7 @@ private slots:
     QCOMPARE(gRecvLcdValue, 0);
     QCOMPARE(gOldRecvLcdValue, 0);
     QCOMPARE(gTouchTestStage, 0);
+    QCOMPARE(gFirmupCount, 0);
     QVERIFY(!g_bIsPrevWidgetParkingSetting);
     QVERIFY(!gSdError);
     QVERIFY(!gInitSdError);
