@@ -31,8 +31,8 @@ constexpr int kAnswerMs = 8000;        // longer than recorder's format and chec
 constexpr int kWarmUp = 3;             // bouts of one interface until its memory is measured
 constexpr qint64 kMoreMemory = 65536;  // kB, what may come on top
 constexpr int kMoreFiles = 4, kMoreThreads = 2;
-constexpr int kSteps = 30;      // in a bout
-constexpr int kKilledEach = 6;  // bouts: in one of them the interface is ended
+constexpr int kSteps = 60;      // in a bout, beside its two walks
+constexpr int kKilledEach = 5;  // bouts: in one of them the interface is ended
 
 constexpr char kSettings[] = "/opt/gui/ini/config_firm.ini";
 
@@ -318,9 +318,9 @@ public:
     for (const QJsonValue& action : mBench->Get("/api/actions").Json().value(QStringLiteral("actions")).toArray())
       (EndsInterface(action.toObject()) ? mEnds : mActions) << action.toObject();
     for (int bout = 1; double(mClock.elapsed()) < minutes * 60000; ++bout) {
+      mIsWild = Below(4) == 0;
       Write(QStringLiteral("-- bout %1").arg(bout));
-      Walk();
-      for (int i = 0; i < kSteps; ++i) AnyStep();
+      for (int i = 0; i < kSteps; ++i) i % (kSteps / 2) == 0 ? Walk() : AnyStep();
       if (bout % kKilledEach == 0) EndInterface();
       GoHome();
       LookAtSettings();
@@ -332,10 +332,10 @@ public:
 
 private:
   struct Step {
-    int weight;
+    int weight[2];  // in a quiet bout, in a wild one
     void (Monkey::*play)();
   };
-  static const Step kPlays[];
+  static const Step kPlays[11];
 
   int Below(int end) { return mRandom.bounded(end); }
 
@@ -350,15 +350,15 @@ private:
   void Played(const QString& what) {
     ++mSteps;
     Write(QStringLiteral("monkey: ") + what);
-    Pause(80 + Below(400));
+    Pause(50 + Below(300));
   }
 
   void AnyStep() {
     int all = 0;
-    for (const Step* step = kPlays; step->play; ++step) all += step->weight;
+    for (const Step& step : kPlays) all += step.weight[mIsWild];
     int at = Below(all);
     const Step* step = kPlays;
-    for (; at >= step->weight; ++step) at -= step->weight;
+    for (; at >= step->weight[mIsWild]; ++step) at -= step->weight[mIsWild];
     (this->*step->play)();
   }
 
@@ -495,13 +495,16 @@ private:
   QRandomGenerator mRandom;
   QList<QJsonObject> mActions;
   QList<QJsonObject> mEnds;  // those that end the interface
+  bool mIsWild = false;
   int mSteps = 0;
 };
 
+// Boxes of events keep touches away, so most bouts have few of them.
 const Monkey::Step Monkey::kPlays[] = {
-    {60, &Monkey::AnyTouch}, {3, &Monkey::AnyDrag}, {14, &Monkey::AnyEvent},        {14, &Monkey::AnyAction},
-    {3, &Monkey::AnyClock},  {3, &Monkey::AnyCard}, {2, &Monkey::AnyRecorder},      {3, &Monkey::AnyRefusal},
-    {2, &Monkey::AnyHang},   {6, &Monkey::AnyFile}, {2, &Monkey::AnyRecordingGoes}, {0, nullptr},
+    {{80, 50}, &Monkey::AnyTouch},  {{3, 3}, &Monkey::AnyDrag},          {{3, 16}, &Monkey::AnyEvent},
+    {{3, 16}, &Monkey::AnyAction},  {{1, 3}, &Monkey::AnyClock},         {{1, 4}, &Monkey::AnyCard},
+    {{1, 3}, &Monkey::AnyRecorder}, {{2, 4}, &Monkey::AnyRefusal},       {{1, 2}, &Monkey::AnyHang},
+    {{3, 6}, &Monkey::AnyFile},     {{1, 2}, &Monkey::AnyRecordingGoes},
 };
 
 int main(int argc, char** argv) {
