@@ -73,8 +73,12 @@ void MotionSetting::Toggle(int cell) {
   repaint();
 }
 
+// What was answered is being saved, or a format of the card is asked for: those boxes wait for their end. Left before
+// that, the screen would take the restart of recording with it.
 void MotionSetting::recvEvent(int event, int) {
-  if (event == RECV_ZEL_STATUS_LCD_KEY) PaintMessageBox(MOTION_SETTING_APPLY, false, 0, 0);
+  const bool own = mMessageId == MOTION_SETTING_APPLY || mMessageId == MOTION_SETTING_TO_MENU;
+  if (event != RECV_ZEL_STATUS_LCD_KEY || (mIsShowMessageBox && !own)) return;
+  PaintMessageBox(MOTION_SETTING_APPLY, false, 0, 0);
 }
 
 void MotionSetting::MessageBoxHandler(int, int x, int y, int messageId) {

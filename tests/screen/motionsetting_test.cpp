@@ -151,6 +151,25 @@ private slots:
     TapRightButton();
     QCOMPARE(Box(), int{MOTION_SETTING_TO_MENU});
   }
+  void thePowerKeyDoesNotDisturbTheSaving() {
+    Open(1, kAll, 0);
+    Setting().gps_speed_display = Saved().gps_speed_display + 1;
+    PowerKey();
+    TapLeftButton();
+    QCOMPARE(Box(), int{SETUP_SAVING});
+    PowerKey();
+    QCOMPARE(Box(), int{SETUP_SAVING});
+    QVERIFY(TopScreen()->GetRestartRecStartFlag());
+  }
+  void thePowerKeyDoesNotHideTheQuestionForAFormat() {
+    Open(1, kAll, 0);
+    Setting().fps = Saved().fps + 1;
+    PowerKey();
+    TapLeftButton();
+    QCOMPARE(Box(), int{FRAME_SETTING_CHANGE_NEED_FORMAT});
+    PowerKey();
+    QCOMPARE(Box(), int{FRAME_SETTING_CHANGE_NEED_FORMAT});
+  }
   void cancellingChangesNothing() {
     Open(1, kAll & ~kTopLeft, 0);
     gEnvirnmentSettings.AllSetSettingConfig();
