@@ -98,6 +98,12 @@ void Bench::Connect() {
 }
 
 bool Bench::Start(const QString& scenario, QString* error) {
+void Bench::Begin(quint32 seed, const QDateTime& clock, const QObject* replay) {
+  mPanel.Seed(seed);
+  mClock = clock;
+  mReplay = replay;
+}
+
   if (!mShell.Open(error)) return false;
   if (const Reply reply = StartRecorder(); !reply.IsGood()) {
     *error = reply.error;
@@ -144,10 +150,17 @@ Reply Bench::StartRecorder() {
   connect(mRecorder.get(), &Recorder::TapWanted, this, &Bench::TapForScenario);
   mRecorder->SetCameras([this](int camera, qint64 ms, Picture* picture) {
     const QImage seen = mLcd.Road().Camera(camera, ms, QSize(picture->width, picture->height));
+  connect(mRecorder.get(), &Recorder::EventWanted, this, &Bench::EventTaken);
+  connect(mRecorder.get(), &Recorder::ActionWanted, this, &Bench::ActionTaken);
+  connect(mRecorder.get(), &Recorder::Stored, this, &Bench::Stored);
+  const bool isFirst = !mSession.isValid();
+  if (isFirst) mSession.start();
+  if (mClock.isValid()) mRecorder->SetMachineClock(mClock.addMSecs(SessionMs()), !isFirst);
+  if (mReplay) mRecorder->FollowReplay();
     std::memcpy(picture->pixels.data(), seen.constBits(), picture->pixels.size() * sizeof(quint32));
   });
   QString error;
-  const bool started = mRecorder->Start(&error) && mRecorder->FillNewCard(&error);
+  const bool started = mRecorder->Start(&error) && mRecorder->FillNewCard(&error, mClock);
   if (!started) mRecorder.reset();
   ShowVideo();
   return started ? Reply() : Reply::NotNow(error);
@@ -186,9 +199,23 @@ void Bench::ShowVideo() {
 
 // ---- what comes from outside
 
+void Bench::SkipTime(qint64 ms) {
+  mSkipped += ms;
+  if (mRecorder) mRecorder->SkipTime(ms);
+}
+
+void Bench::Store(const QJsonObject& what) {
+  if (QString error; mRecorder && !mRecorder->Store(what, &error)) Note(error);
+}
+
 Reply Bench::Touch(const QJsonObject& request, const QObject* owner) {
   Members members(request);
+Reply Bench::CheckOwner(const QObject* owner) const {
+  return mReplay && owner != mReplay ? Reply::NotNow(QStringLiteral("A recording is being replayed.")) : Reply();
+}
+
   const QString action =
+  if (Reply reply = CheckOwner(owner); !reply.IsGood()) return reply;
       members.Choice("action", {QStringLiteral("tap"), QStringLiteral("press"), QStringLiteral("release")});
   const bool isTap = action == QLatin1String("tap");
   Finger::Spot spot;
@@ -205,7 +232,8 @@ Reply Bench::Touch(const QJsonObject& request, const QObject* owner) {
   return isTap ? mFinger.Tap(spot, ms, owner) : mFinger.Press(spot, owner);
 }
 
-Reply Bench::Event(const QJsonObject& request) {
+Reply Bench::Event(const QJsonObject& request, const QObject* owner) {
+  if (Reply reply = CheckOwner(owner); !reply.IsGood()) return reply;
   Members members(request);
   const int event = members.Whole("event", RECV_ZEL_STATUS_SYS_RESTART, RECV_ZEL_STATUS_PARK_INFO_CLOSE);
   const int value = members.Whole("value", std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), 0);
@@ -213,9 +241,11 @@ Reply Bench::Event(const QJsonObject& request) {
   if (!mRecorder) return NoRecorder();
   if (mRecorder->SendStatus(event, value)) return {};
   return Reply::NotNow(QStringLiteral("The status queue is full: the interface was not told."));
+  emit EventTaken(request);
 }
 
-Reply Bench::Action(const QJsonObject& request) {
+Reply Bench::Action(const QJsonObject& request, const QObject* owner) {
+  if (Reply reply = CheckOwner(owner); !reply.IsGood()) return reply;
   // The log keeps it whole.
   if (QJsonDocument(request).toJson(QJsonDocument::Compact).size() > kLargestAction)
     return Reply::Bad(QStringLiteral("An action has at most %1 bytes.").arg(kLargestAction));
@@ -225,6 +255,7 @@ Reply Bench::Action(const QJsonObject& request) {
   if (const QString error = members.Error(); !error.isEmpty()) return Reply::Bad(error);
   for (const OwnAction& action : kOwnActions)
     if (name == QLatin1String(action.name)) return DoOwn(action, arguments);
+  emit ActionTaken(request);
   return DoRecorders(name, arguments);
 }
 
@@ -314,6 +345,17 @@ QJsonObject Bench::State() const {
           {QStringLiteral("lcd"), QJsonObject{{QStringLiteral("width"), 480},
                                               {QStringLiteral("height"), 320},
                                               {QStringLiteral("live"), mLcd.IsLive()},
+QJsonObject Bench::Shown() const {
+  const QJsonObject boxes = mReport.Boxes();
+  const auto nameOf = [&boxes](const char* slot) {
+    return TextOrNull(boxes.value(QLatin1String(slot)).toObject().value(QLatin1String("name")).toString());
+  };
+  return {{QStringLiteral("screen"), TextOrNull(mReport.Screen())},
+          {QStringLiteral("own"), nameOf("own")},
+          {QStringLiteral("event"), nameOf("event")},
+          {QStringLiteral("dark"), mShell.Backlight() == 0}};
+}
+
                                               {QStringLiteral("backlight"), mShell.Backlight()}}},
           {QStringLiteral("touch"), QJsonObject{{QStringLiteral("down"), mFinger.IsDown()}}},
           {QStringLiteral("panel"), QJsonObject{{QStringLiteral("skew"), mPanel.Mounted().skew},

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QDateTime>
+#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QObject>
@@ -28,18 +30,35 @@ public:
   /// Starts everything. `scenario`: a file that the recorder plays, or empty. False with one sentence in `error`.
   bool Start(const QString& scenario, QString* error);
 
+  /// How a recording of use begins, and its replay: with the seed of all that is random, and with `clock` as this
+  /// machine's. A replay also says what comes on the card, and nobody else gives input. Before Start().
+  void Begin(quint32 seed, const QDateTime& clock, const QObject* replay = nullptr);
+
   /// Ends everything, in order.
   void Stop();
 
   /// Does what came from outside: the members of docs/bench.md. `owner`: see Finger.
   Reply Touch(const QJsonObject& request, const QObject* owner);
-  Reply Event(const QJsonObject& request);
-  Reply Action(const QJsonObject& request);
+  Reply Event(const QJsonObject& request, const QObject* owner = nullptr);
+  Reply Action(const QJsonObject& request, const QObject* owner = nullptr);
   void RestartInterface() { mSupervisor.RestartInterface(); }
 
   QJsonObject State() const;
 
   /// Every action and every status event.
+  /// What a person sees in one word each: "screen", "own", "event" (names, or null), "dark" (the backlight is off).
+  QJsonObject Shown() const;
+  QImage Drawn() const { return mLcd.Raw(); }
+
+  /// Milliseconds since Start(), and those that were left out.
+  qint64 SessionMs() const { return mSession.isValid() ? mSession.elapsed() + mSkipped : 0; }
+
+  /// Leaves out `ms` of the session, or puts them back in: the camera's clock follows.
+  void SkipTime(qint64 ms);
+
+  /// Puts on the card what Stored() told.
+  void Store(const QJsonObject& what);
+
   static QJsonObject Actions();
 
   BenchLog& Log() { return mLog; }
@@ -51,6 +70,10 @@ signals:
   void Clicked();      ///< the key click sounds
   void ScreenShown();  ///< the interface has shown its first screen
 
+  /// An event, or an action, is about to be done: the members as of Event() and Action().
+  void EventTaken(const QJsonObject& request);
+  void ActionTaken(const QJsonObject& request);
+  void Stored(const QJsonObject& what);  ///< see Recorder
 private:
   struct OwnArgument;
   struct OwnAction;
@@ -69,6 +92,7 @@ private:
   Reply DoOwn(const OwnAction& action, const QJsonObject& arguments);
   Reply DoRecorders(const QString& name, const QJsonObject& arguments);
   void TapForScenario(int x, int y);
+  Reply CheckOwner(const QObject* owner) const;
   void LogRecorder(const QJsonObject& entry);
   void ShowVideo();
   QJsonValue VideoState() const;
@@ -85,3 +109,7 @@ private:
   bool mIsEventLost = false;            // the recorder could not send an event
   bool mHasShown = false;
 };
+  QDateTime mClock;                  // null: this machine's
+  const QObject* mReplay = nullptr;  // null: input is anybody's
+  QElapsedTimer mSession;
+  qint64 mSkipped = 0;  // ms of the session that were left out

@@ -6,9 +6,9 @@
 void BenchLog::Add(QJsonObject entry) {
   entry.insert(QStringLiteral("number"), ++mLast);
   entry.insert(QStringLiteral("time"), QDateTime::currentMSecsSinceEpoch());
-  mEntries.push_back(std::move(entry));
+  mEntries.push_back(entry);
   if (mEntries.size() > kMost) mEntries.pop_front();
-  emit Added();
+  emit Added(entry);
 }
 
 void BenchLog::Add(const char* kind, const QString& name) {

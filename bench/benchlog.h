@@ -27,7 +27,7 @@ public:
   static constexpr qsizetype kMost = 2000;
 
 signals:
-  void Added();
+  void Added(const QJsonObject& entry);
 
 private:
   std::deque<QJsonObject> mEntries;

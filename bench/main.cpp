@@ -2,21 +2,31 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QRandomGenerator>
 #include <QTextStream>
+#include <memory>
 
 #include "bench/bench.h"
 #include "bench/janitor.h"
+#include "bench/recordroot.h"
+#include "bench/recordwriter.h"
+#include "bench/replay.h"
 #include "bench/rootfolder.h"
 #include "bench/signals.h"
 #include "bench/webserver.h"
 
 namespace {
 constexpr char kHelp[] =
-    "Usage: dashcam-bench [--port N] [--root DIR] [--scenario FILE]\n"
+    "Usage: dashcam-bench [--port N] [--root DIR] [--scenario FILE] [--record FILE]\n"
+    "       dashcam-bench [--port N] --replay FILE [--fast] [--differences DIR] [--record FILE]\n"
     "Runs the dash camera's interface with a simulated recorder, and serves it to a browser on 127.0.0.1.\n"
     "  --port N         0..65535, 8480 unless given; 0 takes a free one\n"
     "  --root DIR       the folder that stands for the camera's file system; it is kept\n"
     "  --scenario FILE  plays a file of events and actions\n"
+    "  --record FILE    writes everything that happens to a file, for --replay\n"
+    "  --replay FILE    plays such a file, says what is different, and ends; the exit code is 1 when something is\n"
+    "  --fast           as soon as the interface shows what it showed, without the waiting of a person\n"
+    "  --differences DIR  puts the pictures that are different there\n"
     "  --help           prints this\n";
 
 struct Options {
@@ -24,14 +34,32 @@ struct Options {
   quint16 port = 8480;
   QString root;
   QString scenario;
+  QString record;
+  QString replay;
+  Replay::Options how;  // of the replay
 };
+
+// What goes together.
+QString Conflict(const QCommandLineParser& parser) {
+  const bool isReplay = parser.isSet(QStringLiteral("replay"));
+  for (const char* option : {"root", "scenario"})
+    if (isReplay && parser.isSet(QLatin1String(option)))
+      return QStringLiteral("--replay begins as its recording did: without --%1.").arg(QLatin1String(option));
+  for (const char* option : {"fast", "differences"})
+    if (!isReplay && parser.isSet(QLatin1String(option)))
+      return QStringLiteral("--%1 goes with --replay only.").arg(QLatin1String(option));
+  return {};
+}
 
 bool ReadOptions(const QStringList& arguments, Options* options, QString* error) {
   const QCommandLineOption help(QStringLiteral("help")), port(QStringLiteral("port"), {}, QStringLiteral("N")),
       root(QStringLiteral("root"), {}, QStringLiteral("DIR")),
-      scenario(QStringLiteral("scenario"), {}, QStringLiteral("FILE"));
+      scenario(QStringLiteral("scenario"), {}, QStringLiteral("FILE")),
+      record(QStringLiteral("record"), {}, QStringLiteral("FILE")),
+      replay(QStringLiteral("replay"), {}, QStringLiteral("FILE")), fast(QStringLiteral("fast")),
+      differences(QStringLiteral("differences"), {}, QStringLiteral("DIR"));
   QCommandLineParser parser;
-  parser.addOptions({help, port, root, scenario});
+  parser.addOptions({help, port, root, scenario, record, replay, fast, differences});
   if (!parser.parse(arguments)) {
     *error = parser.errorText();
     return false;
@@ -43,10 +71,14 @@ bool ReadOptions(const QStringList& arguments, Options* options, QString* error)
   options->help = parser.isSet(help);
   options->root = parser.value(root);
   options->scenario = parser.value(scenario);
+  options->record = parser.value(record);
+  options->replay = parser.value(replay);
+  options->how = {parser.isSet(fast), parser.value(differences)};
   bool isNumber = true;
   if (parser.isSet(port)) options->port = parser.value(port).toUShort(&isNumber);
   if (!isNumber) *error = QStringLiteral("--port takes a number from 0 to 65535.");
-  for (const QCommandLineOption& option : {root, scenario})
+  if (error->isEmpty()) *error = Conflict(parser);
+  for (const QCommandLineOption& option : {root, scenario, record, replay, differences})
     if (parser.isSet(option) && parser.value(option).isEmpty())
       *error = QStringLiteral("--%1 takes a path.").arg(option.names().constFirst());
   return error->isEmpty();
@@ -57,20 +89,64 @@ int Fail(int code, const QString& error) {
   return code;
 }
 
-int Run(const RootFolder& root, const Options& options) {
+void Say(const QString& line) {
+  QTextStream(stdout) << line << '\n' << Qt::flush;
+}
+
+/// The start of a recording, and what is being replayed.
+struct Session {
+  RecordFile begin;
+  bool isReplay = false;
+};
+
+// Before anything is put below the root.
+bool Prepare(const RootFolder& root, const Options& options, Session* session, QString* error) {
+  if (session->isReplay) return recordroot::Restore(session->begin.root, root.Path(), error);
+  if (options.record.isEmpty()) return true;
+  session->begin.seed = QRandomGenerator::global()->generate();
+  session->begin.root = recordroot::Describe(root.Path(), root.IsFresh());
+  session->begin.clock = QDateTime::currentDateTime();
+  return true;
+}
+
+// Until a signal, or until the replay has ended; the exit code.
+int Serve(Bench& bench, Replay* replay) {
+  OnEndSignal(qApp, [] { QCoreApplication::quit(); });
+  if (!replay) return QCoreApplication::exec();
+  bool hasEnded = false;
+  QObject::connect(replay, &Replay::Differs, &bench, Say);
+  QObject::connect(replay, &Replay::Ended, &bench, [&hasEnded] {
+    hasEnded = true;
+    QCoreApplication::quit();
+  });
+  replay->Start();
+  QCoreApplication::exec();
+  if (!hasEnded) return Fail(1, QStringLiteral("The replay was ended before its end."));
+  Say(replay->Summary());
+  return replay->Differences() == 0 ? 0 : 1;
+}
+
+int Run(const RootFolder& root, const Options& options, Session* session) {
   const QString build = QCoreApplication::applicationDirPath() + QStringLiteral("/..");
   QString error;
-  if (!root.Furnish(build + QStringLiteral("/pictures"), &error)) return Fail(1, error);
+  if (!Prepare(root, options, session, &error) || !root.Furnish(build + QStringLiteral("/pictures"), &error))
+    return Fail(1, error);
   Bench bench(build + QStringLiteral("/gui/dashcam-gui"), root);
   WebServer server(bench);
-  QObject::connect(&bench, &Bench::ScreenShown, [&server] {
-    QTextStream(stdout) << "Dash camera: http://127.0.0.1:" << server.Port() << "/\n" << Qt::flush;
-  });
+  QObject::connect(&bench, &Bench::ScreenShown,
+                   [&server] { Say(QStringLiteral("Dash camera: http://127.0.0.1:%1/").arg(server.Port())); });
+  std::unique_ptr<Replay> replay;
+  if (session->isReplay) replay = std::make_unique<Replay>(bench, session->begin, options.how);
+  if (session->isReplay || !options.record.isEmpty())
+    bench.Begin(session->begin.seed, session->begin.clock, replay.get());
+  RecordWriter writer(bench);
+  QObject::connect(&writer, &RecordWriter::Failed, [](const QString& sentence) { Fail(1, sentence); });
+  if (!options.record.isEmpty() && !writer.Open(options.record, session->begin, &error)) return Fail(1, error);
   if (!server.Listen(options.port, &error) || !bench.Start(options.scenario, &error)) return Fail(1, error);
-  OnEndSignal(qApp, [] { QCoreApplication::quit(); });
-  QCoreApplication::exec();
+  const int code = Serve(bench, replay.get());
+  writer.Finish();
   bench.Stop();
-  return 0;
+  return code;
 }
 }  // namespace
 
@@ -84,10 +160,15 @@ int main(int argc, char** argv) {
     QTextStream(stdout) << kHelp;
     return 0;
   }
+  Session session;
+  session.isReplay = !options.replay.isEmpty();
+  if (session.isReplay &&
+      (!session.begin.Read(options.replay, &error) || !recordroot::Check(session.begin.root, &error)))
+    return Fail(2, error);
   RootFolder root;
   if (!root.Take(options.root, &error)) return Fail(1, error);
   qputenv("PLATFORM_KEY", QByteArray::number(root.PlatformKey()));
   const Janitor janitor(root.Path(), root.IsFresh());
   if (!janitor.IsReady()) return Fail(1, QStringLiteral("No process can be made."));
-  return Run(root, options);
+  return Run(root, options, &session);
 }

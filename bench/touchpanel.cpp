@@ -9,7 +9,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRandomGenerator>
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
@@ -76,7 +75,7 @@ QPoint TouchPanel::RawAt(int x, int y) const {
   const QPointF felt = mMounting.Felt(QPointF(x, y));
   const double rawY = std::round((felt.x() + kAim - kXAtZero) / kXOfY);
   const double rawX = std::round((felt.y() + kAim - kYAtZero - kYOfY * rawY) / kYOfX);
-  const auto noise = [this] { return QRandomGenerator::global()->bounded(-mMounting.noise, mMounting.noise + 1); };
+  const auto noise = [this] { return mNoise.bounded(-mMounting.noise, mMounting.noise + 1); };
   return {OnPanel(rawX + noise()), OnPanel(rawY + noise())};
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPoint>
+#include <QRandomGenerator>
 #include <QString>
 
 #include "bench/mounting.h"
@@ -32,6 +33,9 @@ public:
   /// The panel units that a finger at a pixel of the screen gives; without noise it is met to one pixel.
   QPoint RawAt(int x, int y) const;
 
+  /// What the noise of the touches follows.
+  void Seed(quint32 seed) { mNoise.seed(seed); }
+
   void Mount(const Mounting& mounting) { mMounting = mounting; }
   const Mounting& Mounted() const { return mMounting; }
 
@@ -43,6 +47,7 @@ private:
   bool Write(const Report& report, QString* error);
 
   Mounting mMounting;
+  mutable QRandomGenerator mNoise{QRandomGenerator::global()->generate()};
   int mFifo = -1;
   bool mIsDown = false;
 };

@@ -178,8 +178,7 @@ WebServer::Answer WebServer::Log(const QHttpServerRequest& request) {
 
 WebServer::Answer WebServer::Restart(const QHttpServerRequest& request) {
   if (!request.body().isEmpty()) return Of(Reply::Bad(QStringLiteral("This takes no body.")));
-  mBench.RestartInterface();
-  return Of({});
+  return Of(mBench.Action({{QStringLiteral("name"), QStringLiteral("interfaceRestart")}}));
 }
 
 WebServer::Answer WebServer::Take(const QHttpServerRequest& request,

@@ -108,7 +108,7 @@ bool SetClock(Parts& parts, const Values& values, QString* error) {
   Clock& clock = parts.hub.clock;
   const QTime late(23, 59, 50);
   const QDateTime times[] = {{},
-                             QDateTime(QDate::currentDate(), late),
+                             QDateTime(clock.Machine().date(), late),
                              QDateTime(QDate(2028, 2, 28), late),
                              QDateTime(QDate(2100, 1, 1), QTime(0, 0))};
   const QDateTime& to = times[static_cast<size_t>(values[0])];
@@ -314,6 +314,7 @@ constexpr Action kActions[] = {
      {Argument{"file", 0, 0, 0, false, false, kTouchMarkers}}},
     {"removeMarkers", "Start-up", "Remove all these markers", RemoveMarkers},
 };
+     "Start-up",
 
 const Action* FindAction(const QString& name) {
   const auto* found = std::find_if(std::begin(kActions), std::end(kActions),

@@ -42,6 +42,10 @@ QString TimeText(const QDateTime& time) {
   return time.toString(QStringLiteral("yyyyMMdd_HHmmss"));
 }
 
+QDateTime TimeOf(const QString& text) {
+  return QDateTime::fromString(text, QStringLiteral("yyyyMMdd_HHmmss"));
+}
+
 QString FileName(const Label& label, int camera) {
   return QStringLiteral("%1%2_%3%4.avi")
       .arg(QLatin1String(kKinds[static_cast<int>(label.kind)]))
@@ -78,15 +82,18 @@ bool CardFolder::Has(const QDateTime& start) const {
 }
 
 bool CardFolder::Write(const Label& label, int camera, const QByteArray& avi, qint64 modified) const {
-  if (avi.isEmpty()) return false;
+  return !avi.isEmpty() && WriteFile(FileName(label, camera), avi + Trailer(label), modified);
+}
+
+bool CardFolder::WriteFile(const QString& name, const QByteArray& bytes, qint64 modified) const {
   QFile file(Path(QLatin1String(kUnfinished)));
   const timespec time{static_cast<time_t>(modified / 1000), static_cast<long>(modified % 1000 * 1000000)};
   const timespec times[] = {time, time};
-  const bool good = file.open(QIODevice::WriteOnly) && file.write(avi + Trailer(label)) == avi.size() + 4 &&
-                    file.flush() && futimens(file.handle(), times) == 0;
+  const bool good = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush() &&
+                    futimens(file.handle(), times) == 0;
   file.close();
-  if (good && std::rename(QFile::encodeName(file.fileName()).constData(),
-                          QFile::encodeName(Path(FileName(label, camera))).constData()) == 0)
+  if (good &&
+      std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(Path(name)).constData()) == 0)
     return true;
   file.remove();
   return false;

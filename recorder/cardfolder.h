@@ -29,6 +29,9 @@ QByteArray Trailer(const Label& label);
 /// "20260131_235959"
 QString TimeText(const QDateTime& time);
 
+/// The time of such a text; null for another one.
+QDateTime TimeOf(const QString& text);
+
 /// The files on the card.
 class CardFolder {
 public:
@@ -45,6 +48,9 @@ public:
 
   /// Puts a recording on the card, whole or not at all. It was changed last at `modified`, ms since 1970.
   bool Write(const Label& label, int camera, const QByteArray& avi, qint64 modified) const;
+
+  /// The same with all bytes of the file.
+  bool WriteFile(const QString& name, const QByteArray& bytes, qint64 modified) const;
 
   /// Removes the oldest recordings that the driver did not protect, as long as there are more than `most`; at most
   /// `atOnce`, so that a card full of many stays so.

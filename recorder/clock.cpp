@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <cmath>
 
 #include "recorder/files.h"
 
@@ -9,18 +10,36 @@ namespace recorder {
 namespace {
 constexpr qint64 kLongest = 16;              // bytes of the file
 constexpr qint64 kFarthest = 10000000000LL;  // seconds
+
+qint64 Seconds(qint64 ms) {
+  return std::llround(static_cast<double>(ms) / 1000);
+}
 }  // namespace
 
 Clock::Clock(const QString& file) : mFile(file) {
   QFile offset(mFile);
-  bool good = false;
+  qint64 seconds = 0;
   if (QFileInfo(offset).isFile() && offset.open(QIODevice::ReadOnly))
-    mOffset = offset.read(kLongest).trimmed().toLongLong(&good);
-  if (!good || std::abs(mOffset) > kFarthest) mOffset = 0;
+    seconds = offset.read(kLongest).trimmed().toLongLong();
+  if (std::abs(seconds) <= kFarthest) mOffset = seconds * 1000;
+}
+
+qint64 Clock::Offset() const {
+  return Seconds(mOffset);
+}
+
+void Clock::SetMachine(const QDateTime& now, bool wasTaken) {
+  mShift = QDateTime::currentDateTime().msecsTo(now);
+  if (wasTaken) mOffset -= mShift;
+}
+
+bool Clock::Skip(qint64 ms) {
+  mShift += ms;
+  return Save();
 }
 
 bool Clock::Set(const QDateTime& now) {
-  return Move(QDateTime::currentDateTime().secsTo(now));
+  return Move(Machine().msecsTo(now));
 }
 
 bool Clock::SetReal() {
@@ -33,7 +52,8 @@ bool Clock::Move(qint64 offset) {
 }
 
 bool Clock::Save() const {
-  return WriteWhole(mFile, (mOffset < 0 ? QByteArray() : QByteArray("+")) + QByteArray::number(mOffset) + '\n');
+  const qint64 seconds = Seconds(mOffset + mShift);
+  return WriteWhole(mFile, (seconds < 0 ? QByteArray() : QByteArray("+")) + QByteArray::number(seconds) + '\n');
 }
 
 }  // namespace recorder

@@ -12,8 +12,18 @@ public:
   /// `file` holds "+3600" or "-3600", seconds; the clock is this machine's without it.
   explicit Clock(const QString& file);
 
-  QDateTime Now() const { return QDateTime::currentDateTime().addSecs(mOffset); }
-  qint64 Offset() const { return mOffset; }  ///< seconds
+  QDateTime Now() const { return Machine().addMSecs(mOffset); }
+  qint64 Offset() const;  ///< seconds, rounded, from this machine's clock
+
+  /// This machine's clock, or what a replay takes for it.
+  QDateTime Machine() const { return QDateTime::currentDateTime().addMSecs(mShift); }
+
+  /// Takes `now` for this machine's clock from now on. `wasTaken`: the file was written when that was so already.
+  /// Save() writes it.
+  void SetMachine(const QDateTime& now, bool wasTaken);
+
+  /// Time was left out: moves both on by `ms`, back when that is below 0. False when the file cannot be written.
+  bool Skip(qint64 ms);
 
   /// Writes the file as it is held here. False when that is impossible.
   bool Save() const;
@@ -28,7 +38,8 @@ private:
   bool Move(qint64 offset);
 
   QString mFile;
-  qint64 mOffset = 0;
+  qint64 mOffset = 0;  // ms, of the device's clock from this machine's
+  qint64 mShift = 0;   // ms, of what a replay takes for this machine's clock
 };
 
 }  // namespace recorder

@@ -2,6 +2,7 @@
 
 #include "recorder/cameras.h"
 #include "recorder/card.h"
+#include "recorder/clipfacts.h"
 #include "recorder/commandserver.h"
 #include "recorder/frontled.h"
 #include "recorder/manualevent.h"
@@ -39,6 +40,7 @@ struct Parts {
   FrontLed frontLed{hub};
   Card card{hub};
   Recording recording{hub, voice, cameras, card};
+  ClipMaker clips{[this](int camera, qint64 ms, Picture* picture) { source(camera, ms, picture); }};  // of a replay
   Playback playback{hub, card};
   Parking parking{hub, cameras, recording};
   ManualEvent manualEvent{hub, recording};

@@ -1,6 +1,8 @@
 #include "recorder/recorder.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 
 #include "recorder/actions.h"
 #include "recorder/commands.h"
@@ -74,10 +76,39 @@ bool Recorder::Start(QString* error) {
   return true;
 }
 
-bool Recorder::FillNewCard(QString* error) {
+void Recorder::SetMachineClock(const QDateTime& now, bool wasTaken) {
+  mParts->hub.clock.SetMachine(now, wasTaken);
+}
+
+void Recorder::SkipTime(qint64 ms) {
+  if (!mParts->hub.clock.Skip(ms)) mParts->hub.Note(QStringLiteral("The clock cannot be kept."));
+}
+
+void Recorder::FollowReplay() {
+  mParts->recording.Follow();
+}
+
+bool Recorder::Store(const QJsonObject& what, QString* error) {
+  const CardFolder& card = mParts->card.Folder();
+  if (what.contains(QLatin1String("from"))) {
+    const QDateTime from = TimeOf(what.value(QLatin1String("from")).toString());
+    const QDateTime to = TimeOf(what.value(QLatin1String("to")).toString());
+    if (from.isValid() && to.isValid()) return !mParts->card.IsReady() || card.AddStop(from, to);
+    *error = QStringLiteral("A time without recording has no \"from\" or \"to\".");
+    return false;
+  }
+  const auto facts = ClipFacts::FromJson(what, error);
+  if (!facts) return false;
+  if (mParts->card.IsReady()) mParts->clips.Make(card, *facts);
+  card.Trim(Recording::kMost, 2);
+  return true;
+}
+
+bool Recorder::FillNewCard(QString* error, const QDateTime& until) {
   const CardFolder& card = mParts->card.Folder();
   if (card.Formatted().isValid() || !card.Recordings().isEmpty()) return true;
-  if (WriteLastDays(card, mParts->source, mParts->hub.clock.Now()) && card.StampFormat()) return true;
+  if (WriteLastDays(card, mParts->source, until.isValid() ? until : mParts->hub.clock.Now()) && card.StampFormat())
+    return true;
   *error = QStringLiteral("The recordings cannot be written: %1.").arg(mParts->hub.Path(kCardFiles));
   return false;
 }

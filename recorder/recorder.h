@@ -1,9 +1,11 @@
 #pragma once
 
+#include <QDateTime>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <memory>
 
 #include "recorder/picture.h"
@@ -71,9 +73,19 @@ public:
   /// impossible, or when another recorder listens below the same root: its files and its queue are left alone.
   bool Start(QString* error);
 
-  /// Fills a card that no recorder has formatted yet with the recordings of the last days, 362 of them. False, with one
-  /// sentence in `error`, when it is too small.
-  bool FillNewCard(QString* error);
+  /// Fills a card that no recorder has formatted yet with the recordings of the last days, 362 of them; the last one
+  /// ends at `until`, without it now. False, with one sentence in `error`, when it is too small.
+  bool FillNewCard(QString* error, const QDateTime& until = {});
+
+  /// What a recording of use and its replay need, so that the same happens at the same time:
+  /// takes `now` for this machine's clock. `wasTaken`: a recorder below this root did so before. Before Start().
+  void SetMachineClock(const QDateTime& now, bool wasTaken);
+  /// Moves that clock on by `ms`, or back: a replay leaves time out.
+  void SkipTime(qint64 ms);
+  /// Nothing is recorded: a replay puts on the card what was. Before Start().
+  void FollowReplay();
+  /// Puts on the card what Stored() told. False, with one sentence in `error`, when it is no such thing.
+  bool Store(const QJsonObject& what, QString* error);
 
   /// Removes the queue and the segment from the machine. For the end of the bench, when the interface has ended.
   static void RemoveTransport();
@@ -120,3 +132,8 @@ signals:
 private:
   std::unique_ptr<recorder::Parts> mParts;
 };
+  /// This is on the card now: {"name", ...} a recording, {"from", "to"} a time at which nothing was recorded.
+  void Stored(const QJsonObject& what);
+  /// A scenario is about to send an event ({"event", "value"}), or to do an action ({"name", its arguments}).
+  void EventWanted(const QJsonObject& request);
+  void ActionWanted(const QJsonObject& request);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "recorder/clipfacts.h"
 #include "recorder/stamp.h"
 #include "recorder/stock.h"
 
@@ -42,10 +43,12 @@ void Recording::Begin() {
 
 // A card that was formatted meanwhile knows of no stop.
 void Recording::NoteStop() {
+  if (mFollows) return;
   const QDateTime formatted = mCard.Folder().Formatted();
   if (!mCard.IsReady() || (formatted.isValid() && formatted.addSecs(mHub.clock.Offset()) >= mStopped)) return;
-  if (!mCard.Folder().AddStop(mStopped, mHub.clock.Now()))
-    mHub.Note(QStringLiteral("The list of stops cannot be written."));
+  const QDateTime now = mHub.clock.Now();
+  if (!mCard.Folder().AddStop(mStopped, now)) mHub.Note(QStringLiteral("The list of stops cannot be written."));
+  emit mHub.recorder.Stored({{QStringLiteral("from"), TimeText(mStopped)}, {QStringLiteral("to"), TimeText(now)}});
 }
 
 void Recording::End(int why) {
@@ -69,7 +72,7 @@ void Recording::SetParked(bool parked) {
 
 void Recording::Mark(Label::Kind kind, Label::Trigger trigger) {
   FinishTake();
-  if (!IsOn()) return;
+  if (mFollows || !IsOn()) return;
   const int length = kind == Label::Kind::Protected ? mHub.delays.manualEvent : mHub.delays.clip / 2;
   Label label;
   label.kind = kind;
@@ -82,7 +85,7 @@ void Recording::EndProtected() {
 }
 
 void Recording::MarkPast(Label::Trigger trigger, qint64 seconds) {
-  if (!IsOn()) return;
+  if (mFollows || !IsOn()) return;
   Label label;
   label.kind = Label::Kind::Parking;
   label.trigger = trigger;
@@ -119,7 +122,7 @@ Recording::Take Recording::NewTake(const Label& label, int length) const {
 }
 
 void Recording::Record() {
-  if (!mCard.IsReady()) return mTake.reset();
+  if (mFollows || !mCard.IsReady()) return mTake.reset();
   if (!mTake) {
     Label label;
     label.kind = mKind;
@@ -154,6 +157,9 @@ void Recording::Store(const Take& take, qint64 changed) {
     ClipWriter* writer = take.writers[static_cast<size_t>(camera)].get();
     if (!writer || writer->Pictures() < kRate) continue;
     good = mCard.Folder().Write(take.label, camera, writer->Finish(), changed + camera) && good;
+    const ClipFacts facts{FileName(take.label, camera), Trailer(take.label), writer->Pictures() * kPictureMs, 0,
+                          changed + camera};
+    emit mHub.recorder.Stored(facts.ToJson());
   }
   if (!good) mHub.Note(QStringLiteral("A recording cannot be written."));
   mCard.Folder().Trim(kMost, 2);

@@ -25,6 +25,9 @@ public:
 
   void Start(const CameraSource& source);
 
+  /// From now on nothing is recorded: a replay puts on the card what was. Before Start().
+  void Follow() { mFollows = true; }
+
   void Begin();
   /// The voice's end lets the interface go on after kSave and kCard.
   void End(int why);
@@ -78,6 +81,7 @@ private:
   Label::Kind mKind = Label::Kind::Normal;
   bool mOn = true;
   bool mClockBroken = false;
+  bool mFollows = false;
   QDateTime mStopped;                                       // null: it was not
   QDateTime mLastStart = QDateTime::fromSecsSinceEpoch(0);  // no two recordings of one second
   qint64 mLastChanged = 0;                                  // ms since 1970; no two files of one time

@@ -109,12 +109,17 @@ void Scenario::Wait() {
 void Scenario::Play() {
   const Step step = mSteps[mNext++];
   QString error;  // of an action that cannot be done now: it is in the log
-  if (step.isTouch)
+  if (step.isTouch) {
     emit mHub.recorder.TapWanted(step.x, step.y);
-  else if (step.event > 0)
+  } else if (step.event > 0) {
+    emit mHub.recorder.EventWanted({{QStringLiteral("event"), step.event}, {QStringLiteral("value"), step.value}});
     mHub.recorder.SendStatus(step.event, step.value);
-  else
+  } else {
+    QJsonObject request = step.arguments;
+    request.insert(QStringLiteral("name"), step.action);
+    emit mHub.recorder.ActionWanted(request);
     mHub.recorder.Do(step.action, step.arguments, &error);
+  }
   Wait();
 }
 

@@ -60,17 +60,6 @@ bool HasCamera(int age, int camera) {
   return camera == 0 ? age % 23 != 11 : age % 7 != 3;
 }
 
-QList<QByteArray> Encoded(const CameraSource& cameras, int camera, qint64 from) {
-  QList<QByteArray> pictures;
-  PictureEncoder encoder(kPictureWidth, kPictureHeight);
-  Picture picture{kPictureWidth, kPictureHeight, std::vector<quint32>(size_t{kPictureWidth} * kPictureHeight)};
-  for (int i = 0; i < kPictures; ++i) {
-    cameras(camera, from + i * 1000 / kRate, &picture);
-    pictures << encoder.Encode(picture);
-  }
-  return pictures;
-}
-
 }  // namespace
 
 void DrawStripes(int camera, qint64 ms, Picture* picture) {
@@ -85,10 +74,21 @@ void DrawStripes(int camera, qint64 ms, Picture* picture) {
     }
 }
 
+QByteArrayList SharedPictures(const CameraSource& cameras, int camera, qint64 ms) {
+  QByteArrayList pictures;
+  PictureEncoder encoder(kPictureWidth, kPictureHeight);
+  Picture picture{kPictureWidth, kPictureHeight, std::vector<quint32>(size_t{kPictureWidth} * kPictureHeight)};
+  for (int i = 0; i < kPictures; ++i) {
+    cameras(camera, ms + i * 1000 / kRate, &picture);
+    pictures << encoder.Encode(picture);
+  }
+  return pictures;
+}
+
 bool WriteLastDays(const CardFolder& card, const CameraSource& cameras, const QDateTime& until) {
   const QDateTime first = until.addSecs(-qint64{kMoments} * kBetween);
-  const std::array pictures{Encoded(cameras, 0, first.toMSecsSinceEpoch()),
-                            Encoded(cameras, 1, first.toMSecsSinceEpoch())};
+  const std::array pictures{SharedPictures(cameras, 0, first.toMSecsSinceEpoch()),
+                            SharedPictures(cameras, 1, first.toMSecsSinceEpoch())};
   for (int i = 0; i < kMoments; ++i) {
     const Moment& moment = kDay[static_cast<size_t>(i) % std::size(kDay)];
     const Label label{moment.kind, moment.trigger, moment.cut, moment.clockBroken,

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QFile>
+#include <QObject>
+#include <memory>
+
+#include "bench/recordfile.h"
+
+class Bench;
+class RecordLook;
+
+/// Writes what happens to a recording of use, each line as it happens: a bench that is killed loses nothing.
+class RecordWriter : public QObject {
+  Q_OBJECT
+
+public:
+  explicit RecordWriter(Bench& bench, QObject* parent = nullptr);
+  ~RecordWriter() override;
+
+  /// Before the bench starts. False, with one sentence in `error`, when `path` cannot be written.
+  bool Open(const QString& path, const RecordFile& begin, QString* error);
+
+  /// The last line. Before the bench stops.
+  void Finish();
+
+signals:
+  void Failed(const QString& error);  ///< one sentence; nothing more is written
+
+private:
+  void TakeLog(const QJsonObject& entry);
+  void TakeInput(RecordEntry::Kind kind, const QJsonObject& request);
+  void Write(RecordEntry entry);
+  bool WriteLine(const QByteArray& line);
+
+  Bench& mBench;
+  std::unique_ptr<RecordLook> mLook;
+  QFile mFile;
+};
