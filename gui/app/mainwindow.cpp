@@ -479,6 +479,8 @@ void MainWindow::TimeoutEventTimer() {
     default:
       break;
   }
+  // Another follow-up took the place of the one for the format: until that begins no touch counts.
+  if (mStartSDFormat) SetEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, kVoiceMs);
 }
 
 // The rear picture has gone: unless the front picture is shown alone already, it is from now on.

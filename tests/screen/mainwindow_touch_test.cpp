@@ -309,7 +309,7 @@ private slots:
     mWindow->recvEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, 1);
     QCOMPARE(Fake().Commands(), QStringList());
   }
-  // One follow-up at a time: the fall-back is lost to the parking that begins, the prompt is not.
+  // One follow-up at a time: the fall-back waits for the parking that begins, the prompt does not.
   void parkingThatBeginsMeanwhileTakesThePlaceOfTheTenSeconds() {
     Setting().parking_mode_on = 0;
     AskForFormat(1);
@@ -320,6 +320,19 @@ private slots:
     QVERIFY(!Fake().Commands().contains("8612 1"));
     mWindow->recvEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, 1);
     QVERIFY(Fake().Commands().contains("8612 1"));
+  }
+  // Without a prompt the format would never begin, and no touch would ever count again.
+  void parkingThatBeginsMeanwhileDelaysTheFormatOnly() {
+    AskForFormat(1);
+    Tap(kYesX, kRowY);
+    mWindow->recvEvent(RECV_ZEL_STATUS_PARK_MODE_IN, 1);
+    mWindow->TimeoutEventTimer();
+    QVERIFY(!Fake().Commands().contains("8612 1"));
+    QCOMPARE(Armed("mTimEventTimer"), 10000);
+    mWindow->TimeoutEventTimer();
+    QVERIFY(Fake().Commands().contains("8612 1"));
+    QCOMPARE(TopId(), SDFORMAT);
+    QCOMPARE(Armed("mTimEventTimer"), -1);
   }
   void aPromptThatEndsOtherwiseFormatsNothing() {
     AskForFormat(1);
