@@ -290,6 +290,7 @@ void MainWindow::LeaveParkingMode(int value) {
 
 void MainWindow::TakeCountOfCamera(int value) {
   gCountOfCamera = value;
+  if (BaseWidget* screen = gWidgetManager.GetCurrentWidget()) screen->update();  // its keys tell
   if (value != 1 || gEnvirnmentSettings.mSetting.display == 1) return;
   gEnvirnmentSettings.mSetting.display = 1;
   gEnvirnmentSettings.SetSettingConfig(Set_Cfg_Display, 1);

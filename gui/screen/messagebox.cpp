@@ -25,7 +25,7 @@ QFont FittingFont(const QString& text, int pixelSize, int width) {
   font.setPixelSize(pixelSize);
   for (int stretch = QFont::Unstretched; stretch >= kNarrowest; --stretch) {
     font.setStretch(stretch);
-    if (QFontMetrics(font).horizontalAdvance(text) <= width) break;
+    if (QFontMetrics(font).boundingRect({0, 0, width, 0}, Qt::TextSingleLine, text).width() <= width) break;
   }
   return font;
 }

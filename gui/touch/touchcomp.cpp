@@ -122,6 +122,7 @@ void TouchComp::ResetPass() {
 void TouchComp::EndVerification() {
   mResultSuccess = mSuccessCount >= kNeededHits;
   ResetPass();
+  update();
   if (mResultSuccess) {
     gEnvirnmentSettings.SettingTouchValue(false);
     gEnvirnmentSettings.SettingTouchTuningValue(false);

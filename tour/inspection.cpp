@@ -1,0 +1,163 @@
+#include "tour/inspection.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPaintEngine>
+#include <QPainter>
+#include <QScreen>
+#include <QTextStream>
+
+#include "bench/compose.h"
+#include "gui/app/mainwindow.h"
+#include "gui/base/devicepath.h"
+#include "gui/screen/widgetmanager.h"
+
+namespace {
+Inspection* listener = nullptr;
+
+void Listen(QtMsgType type, const QMessageLogContext&, const QString& line) {
+  if (type == QtFatalMsg) QTextStream(stderr) << line << "\n";
+  if (line.startsWith(QLatin1String("picture: missing: "))) listener->Fail(line);
+}
+
+QByteArray DigestOf(const QImage& picture) {
+  const QImage plain = picture.convertToFormat(QImage::Format_RGB32);
+  QCryptographicHash digest(QCryptographicHash::Md5);
+  for (int y = 0; y < plain.height(); ++y)
+    digest.addData(QByteArrayView(plain.constScanLine(y), qsizetype{4} * plain.width()));
+  return digest.result() + QByteArray::number(plain.width());
+}
+
+/// A surface that keeps nothing but what pictures were painted on it.
+class PictureSink : public QPaintDevice {
+public:
+  explicit PictureSink(QSet<QByteArray>* seen) : mEngine(seen) {}
+  QPaintEngine* paintEngine() const override { return &mEngine; }
+
+protected:
+  int metric(PaintDeviceMetric metric) const override {
+    switch (metric) {
+      case PdmWidth:
+        return 480;
+      case PdmHeight:
+        return 320;
+      case PdmDepth:
+        return 32;
+      case PdmDevicePixelRatio:
+        return 1;
+      case PdmDpiX:
+      case PdmDpiY:
+      case PdmPhysicalDpiX:
+      case PdmPhysicalDpiY:
+        return 72;
+      default:
+        return QPaintDevice::metric(metric);
+    }
+  }
+
+private:
+  class Engine : public QPaintEngine {
+  public:
+    explicit Engine(QSet<QByteArray>* seen) : QPaintEngine(AllFeatures), mSeen(seen) {}
+    bool begin(QPaintDevice*) override { return true; }
+    bool end() override { return true; }
+    void updateState(const QPaintEngineState&) override {}
+    Type type() const override { return User; }
+    void drawPolygon(const QPointF*, int, PolygonDrawMode) override {}
+    void drawPath(const QPainterPath&) override {}
+    void drawTextItem(const QPointF&, const QTextItem&) override {}
+    void drawPixmap(const QRectF&, const QPixmap& picture, const QRectF&) override {
+      if (!picture.isNull()) mSeen->insert(DigestOf(picture.toImage()));
+    }
+
+  private:
+    QSet<QByteArray>* mSeen;
+  };
+  mutable Engine mEngine;
+};
+
+// The layout knows these, but no message needs them, and no key changes its look while it is pressed.
+const QSet<QString> kNeverPainted = {
+    QStringLiteral("bg/logo.bmp"),
+    QStringLiteral("messagebox/dim.bmp"),
+    QStringLiteral("messagebox/message_caution2.bmp"),
+    QStringLiteral("messagebox/message_warning.bmp"),
+    QStringLiteral("messagebox/message_error.bmp"),
+    QStringLiteral("messagebox/message_button_yes2_press.bmp"),
+    QStringLiteral("messagebox/message_button_no_press.bmp"),
+    QStringLiteral("messagebox/message_button_ok_press.bmp"),
+    QStringLiteral("messagebox/message_button_ok2_press.bmp"),
+    QStringLiteral("messagebox/message_button_cancel_normal.bmp"),
+    QStringLiteral("messagebox/message_button_cancel_press.bmp"),
+};
+
+// The screens that let the video show.
+bool IsOverVideo() {
+  const WidgetId screen = gWidgetManager.GetCurWidgetId();
+  return screen == PREVIEW || screen == PLAYER || screen == MOTIONSETTING;
+}
+
+bool Has(const QImage& picture, QRgb colour) {
+  for (int y = 0; y < picture.height(); ++y)
+    for (int x = 0; x < picture.width(); ++x)
+      if (picture.pixel(x, y) == colour) return true;
+  return false;
+}
+}  // namespace
+
+Inspection::Inspection() {
+  listener = this;
+  qInstallMessageHandler(Listen);
+}
+
+void Inspection::Look(MainWindow& window, const QString& name, const QImage& drawn) {
+  LookAtTexts(window, name);
+  LookAtGround(window, name, drawn);
+  NotePictures(window);
+}
+
+void Inspection::LookAtTexts(MainWindow& window, const QString& name) {
+  const QList<QLabel*> labels = window.findChildren<QLabel*>();
+  for (const QLabel* label : labels) {
+    if (!label->isVisible() || label->text().isEmpty()) continue;
+    const QRect area = label->contentsRect();
+    const QRect text = label->fontMetrics().boundingRect(area, int(label->alignment()), label->text());
+    const QRect inParent = QRect(label->mapToParent(text.topLeft()), text.size());
+    if (!area.contains(text) || !label->parentWidget()->rect().contains(inParent))
+      Fail(QStringLiteral("%1: the text \"%2\" needs %3 x %4 pixels and has %5 x %6")
+               .arg(name, label->text())
+               .arg(text.width())
+               .arg(text.height())
+               .arg(area.width())
+               .arg(area.height()));
+  }
+}
+
+void Inspection::LookAtGround(MainWindow& window, const QString& name, const QImage& drawn) {
+  // What is on the screen came piece by piece; it must be what a whole painting gives.
+  QEvent update(QEvent::UpdateRequest);
+  QCoreApplication::sendEvent(&window, &update);
+  const QImage pieces =
+      QGuiApplication::primaryScreen()->grabWindow(window.winId()).toImage().convertToFormat(QImage::Format_RGB32);
+  if (pieces != drawn) Fail(name + QStringLiteral(": pixels of an earlier painting are left"));
+  if (!IsOverVideo() && Has(drawn, kKeyColour)) Fail(name + QStringLiteral(": the video shows through"));
+}
+
+void Inspection::NotePictures(MainWindow& window) {
+  PictureSink sink(&mSeen);
+  window.render(&sink);
+}
+
+QStringList Inspection::Unseen() const {
+  QFile table(QStringLiteral(SOURCE_DIR "/pictures/images.csv"));
+  if (!table.open(QIODevice::ReadOnly)) return {table.fileName()};
+  QStringList unseen;
+  for (table.readLine(); !table.atEnd();) {
+    const QString path = QString::fromUtf8(table.readLine()).section(u',', 0, 0);
+    const QString file = path.startsWith(u'/') ? path : QLatin1String(device::kImages) + path;
+    if (mSeen.contains(DigestOf(QImage(DevicePath(file)))) == kNeverPainted.contains(path)) unseen << path;
+  }
+  return unseen;
+}
