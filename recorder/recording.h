@@ -52,6 +52,7 @@ public:
   void SetClockBroken(bool broken) { mClockBroken = broken; }
 
   bool IsOn() const { return mOn && mCard.IsReady(); }
+  bool IsStopped() const { return !mOn; }  ///< the interface has ended it
 
 private:
   struct Take {

@@ -18,6 +18,7 @@ inline constexpr const char* kWalks[] = {
     "265,33 80,125 140,236 ~ 200,86 ~ 240,230 200,291 440,291 280,291",        // a recording is played
     "265,33 80,125 140,236 ~ 200,138 ~ 40,291 40,33",                          // ... and left for the menu
     "265,33 80,125 140,236 ~ 150,30 265,30 355,30 440,294 200,190 ~ 120,291",  // ... and for the preview
+    "265,33 80,125 140,236 ~ =interfaceKill ~ ~",
     "265,33 400,125 80,125 140,236 ~ ~ ~",                                     // the card is formatted
     "265,33 400,125 240,125 140,236 ~ ~ ~",                                    // ... checked
     "=sdFormatFails 265,33 400,125 80,125 140,236 ~ ~ ~",                      // the format fails

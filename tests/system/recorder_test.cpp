@@ -890,6 +890,21 @@ private slots:
                                      {RECV_ZEL_STATUS_LOW_VOLTAGE_POWER_OFF_COUNT, 1}}));
   }
 
+  // It was killed while it showed the recordings.
+  void anInterfaceThatStartsFindsTheRecordingUnderWay() {
+    Start();
+    {
+      RawClient client;
+      QCOMPARE(client.Ask(Packet(SFIELD_GET_VOLTAGE, Int(0))), 0);
+      QCOMPARE(client.Ask(Packet(SFIELD_VIDEO_REC_STOP, Int(1))), 0);
+      QCOMPARE(client.Ask(Packet(SFIELD_GET_VOLTAGE, Int(0))), 0);
+      QVERIFY(!mRecorder->State()["recording"].toBool());
+    }
+    RawClient again;
+    QCOMPARE(again.Ask(Packet(SFIELD_GET_VOLTAGE, Int(0))), 0);
+    QVERIFY(mRecorder->State()["recording"].toBool());
+  }
+
   void theInterfaceFindsARecorderThatComesBack() {
     Start();
     QCOMPARE(Ask(SFIELD_GET_VOLTAGE, 0), 0);

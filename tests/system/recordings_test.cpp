@@ -918,6 +918,7 @@ private slots:
   void aRecordingIsSeenOnTheLcd() {
     BenchRun bench;
     QVERIFY(bench.IsUp());
+    QTRY_VERIFY(!bench.Find("note", QStringLiteral("An interface has started.")).isEmpty());
     const QDir card(bench.Root() + QLatin1String(kCard));
     const QStringList fronts = card.entryList({"rec0*"}, QDir::Files, QDir::Time);
     QVERIFY(fronts.size() > 50);
