@@ -30,7 +30,10 @@ void Parts::Greet() {
   // One that was started again in the middle of something.
   if (parking.IsParked()) hub.Send(RECV_ZEL_STATUS_PARK_MODE_IN);
   if (power.Counting()) power.Count(true);
-  if (recording.IsStopped()) recording.Begin();  // it does not know that it has stopped it
+  if (recording.IsStopped()) {  // it does not know that it has stopped it
+    playback.Stop();
+    recording.Begin();
+  }
   if (!greeted) scenario.Start();
   greeted = true;
 }
