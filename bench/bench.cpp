@@ -6,6 +6,7 @@
 
 #include "bench/device.h"
 #include "bench/members.h"
+#include "bench/ownpicture.h"
 #include "gui/main.h"
 
 namespace {
@@ -97,13 +98,13 @@ void Bench::Connect() {
   connect(&mSupervisor, &Supervisor::Note, this, &Bench::Note);
 }
 
-bool Bench::Start(const QString& scenario, QString* error) {
 void Bench::Begin(quint32 seed, const QDateTime& clock, const QObject* replay) {
   mPanel.Seed(seed);
   mClock = clock;
   mReplay = replay;
 }
 
+bool Bench::Start(const QString& scenario, QString* error) {
   if (!mShell.Open(error)) return false;
   if (const Reply reply = StartRecorder(); !reply.IsGood()) {
     *error = reply.error;
@@ -147,9 +148,8 @@ Reply Bench::StartRecorder() {
   connect(mRecorder.get(), &Recorder::StateChanged, this, &Bench::StateChanged);
   connect(mRecorder.get(), &Recorder::VideoChanged, this, &Bench::ShowVideo);
   connect(mRecorder.get(), &Recorder::RestartWanted, this, &Bench::RestartInterface);
+  connect(mRecorder.get(), &Recorder::InterfaceEndWanted, &mSupervisor, &Supervisor::EndInterface);
   connect(mRecorder.get(), &Recorder::TapWanted, this, &Bench::TapForScenario);
-  mRecorder->SetCameras([this](int camera, qint64 ms, Picture* picture) {
-    const QImage seen = mLcd.Road().Camera(camera, ms, QSize(picture->width, picture->height));
   connect(mRecorder.get(), &Recorder::EventWanted, this, &Bench::EventTaken);
   connect(mRecorder.get(), &Recorder::ActionWanted, this, &Bench::ActionTaken);
   connect(mRecorder.get(), &Recorder::Stored, this, &Bench::Stored);
@@ -157,6 +157,8 @@ Reply Bench::StartRecorder() {
   if (isFirst) mSession.start();
   if (mClock.isValid()) mRecorder->SetMachineClock(mClock.addMSecs(SessionMs()), !isFirst);
   if (mReplay) mRecorder->FollowReplay();
+  mRecorder->SetCameras([this](int camera, qint64 ms, Picture* picture) {
+    const QImage seen = mLcd.Road().Camera(camera, ms, QSize(picture->width, picture->height));
     std::memcpy(picture->pixels.data(), seen.constBits(), picture->pixels.size() * sizeof(quint32));
   });
   QString error;
@@ -197,8 +199,6 @@ void Bench::ShowVideo() {
   emit StateChanged();
 }
 
-// ---- what comes from outside
-
 void Bench::SkipTime(qint64 ms) {
   mSkipped += ms;
   if (mRecorder) mRecorder->SkipTime(ms);
@@ -208,14 +208,16 @@ void Bench::Store(const QJsonObject& what) {
   if (QString error; mRecorder && !mRecorder->Store(what, &error)) Note(error);
 }
 
-Reply Bench::Touch(const QJsonObject& request, const QObject* owner) {
-  Members members(request);
+// ---- what comes from outside
+
 Reply Bench::CheckOwner(const QObject* owner) const {
   return mReplay && owner != mReplay ? Reply::NotNow(QStringLiteral("A recording is being replayed.")) : Reply();
 }
 
-  const QString action =
+Reply Bench::Touch(const QJsonObject& request, const QObject* owner) {
   if (Reply reply = CheckOwner(owner); !reply.IsGood()) return reply;
+  Members members(request);
+  const QString action =
       members.Choice("action", {QStringLiteral("tap"), QStringLiteral("press"), QStringLiteral("release")});
   const bool isTap = action == QLatin1String("tap");
   Finger::Spot spot;
@@ -239,9 +241,9 @@ Reply Bench::Event(const QJsonObject& request, const QObject* owner) {
   const int value = members.Whole("value", std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), 0);
   if (const QString error = members.Error(); !error.isEmpty()) return Reply::Bad(error);
   if (!mRecorder) return NoRecorder();
+  emit EventTaken(request);
   if (mRecorder->SendStatus(event, value)) return {};
   return Reply::NotNow(QStringLiteral("The status queue is full: the interface was not told."));
-  emit EventTaken(request);
 }
 
 Reply Bench::Action(const QJsonObject& request, const QObject* owner) {
@@ -253,10 +255,18 @@ Reply Bench::Action(const QJsonObject& request, const QObject* owner) {
   const QString name = members.Text("name");
   const QJsonObject arguments = members.TakeRest();
   if (const QString error = members.Error(); !error.isEmpty()) return Reply::Bad(error);
+  emit ActionTaken(request);
   for (const OwnAction& action : kOwnActions)
     if (name == QLatin1String(action.name)) return DoOwn(action, arguments);
-  emit ActionTaken(request);
   return DoRecorders(name, arguments);
+}
+
+Reply Bench::OwnPicture(const QByteArray& file) {
+  QString error;
+  const QByteArray bmp = ::OwnPicture(file, &error);
+  if (bmp.isEmpty()) return Reply::Bad(error);
+  if (!mRecorder) return NoRecorder();
+  return mRecorder->PutOwnPicture(bmp, &error) ? Reply() : Reply::NotNow(error);
 }
 
 Reply Bench::DoOwn(const OwnAction& action, const QJsonObject& arguments) {
@@ -335,16 +345,6 @@ QJsonValue Bench::VideoState() const {
                      {QStringLiteral("playing"), video.played != nullptr}};
 }
 
-QJsonObject Bench::State() const {
-  const Child& interface = mSupervisor.Interface();
-  return {{QStringLiteral("screen"), TextOrNull(mReport.Screen())},
-          {QStringLiteral("boxes"), mReport.Boxes()},
-          {QStringLiteral("interface"), QJsonObject{{QStringLiteral("running"), interface.IsRunning()},
-                                                    {QStringLiteral("starts"), interface.Starts()},
-                                                    {QStringLiteral("ended"), TextOrNull(interface.Ended())}}},
-          {QStringLiteral("lcd"), QJsonObject{{QStringLiteral("width"), 480},
-                                              {QStringLiteral("height"), 320},
-                                              {QStringLiteral("live"), mLcd.IsLive()},
 QJsonObject Bench::Shown() const {
   const QJsonObject boxes = mReport.Boxes();
   const auto nameOf = [&boxes](const char* slot) {
@@ -356,6 +356,16 @@ QJsonObject Bench::Shown() const {
           {QStringLiteral("dark"), mShell.Backlight() == 0}};
 }
 
+QJsonObject Bench::State() const {
+  const Child& interface = mSupervisor.Interface();
+  return {{QStringLiteral("screen"), TextOrNull(mReport.Screen())},
+          {QStringLiteral("boxes"), mReport.Boxes()},
+          {QStringLiteral("interface"), QJsonObject{{QStringLiteral("running"), interface.IsRunning()},
+                                                    {QStringLiteral("starts"), interface.Starts()},
+                                                    {QStringLiteral("ended"), TextOrNull(interface.Ended())}}},
+          {QStringLiteral("lcd"), QJsonObject{{QStringLiteral("width"), 480},
+                                              {QStringLiteral("height"), 320},
+                                              {QStringLiteral("live"), mLcd.IsLive()},
                                               {QStringLiteral("backlight"), mShell.Backlight()}}},
           {QStringLiteral("touch"), QJsonObject{{QStringLiteral("down"), mFinger.IsDown()}}},
           {QStringLiteral("panel"), QJsonObject{{QStringLiteral("skew"), mPanel.Mounted().skew},

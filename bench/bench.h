@@ -41,11 +41,11 @@ public:
   Reply Touch(const QJsonObject& request, const QObject* owner);
   Reply Event(const QJsonObject& request, const QObject* owner = nullptr);
   Reply Action(const QJsonObject& request, const QObject* owner = nullptr);
+  Reply OwnPicture(const QByteArray& file);  ///< the file of a picture, for the card
   void RestartInterface() { mSupervisor.RestartInterface(); }
 
   QJsonObject State() const;
 
-  /// Every action and every status event.
   /// What a person sees in one word each: "screen", "own", "event" (names, or null), "dark" (the backlight is off).
   QJsonObject Shown() const;
   QImage Drawn() const { return mLcd.Raw(); }
@@ -59,6 +59,7 @@ public:
   /// Puts on the card what Stored() told.
   void Store(const QJsonObject& what);
 
+  /// Every action and every status event.
   static QJsonObject Actions();
 
   BenchLog& Log() { return mLog; }
@@ -69,11 +70,11 @@ signals:
   void StateChanged();
   void Clicked();      ///< the key click sounds
   void ScreenShown();  ///< the interface has shown its first screen
-
   /// An event, or an action, is about to be done: the members as of Event() and Action().
   void EventTaken(const QJsonObject& request);
   void ActionTaken(const QJsonObject& request);
   void Stored(const QJsonObject& what);  ///< see Recorder
+
 private:
   struct OwnArgument;
   struct OwnAction;
@@ -91,8 +92,8 @@ private:
   Reply MountPanel(const Mounting& mounting);
   Reply DoOwn(const OwnAction& action, const QJsonObject& arguments);
   Reply DoRecorders(const QString& name, const QJsonObject& arguments);
-  void TapForScenario(int x, int y);
   Reply CheckOwner(const QObject* owner) const;
+  void TapForScenario(int x, int y);
   void LogRecorder(const QJsonObject& entry);
   void ShowVideo();
   QJsonValue VideoState() const;
@@ -108,8 +109,8 @@ private:
   std::unique_ptr<Recorder> mRecorder;  // null: stopped
   bool mIsEventLost = false;            // the recorder could not send an event
   bool mHasShown = false;
-};
   QDateTime mClock;                  // null: this machine's
   const QObject* mReplay = nullptr;  // null: input is anybody's
   QElapsedTimer mSession;
   qint64 mSkipped = 0;  // ms of the session that were left out
+};

@@ -6,6 +6,7 @@
 #include <QJsonObject>
 #include <QTcpSocket>
 #include <QTimer>
+#include <algorithm>
 
 #include "bench/requesthead.h"
 
@@ -53,11 +54,13 @@ void Gate::incomingConnection(qintptr descriptor) {
 }
 
 void Gate::Read(QTcpSocket* socket) {
-  const QByteArray bytes = socket->peek(socket->bytesAvailable());
-  const RequestHead head = RequestHead::Read(bytes, serverPort());
+  const RequestHead head = RequestHead::Read(socket->peek(RequestHead::kMost), serverPort());
   if (head.state == RequestHead::State::Refused) return Refuse(socket, head.status, head.error);
-  if (head.state == RequestHead::State::Incomplete || bytes.size() < head.size + head.body) return;
-  if (bytes.size() > head.size + head.body)
+  if (head.state == RequestHead::State::Incomplete) return;
+  const qsizetype size = head.size + head.body;
+  socket->setReadBufferSize(std::max<qint64>(socket->readBufferSize(), size + 1));
+  if (socket->bytesAvailable() < size) return;
+  if (socket->bytesAvailable() > size)
     return Refuse(socket, 400, QStringLiteral("There is more than one request on the connection."));
   disconnect(socket, &QTcpSocket::readyRead, this, nullptr);
   if (head.isUpgrade) {

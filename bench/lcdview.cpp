@@ -1,12 +1,26 @@
 #include "bench/lcdview.h"
 
 #include <QDateTime>
+#include <QPainter>
 
 #include "bench/compose.h"
 
 namespace {
 constexpr int kLook = 33;        // milliseconds
 constexpr int kVideoFrame = 83;  // milliseconds
+
+// What the firmware shows during its update; null when it shows nothing.
+QImage UpdateScreen(const QStringList& pictures) {
+  if (pictures.isEmpty()) return {};
+  QImage screen(Lcd::kWidth, Lcd::kHeight, QImage::Format_RGB32);
+  screen.fill(Qt::black);
+  QPainter painter(&screen);
+  for (const QString& file : pictures) {
+    const QImage picture(file);
+    painter.drawImage(0, screen.height() - picture.height(), picture);
+  }
+  return screen;
+}
 }  // namespace
 
 LcdView::LcdView(QObject* parent) : QObject(parent) {
@@ -24,6 +38,7 @@ void LcdView::Close() {
 
 void LcdView::SetVideo(const std::optional<VideoPlane>& video) {
   mVideo = video;
+  mUpdate = video ? UpdateScreen(video->update) : QImage();
   mLastFrame = -1;
 }
 
@@ -58,6 +73,7 @@ qint64 LcdView::VideoFrame() {
 }
 
 QImage LcdView::Composed(const QImage& raw) const {
+  if (!mUpdate.isNull()) return mUpdate;
   QImage video;
   if (mVideo) video = mVideo->played ? FullScreen(*mVideo->played) : mRoad.Frame(*mVideo, VideoFrame() * kVideoFrame);
   return Compose(raw, video, mBacklight);

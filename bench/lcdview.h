@@ -51,6 +51,7 @@ private:
   Lcd mLcd;
   RoadVideo mRoad;
   std::optional<VideoPlane> mVideo;
+  QImage mUpdate;  // null: none is under way
   int mBacklight = 100000;
   QTimer mLook;
   QImage mLastRaw, mShown;

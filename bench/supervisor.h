@@ -22,6 +22,9 @@ public:
 
   const Child& Interface() const { return mInterface; }
   void RestartInterface();
+
+  /// Ends the interface; it stays away until RestartInterface().
+  void EndInterface() { mInterface.Stop(); }
   void KillInterface() { mInterface.Kill(); }
 
 signals:

@@ -47,6 +47,8 @@ const WebServer::Endpoint WebServer::kEndpoints[] = {
      [](WebServer& server, const QHttpServerRequest& request) {
        return server.Take(request, [](Bench& bench, const QJsonObject& object) { return bench.Action(object); });
      }},
+    {"/api/picture", Method::Post,
+     [](WebServer& server, const QHttpServerRequest& request) { return Of(server.mBench.OwnPicture(request.body())); }},
     {"/api/interface/restart", Method::Post,
      [](WebServer& server, const QHttpServerRequest& request) { return server.Restart(request); }},
 };

@@ -45,6 +45,8 @@ constexpr const char* kCardErrors[] = {"0", "5", "7"};
 constexpr const char* kFaults[] = {"0", "1", "5", "7"};
 constexpr const char* kDamages[] = {"cut", "scribbled"};
 constexpr const char* kUpdateMarkers[] = {"update.zel", "update.zel2"};
+constexpr const char* kReports[] = {"1 level", "3 levels", "5 levels", "no recordings",
+                                    "empty",   "short",    "lying",    "huge"};
 constexpr const char* kTouchMarkers[] = {"check", "test", "reset"};
 constexpr const char* kTouchMarkerFiles[] = {kTouchCheckMarker, kTouchTestMarker, kTouchResetMarker};
 
@@ -175,6 +177,11 @@ constexpr Action kActions[] = {
     {"parkOut", "Parking", "Drive off", [](P& p, const V&, QString* e) { return p.parking.End(false, e); }},
     {"parkLowVoltage", "Parking", "Parking ends by low voltage",
      [](P& p, const V&, QString* e) { return p.parking.End(true, e); }},
+    {"report",
+     "Parking",
+     "Parking ends with a report",
+     [](P& p, const V& v, QString* e) { return p.parking.Leave(static_cast<Parking::Sample>(Whole(v[0])), e); },
+     {Argument{"kind", 0, 0, 0, false, false, kReports}}},
     {"closeReport", "Parking", "Close the parking report", Tell<RECV_ZEL_STATUS_PARK_INFO_CLOSE>},
 
     {"battery",
@@ -306,6 +313,11 @@ constexpr Action kActions[] = {
      "Start-up",
      "Updated firmware: restart",
      [](P& p, const V& v, QString* e) { return MakeMarker(p, v[0] == 0 ? kUpdateMarker : kUpdateMarker2, e); },
+     {Argument{"file", 0, 0, 0, false, false, kUpdateMarkers}}},
+    {"update",
+     "Start-up",
+     "Update the firmware: restart",
+     [](P& p, const V& v, QString* e) { return p.update.Begin(v[0] == 0 ? kUpdateMarker : kUpdateMarker2, e); },
      {Argument{"file", 0, 0, 0, false, false, kUpdateMarkers}}},
     {"touchMarker",
      "Start-up",

@@ -9,6 +9,9 @@ namespace recorder {
 inline constexpr char kIniFile[] = "/tmp/config_init.ini";
 inline constexpr char kManualEvent[] = "/tmp/ndf";
 inline constexpr char kParkingReport[] = "/tmp/.info.bin";
+/// The picture of the driver's, and the copy of it that the interface makes at its start.
+inline constexpr char kOwnPicture[] = "/mnt/mmc/Setup/picture.bmp";
+inline constexpr char kOwnPictureCopy[] = "/tmp/picture.bmp";
 inline constexpr char kUpdateMarker[] = "/tmp/update.zel";
 inline constexpr char kUpdateMarker2[] = "/tmp/update.zel2";
 inline constexpr char kTouchCheckMarker[] = "/mnt/mmc/touch_check.txt";

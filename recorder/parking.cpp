@@ -59,9 +59,52 @@ bool Parking::End(bool lowVoltage, QString* error) {
   if (lowVoltage) mRecording.SetCut(Label::Cut::LowVoltage);
   mRecording.SetParked(false);
   mCameras.Parked(false);
+  return TellEnd(report);
+}
+
+bool Parking::TellEnd(const QByteArray& report) {
   if (!WriteWhole(mHub.Path(kParkingReport), report))
     mHub.Note(QStringLiteral("The parking report cannot be written."));
   return mHub.Send(RECV_ZEL_STATUS_PARK_MODE_OUT);
+}
+
+QByteArray Parking::Bytes(Sample sample) const {
+  const int now = SecondsAgo(mHub.clock, 0);
+  const auto report = [now](int seconds, int impacts, int motions) {
+    const auto spread = [now, seconds](int count) {  // over the whole period
+      QList<int> times;
+      for (qint64 i = 1; i <= count; ++i) times << now - seconds + static_cast<int>(i * seconds / (count + 1));
+      return times;
+    };
+    return Report(now - seconds, now, 0, spread(impacts), spread(motions));
+  };
+  switch (sample) {
+    case Sample::OneLevel:
+      return report(40 * 60, 2, 3);
+    case Sample::ThreeLevels:
+      return report(5 * 3600, 3, 8);
+    case Sample::FiveLevels:
+      return report(9 * 3600, 4, 13);
+    case Sample::NoRecordings:
+      return report(5 * 3600, 0, 0);
+    case Sample::Empty:
+      return {};
+    case Sample::Short:
+      return report(5 * 3600, 0, 0).left(19);
+    case Sample::Lying:
+      return report(5 * 3600, 2, 3).replace(16, 4, QByteArray("\xff\xff\xff\x7f", 4));  // the number of impacts
+    case Sample::Huge:
+      return report(9 * 3600, 1000000, 1000000);
+  }
+  return {};
+}
+
+bool Parking::Leave(Sample sample, QString* error) {
+  if (IsParked()) {
+    *error = QStringLiteral("The car is parked: it leaves its own report.");
+    return false;
+  }
+  return TellEnd(Bytes(sample));
 }
 
 bool Parking::Record(bool impact, int minutesAgo, QString* error) {

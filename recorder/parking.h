@@ -23,6 +23,13 @@ public:
   /// An impact or a movement is recorded, or was `minutesAgo` minutes ago, at most at the start of the parking.
   bool Record(bool impact, int minutesAgo, QString* error);
 
+  /// A report that a parking may leave: of one, three or five spans of time, without any recording, and those that are
+  /// none: without a byte, too short, counting more than it holds, larger than any.
+  enum class Sample { OneLevel, ThreeLevels, FiveLevels, NoRecordings, Empty, Short, Lying, Huge };
+
+  /// A parking that nobody saw ends with this report. False with one sentence in `error` while the car is parked.
+  bool Leave(Sample sample, QString* error);
+
   bool IsParked() const { return mStart > 0; }
   QJsonObject State() const;
 
@@ -30,6 +37,9 @@ public:
   static QByteArray Report(int start, int end, int lowVoltage, const QList<int>& impacts, const QList<int>& motions);
 
 private:
+  QByteArray Bytes(Sample sample) const;
+  bool TellEnd(const QByteArray& report);
+
   Hub& mHub;
   Cameras& mCameras;
   Recording& mRecording;

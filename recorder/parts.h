@@ -13,6 +13,7 @@
 #include "recorder/scenario.h"
 #include "recorder/statuschannel.h"
 #include "recorder/stock.h"
+#include "recorder/update.h"
 
 namespace recorder {
 
@@ -39,11 +40,12 @@ struct Parts {
   Voice voice{hub};
   FrontLed frontLed{hub};
   Card card{hub};
-  Recording recording{hub, voice, cameras, card};
   ClipMaker clips{[this](int camera, qint64 ms, Picture* picture) { source(camera, ms, picture); }};  // of a replay
+  Recording recording{hub, voice, cameras, card};
   Playback playback{hub, card};
   Parking parking{hub, cameras, recording};
   ManualEvent manualEvent{hub, recording};
+  Update update{hub};
   Facts facts;
   QTimer restart;  // to the restart of the device
   Scenario scenario{hub};

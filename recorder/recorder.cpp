@@ -48,6 +48,7 @@ Recorder::Recorder(const QString& root, QObject* parent)
 Recorder::~Recorder() {
   mParts->recording.Finish();
   mParts->card.Finish();
+  mParts->update.Finish();
 }
 
 void Recorder::SetDelays(const Delays& delays) {
@@ -144,6 +145,23 @@ bool Recorder::Do(const QString& name, const QJsonObject& arguments, QString* er
   return done;
 }
 
+bool Recorder::PutOwnPicture(const QByteArray& bmp, QString* error) {
+  Hub& hub = mParts->hub;
+  const QString path = hub.Path(kOwnPicture);
+  if (!mParts->card.IsReady()) {
+    *error = QStringLiteral("There is no card, or it is being formatted.");
+    return false;
+  }
+  if (!QDir().mkpath(QFileInfo(path).path()) || !WriteWhole(path, bmp)) {
+    *error = QStringLiteral("The picture cannot be written: %1.").arg(path);
+    return false;
+  }
+  QFile::remove(hub.Path(kOwnPictureCopy));  // the memory of the device is empty after a restart
+  hub.Note(QStringLiteral("A picture of the driver's is on the card."));
+  emit RestartWanted();
+  return true;
+}
+
 QJsonArray Recorder::Actions() {
   return DescribeActions();
 }
@@ -173,6 +191,7 @@ QJsonObject Recorder::State() const {
           {QStringLiteral("gps"), parts.facts.gps},
           {QStringLiteral("speed"), parts.facts.speed},
           {QStringLiteral("accModel"), parts.facts.accModel},
+          {QStringLiteral("update"), parts.update.State()},
           {QStringLiteral("scenario"), parts.scenario.IsPlaying()},
           {QStringLiteral("connections"), parts.server.Connections()},
           {QStringLiteral("waitingEvents"), parts.status.Waiting()}};
@@ -182,5 +201,6 @@ VideoPlane Recorder::Video() const {
   VideoPlane plane = mParts->cameras.Video();
   plane.recording = mParts->recording.IsOn();
   plane.played = mParts->playback.Shown();
+  plane.update = mParts->update.Pictures();
   return plane;
 }

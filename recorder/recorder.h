@@ -24,6 +24,9 @@ struct VideoPlane {
   bool recording = true;  ///< a recording is under way
   /// The picture of the recording that is being played, in place of the cameras; null: none is.
   std::shared_ptr<const Picture> played;
+  /// What the firmware shows during its update, in front of all, with full backlight: files of this machine, from the
+  /// back to the front, each as wide as the LCD and at its bottom. Empty: no update.
+  QStringList update;
 };
 
 /// The simulated recorder firmware: everything that the interface talks to over the platform library's transport, and
@@ -54,6 +57,7 @@ public:
     int check = 2000;         ///< the check of the card
     int verdict = 1500;       ///< from the second voltage measurement to the verdict
     int playSecond = 1000;    ///< a second of a recording that is played
+    int update = 500;         ///< half a blink of an update; it takes 20 of them
   };
 
   /// `root` is the folder that stands for the device's file system; without a slash at its end.
@@ -98,6 +102,10 @@ public:
   /// name or a bad argument, or when it cannot be done now.
   bool Do(const QString& name, const QJsonObject& arguments, QString* error);
 
+  /// Puts a picture of the driver's on the card, a BMP file, and restarts the device: the interface takes it at its
+  /// start alone. False, with one sentence in `error`, when there is no card, or it cannot be written.
+  bool PutOwnPicture(const QByteArray& bmp, QString* error);
+
   /// Every action: [{"name", "group", "label", "arguments": [{"name", "min", "max", "default"} or {"name",
   /// "choices"}]}] A number is whole unless the argument says "fraction": true. An argument may be left out when it
   /// says "optional": true. Choices are texts.
@@ -124,16 +132,18 @@ signals:
   void Logged(const QJsonObject& entry);
   void StateChanged();
   void VideoChanged();
-  /// A scenario wants a tap on the screen, x 0..479 and y 0..319.
-  void TapWanted(int x, int y);
-  /// The firmware restarts the device: the interface must be ended and started again.
-  void RestartWanted();
-
-private:
-  std::unique_ptr<recorder::Parts> mParts;
-};
   /// This is on the card now: {"name", ...} a recording, {"from", "to"} a time at which nothing was recorded.
   void Stored(const QJsonObject& what);
   /// A scenario is about to send an event ({"event", "value"}), or to do an action ({"name", its arguments}).
   void EventWanted(const QJsonObject& request);
   void ActionWanted(const QJsonObject& request);
+  /// A scenario wants a tap on the screen, x 0..479 and y 0..319.
+  void TapWanted(int x, int y);
+  /// The firmware restarts the device: the interface must be ended and started again.
+  void RestartWanted();
+  /// An update begins: the interface must be ended. It comes back by RestartWanted().
+  void InterfaceEndWanted();
+
+private:
+  std::unique_ptr<recorder::Parts> mParts;
+};

@@ -4,6 +4,7 @@ import {Controls} from './controls.js';
 import {Lcd} from './lcd.js';
 import {Led} from './led.js';
 import {Log} from './log.js';
+import {OwnPicture} from './ownpicture.js';
 import {State} from './state.js';
 
 const find = (id) => document.getElementById(id);
@@ -14,6 +15,7 @@ new Areas(connection, find('areas'), find('show-areas'));
 new Led(connection, find('led'), find('led-text'));
 new Controls(connection, find('work'), find('controls'), find('event'));
 new Log(connection, find('log'), find('kinds'), find('pause'));
+new OwnPicture(find('picture'));
 new State(connection, find('seen'), find('state'), find('setup'), find('settings'));
 
 const WORDS = {open: 'Connected', closed: 'The bench does not answer: trying again'};

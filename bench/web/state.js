@@ -4,6 +4,8 @@ const VIEWS = {pip: 'both cameras', front: 'front camera', rear: 'rear camera'};
 const CORNERS = ['right bottom', 'right top', 'left top', 'left bottom'];
 const GPS = ['none', 'searching', 'fix'];
 
+const UPDATE = ['begins', 'runs', 'has ended'];
+
 const nameOf = (box) => `${box.name} (${box.id})`;
 
 function videoOf({view, pipCorner, mirrored}) {
@@ -26,7 +28,8 @@ function parkedOf({parked, impacts, motions}) {
 }
 
 // What a person sees, in one line.
-function seenOf({screen, boxes, interface: ui, lcd}) {
+function seenOf({screen, boxes, interface: ui, lcd, recorder}) {
+  if (UPDATE[recorder?.update]) return `The firmware update ${UPDATE[recorder.update]}`;
   if (!ui.running) return 'The interface does not run';
   const box = boxes.event ?? boxes.own;
   return [screen ?? 'No screen yet', box?.name, lcd.backlight === 0 && 'LCD off'].filter(Boolean).join(' · ');

@@ -1345,6 +1345,8 @@ private slots:
          {"impact", "motion", "parkOut", "parkLowVoltage", "sdIn", "voiceEndSuppress", "updateMarker", "touchMarker",
           "removeMarkers", "clock", "batteryType", "voltageVerdict", "factoryReset", "commandsFail"})
       QVERIFY2(names.remove(QLatin1String(other)), other);
+    // Or in those of the report and of the update.
+    for (const char* other : {"report", "update"}) QVERIFY2(names.remove(QLatin1String(other)), other);
     // Or in the test of the recordings.
     for (const char* other : {"shock", "sdFull", "sdCorrupt", "sdCheckFinds", "sdFormatFails"})
       QVERIFY2(names.remove(QLatin1String(other)), other);
@@ -1550,6 +1552,7 @@ private slots:
     QTest::newRow("park-overnight") << 15;
     QTest::newRow("everything-fails") << 30;
     QTest::newRow("browse") << 15;
+    QTest::newRow("firmware-update") << 20;
   }
   void theScenariosThatAreShippedCanBePlayed() {
     QFETCH(int, steps);
