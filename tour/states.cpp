@@ -14,7 +14,7 @@
 
 namespace {
 constexpr QPoint kTile11(80, 125), kTile12(240, 125), kTile13(400, 125), kTile21(80, 255), kTile22(240, 255),
-    kTile23(400, 255), kHome(40, 30), kBack(440, 30);
+    kTile23(400, 255), kHome(40, 30);
 constexpr QPoint kYes(140, 236), kNo(340, 236);
 constexpr QPoint kViewKey(40, 30), kMicKey(115, 30), kRearKey(190, 30), kLowerLeft(40, 96), kLowerRight(115, 96),
     kBeside(300, 200);  // of the preview
@@ -485,6 +485,12 @@ const State kStates[] = {
     {FILEMANAGEMENT, "shares-no-parking", "No parkings are recorded", [](Camera& c) { OpenShares(c, 0, 1); }},
     {FILEMANAGEMENT, "shares-no-impacts", "No impacts are recorded", [](Camera& c) { OpenShares(c, 1, 0); }},
     {POWERCUTSETTING, "cut-off", "The recommended voltages", [](Camera& c) { OpenCutOff(c, 0, false); }},
+    {POWERCUTSETTING, "cut-off-recommended", "The driver's own are given up",
+     [](Camera& c) {
+       OpenCutOff(c, 0, false);
+       c.Tap({358, 290});
+       c.Tap({120, 290});
+     }},
     {POWERCUTSETTING, "cut-off-manual", "The driver's own", 
      [](Camera& c) {
        OpenCutOff(c, 0, true);
