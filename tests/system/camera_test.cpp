@@ -27,10 +27,7 @@ class CameraTest : public CameraRun {
 private slots:
   void initTestCase() { QVERIFY(StartCamera()); }
   void cleanupTestCase() { mBench.reset(); }
-  void init() {
-    QTRY_COMPARE_WITH_TIMEOUT(Screen(), QStringLiteral("PREVIEW"), kBoxMs);
-    mSince = mBench->LastEntry();
-  }
+  void init() { AwaitPreview(); }
 
   void theCameraComesUp() {
     QTRY_VERIFY(IsOverlayShown());

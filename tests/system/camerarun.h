@@ -64,6 +64,18 @@ protected:
     QTRY_VERIFY(IsOverlayShown());
   }
 
+  void OpenMenu() {
+    ShowOverlay();
+    QVERIFY(Tap({265, 33}));
+    QTRY_COMPARE(Screen(), QStringLiteral("MAINMENU"));
+  }
+
+  /// Before each test: what the one before left is over.
+  void AwaitPreview() {
+    QTRY_COMPARE_WITH_TIMEOUT(Screen(), QStringLiteral("PREVIEW"), kBoxMs);
+    mSince = mBench->LastEntry();
+  }
+
   std::unique_ptr<BenchRun> mBench;
   qint64 mSince = 0;  ///< the log's end when the test began
 };

@@ -6,7 +6,7 @@
 class DriverTest : public CameraRun {
   Q_OBJECT
 
-  static constexpr QPoint kMenu{265, 33}, kHome{40, 30}, kYes{140, 236}, kNo{340, 236};
+  static constexpr QPoint kHome{40, 30}, kYes{140, 236}, kNo{340, 236};
   static constexpr QPoint kTile11{80, 125}, kTile12{240, 125}, kTile13{400, 125}, kTile21{80, 255};
   static constexpr QRect kRoad{120, 80, 240, 110};  // of the player: no control stands there
 
@@ -42,11 +42,6 @@ class DriverTest : public CameraRun {
     return sum / one.width() / one.height();
   }
 
-  void OpenMenu() {
-    ShowOverlay();
-    QVERIFY(Tap(kMenu));
-    QTRY_COMPARE(Screen(), QStringLiteral("MAINMENU"));
-  }
   void OpenList() {
     OpenMenu();
     QVERIFY(Tap(kTile11));
@@ -63,10 +58,7 @@ class DriverTest : public CameraRun {
 private slots:
   void initTestCase() { QVERIFY(StartCamera()); }
   void cleanupTestCase() { mBench.reset(); }
-  void init() {
-    QTRY_COMPARE_WITH_TIMEOUT(Screen(), QStringLiteral("PREVIEW"), kBoxMs);
-    mSince = mBench->LastEntry();
-  }
+  void init() { AwaitPreview(); }
 
   // ---- recordings
 

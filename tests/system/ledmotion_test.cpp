@@ -4,18 +4,12 @@
 class LedMotionTest : public CameraRun {
   Q_OBJECT
 
-  static constexpr QPoint kMenu{265, 33}, kHome{40, 30}, kBack{440, 30}, kYes{140, 236}, kNo{340, 236};
+  static constexpr QPoint kHome{40, 30}, kBack{440, 30}, kYes{140, 236}, kNo{340, 236};
   static constexpr QPoint kTile11{80, 125}, kTile12{240, 125}, kTile13{400, 125}, kTile22{240, 255}, kTile23{400, 255};
 
   QJsonObject Led() const { return mBench->State("recorder/frontLed").toObject(); }
   QString Map(const char* camera) const {
     return mBench->State("recorder/motion").toObject().value(QLatin1String(camera)).toString();
-  }
-
-  void OpenMenu() {
-    ShowOverlay();
-    QVERIFY(Tap(kMenu));
-    QTRY_COMPARE(Screen(), QStringLiteral("MAINMENU"));
   }
 
   // Taps the digits of the keypad: 1 to 5 above, 6 to 9 and 0 below.
@@ -32,10 +26,7 @@ class LedMotionTest : public CameraRun {
 private slots:
   void initTestCase() { QVERIFY(StartCamera()); }
   void cleanupTestCase() { mBench.reset(); }
-  void init() {
-    QTRY_COMPARE_WITH_TIMEOUT(Screen(), QStringLiteral("PREVIEW"), kBoxMs);
-    mSince = mBench->LastEntry();
-  }
+  void init() { AwaitPreview(); }
 
   void aNumberThatIsTypedAndTickedIsOnTheFrontLed() {
     OpenMenu();
