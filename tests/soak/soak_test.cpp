@@ -31,8 +31,9 @@ constexpr int kAnswerMs = 8000;        // longer than recorder's format and chec
 constexpr int kWarmUp = 3;             // bouts of one interface until its memory is measured
 constexpr qint64 kMoreMemory = 65536;  // kB, what may come on top
 constexpr int kMoreFiles = 4, kMoreThreads = 2;
-constexpr int kSteps = 60;      // in a bout, beside its two walks
-constexpr int kKilledEach = 5;  // bouts: in one of them the interface is ended
+constexpr int kScreenOpensMs = 200;
+constexpr int kSteps = 30;      // in a bout, after its walk
+constexpr int kKilledEach = 8;  // bouts: in one of them the interface is ended
 
 constexpr char kSettings[] = "/opt/gui/ini/config_firm.ini";
 
@@ -320,7 +321,8 @@ public:
     for (int bout = 1; double(mClock.elapsed()) < minutes * 60000; ++bout) {
       mIsWild = Below(4) == 0;
       Write(QStringLiteral("-- bout %1").arg(bout));
-      for (int i = 0; i < kSteps; ++i) i % (kSteps / 2) == 0 ? Walk() : AnyStep();
+      Walk();
+      for (int i = 0; i < kSteps; ++i) AnyStep();
       if (bout % kKilledEach == 0) EndInterface();
       GoHome();
       LookAtSettings();
@@ -372,6 +374,7 @@ private:
         DoAction({{QStringLiteral("name"), part.mid(1)}});
       else
         TouchAt(at, 60);
+      Pause(kScreenOpensMs);
       if (Below(8) == 0) AnyStep();
     }
   }
