@@ -228,14 +228,13 @@ protected:
     mAnswered.clear();
     mUnanswered = mClock.elapsed();
     const qint64 begun = mClock.elapsed();
-    while (!IsHome()) {
+    while (!IsHome() || !SeesPreview()) {
       if (mClock.elapsed() > begun + kLeaveMs)
         throw Failure(QStringLiteral("No way back to the live preview from %1.").arg(Where()));
-      Leave();
+      if (!IsHome()) Leave();
       Pause(400);
     }
     if (IsHeld()) Do("recorderRestart");
-    SeePreview();
   }
 
 private:
@@ -294,14 +293,13 @@ private:
     return Event(formats ? RECV_ZEL_STATUS_SD_FORMAT_RESULT : RECV_ZEL_STATUS_SD_CHECK);
   }
 
-  // What is on the LCD is the preview, too: a touch shows its keys. Five touches in a row would open another screen.
-  void SeePreview() {
-    for (int i = 0; i < 8; ++i) {
-      if (IsOverlayShown()) return;
-      Touch(kBeside);
-      Pause(1200);
-    }
-    throw Failure("The live preview shows no keys.");
+  // What is on the LCD is the preview, too: a touch shows its keys. Five in a row would open another screen, as what
+  // has just started may do by itself.
+  bool SeesPreview() {
+    if (IsOverlayShown()) return true;
+    Touch(kBeside);
+    Pause(1000);
+    return false;
   }
 
   QMap<QString, int> mAnswered;
