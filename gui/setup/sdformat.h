@@ -30,6 +30,8 @@ public slots:
 protected:
   void paintEvent(QPaintEvent* event) override;
 
+  int mLblIdx = 0;  ///< the state: 0 progress, 1 timed out (never entered), 2 success, 3 failure
+
 private:
   void RecvSDFormatStatus(int status);
   void SetLabel(const QString& text, int px);
@@ -39,5 +41,4 @@ private:
   QLabel* mLblMsg;
   QLabel* mLblCaution;
   QTimer* mTimSDFormat;
-  int mLblIdx = 0;  // the state: 0 progress, 1 timed out (never entered), 2 success, 3 failure
 };

@@ -251,6 +251,30 @@ private slots:
     QCOMPARE(TopId(), PREVIEW);
     QCOMPARE(EventBox(), int{R_NO_SD});
   }
+  void everyMessageEndsTheScreenSaverAndNothingElseDoes_data() { everyEventRaisesItsMessageAndGoesOn_data(); }
+  void everyMessageEndsTheScreenSaverAndNothingElseDoes() {
+    QFETCH(int, event);
+    QFETCH(int, message);
+    QFETCH(int, ms);
+    QFETCH(int, screen);
+    if (screen != PREVIEW) Open(WidgetId(screen));
+    const QPointer<BaseWidget> saver = Open(SCREENSAVER);
+    Receive(event, kValue);
+    const bool wakes = message >= 0 || event == RECV_ZEL_STATUS_LCD_KEY;
+    QCOMPARE(saver.isNull(), wakes);
+    QCOMPARE(TopId(), wakes ? WidgetId(screen) : SCREENSAVER);
+    QCOMPARE(EventBox(), message);
+    QCOMPARE(ArmedOnTop("mRecvMessageBoxTimer"), ms);
+  }
+  void parkingEndsTheScreenSaver() {
+    for (const int event : {RECV_ZEL_STATUS_PARK_MODE_IN, RECV_ZEL_STATUS_PARK_MODE_OUT}) {
+      const QPointer<BaseWidget> saver = Open(SCREENSAVER);
+      Receive(event, kValue);
+      QVERIFY(!saver);
+      QCOMPARE(TopId(), PREVIEW);
+      QCOMPARE(EventLines().last(), Forwarded("PREVIEW", event, kValue));
+    }
+  }
   // The saver is gone after the first step back; the second one is the report's.
   void aMessageEndsASaverOverTheParkingReport() {
     Open(PFILEGRAPH);

@@ -381,6 +381,9 @@ private slots:
     QTest::newRow("no picture") << QByteArray("BM, but no picture");
     QByteArray bomb("BM\x36\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\xff\xff\xff\x7f\xff\xff\xff\x7f\1\0\x18\0", 30);
     QTest::newRow("larger than memory") << bomb + QByteArray(24, '\0');
+    // 8000 x 8000 pixels would be 256 MB, more than is ever decoded.
+    QTest::newRow("larger than is decoded")
+        << QByteArray(bomb).replace(18, 8, QByteArray("\x40\x1f\0\0\x40\x1f\0\0", 8)) + QByteArray(24, '\0');
   }
   void brokenOwnPictureIsADarkScreen() {
     QFETCH(QByteArray, bytes);

@@ -228,6 +228,8 @@ private slots:
     for (const QByteArray path : {"/api/state", "/api/log", "/api/lcd.png", "/api/actions", "/api/click.wav"})
       row("POST " + path, post(path, "{}"), 405);
     row("GET a restart", get("/api/interface/restart"), 405);
+    row("GET a picture", get("/api/picture"), 405);
+    row("picture of a foreign page", post("/api/picture", "BM", "Origin: http://evil.example\r\n"), 403);
     for (const QByteArray method : {"HEAD", "PUT", "DELETE", "OPTIONS", "PATCH"})
       row(method, method + " /api/state HTTP/1.1\r\nHost: HOST\r\n\r\n", 405);
 

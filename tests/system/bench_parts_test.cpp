@@ -103,6 +103,9 @@ private slots:
     row("WebSocket from elsewhere", Request("GET /ws", "Upgrade: websocket\r\nOrigin: http://evil.example\r\n"), 403);
 
     row("large body", Request("POST /api/touch", "Content-Length: 65537\r\n"), 413);
+    row("largest picture", Request("POST /api/picture", "Content-Length: 8388608\r\n"), 200);
+    row("picture too large", Request("POST /api/picture", "Content-Length: 8388609\r\n"), 413);
+    row("picture elsewhere", Request("POST /api/pictures", "Content-Length: 65537\r\n"), 413);
     row("large head", Request("GET /", "X: " + QByteArray(16 * 1024, 'x') + "\r\n"), 431);
     row("long path", Request("GET /" + QByteArray(16 * 1024, 'x')), 431);
     row("endless line", QByteArray(16 * 1024, 'x'), 431);
