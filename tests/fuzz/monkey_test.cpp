@@ -50,6 +50,17 @@ private:
     QTimerEvent over(timer->timerId());
     QCoreApplication::sendEvent(timer, &over);
   }
+  // One that is good, but for its counts now and then.
+  QByteArray AnyReport() {
+    const int start = 1 + Below(2000000000);
+    QList<int> words{1, start, start + 1 + Below(50000), 0};
+    for (int kind = 0; kind < 2; ++kind) {
+      const int count = Below(20);
+      words << (Below(8) ? count : AnyValue());
+      for (int i = 0; i < count; ++i) words << start + Below(60000) - 5000;
+    }
+    return QByteArray(reinterpret_cast<const char*>(words.constData()), words.size() * qsizetype{sizeof(int)});
+  }
   void AnyFile() {
     static constexpr const char* kFiles[] = {"/tmp/ndf",
                                              "/tmp/.info.bin",
@@ -71,6 +82,7 @@ private:
     }
     QByteArray bytes(Below(200), Qt::Uninitialized);
     for (char& byte : bytes) byte = char(Below(3) ? 0 : Below(256));
+    if (Below(2) && file == QLatin1String("/tmp/.info.bin")) bytes = AnyReport();
     root.Write(file, bytes);
   }
   void AnySetting() {
@@ -85,12 +97,13 @@ private:
   // Some ways are rarely found by chance.
   void AnyScreen() {
     static constexpr WidgetId kRare[] = {
-        MAINMENU2,       SDMANAGEMENT,    RECORDINGLIST,       SDFORMAT,          TIMELAYOUT,
-        FRONTLED,        NUMBERSETLAYOUT, LEDFILELIST,         FILEMANAGEMENT,    MOTIONSETTING,
-        LCDSETTING,      AUDIOSETTING,    PARKINGSETTING,      DRIVINGSETTING,    FILEDELMETHOD,
-        POWERCUTSETTING, TOUCHCOMP,       VOLTAGECOMPENSATION, BLACKBOXMANAGEMENT};
+        MAINMENU2,          SDMANAGEMENT,   RECORDINGLIST,  SDFORMAT,        TIMELAYOUT, FRONTLED,
+        NUMBERSETLAYOUT,    LEDFILELIST,    FILEMANAGEMENT, MOTIONSETTING,   LCDSETTING, AUDIOSETTING,
+        PARKINGSETTING,     DRIVINGSETTING, FILEDELMETHOD,  POWERCUTSETTING, TOUCHCOMP,  VOLTAGECOMPENSATION,
+        BLACKBOXMANAGEMENT, FIRMUP,         SCREENSAVER};
     if (gWidgetManager.GetStackDepth() > 4) return;
     const WidgetId id = kRare[Below(std::size(kRare))];
+    gFirmupCount = AnyValue();
     mPlayed = QLatin1String(NameOf(id));
     mWindow->StartWidget(id, nullptr);
   }
