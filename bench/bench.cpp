@@ -205,7 +205,8 @@ void Bench::SkipTime(qint64 ms) {
 }
 
 void Bench::Store(const QJsonObject& what) {
-  if (QString error; mRecorder && !mRecorder->Store(what, &error)) Note(error);
+  if (QString error; mRecorder && !mRecorder->Store(what, &error)) return Note(error);
+  emit Stored(what);
 }
 
 // ---- what comes from outside
@@ -261,11 +262,13 @@ Reply Bench::Action(const QJsonObject& request, const QObject* owner) {
   return DoRecorders(name, arguments);
 }
 
-Reply Bench::OwnPicture(const QByteArray& file) {
+Reply Bench::OwnPicture(const QByteArray& file, const QObject* owner) {
+  if (Reply reply = CheckOwner(owner); !reply.IsGood()) return reply;
   QString error;
   const QByteArray bmp = ::OwnPicture(file, &error);
   if (bmp.isEmpty()) return Reply::Bad(error);
   if (!mRecorder) return NoRecorder();
+  emit PictureTaken(bmp);
   return mRecorder->PutOwnPicture(bmp, &error) ? Reply() : Reply::NotNow(error);
 }
 

@@ -41,7 +41,7 @@ public:
   Reply Touch(const QJsonObject& request, const QObject* owner);
   Reply Event(const QJsonObject& request, const QObject* owner = nullptr);
   Reply Action(const QJsonObject& request, const QObject* owner = nullptr);
-  Reply OwnPicture(const QByteArray& file);  ///< the file of a picture, for the card
+  Reply OwnPicture(const QByteArray& file, const QObject* owner = nullptr);  ///< the file of a picture, for the card
   void RestartInterface() { mSupervisor.RestartInterface(); }
 
   QJsonObject State() const;
@@ -73,7 +73,8 @@ signals:
   /// An event, or an action, is about to be done: the members as of Event() and Action().
   void EventTaken(const QJsonObject& request);
   void ActionTaken(const QJsonObject& request);
-  void Stored(const QJsonObject& what);  ///< see Recorder
+  void PictureTaken(const QByteArray& bmp);  ///< the same for a picture
+  void Stored(const QJsonObject& what);      ///< see Recorder
 
 private:
   struct OwnArgument;

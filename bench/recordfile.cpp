@@ -11,14 +11,14 @@
 namespace {
 constexpr qint64 kLargest = 64 << 20;        // bytes of a file
 constexpr qint64 kLongestFirst = 8 << 20;    // of its first line: the root state
-constexpr qint64 kLongestLine = 64 << 10;    // and of any other
+constexpr qint64 kLongestLine = 1 << 20;     // and of any other
 constexpr double kLongest = 7 * 86400000.0;  // ms: a week
 constexpr char kTime[] = "yyyy-MM-ddTHH:mm:ss.zzz";
 
 using Kind = RecordEntry::Kind;
 
-constexpr std::array<const char*, 9> kKinds = {"touch",  "event",  "action", "command", "status",
-                                               "screen", "stored", "remark", "end"};
+constexpr std::array<const char*, 10> kKinds = {"touch",  "event",  "action", "picture", "command",
+                                                "status", "screen", "stored", "remark",  "end"};
 
 // Of the log's kinds; the others are remarks.
 constexpr std::pair<const char*, Kind> kLogKinds[] = {

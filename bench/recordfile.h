@@ -12,6 +12,7 @@ struct RecordEntry {
     Touch,    ///< somebody's: {"request"} of the bench, and mostly {"seen"} before it
     Event,    ///< the same
     Action,   ///< the same
+    Picture,  ///< the same: one of the driver's, {"png"} in base64
     Command,  ///< of the interface
     Status,   ///< an event that the interface was told
     Screen,   ///< what the interface says about itself
@@ -24,7 +25,7 @@ struct RecordEntry {
   qint64 ms = 0;  ///< since the start
   QJsonObject body;
 
-  bool IsInput() const { return kind == Kind::Touch || kind == Kind::Event || kind == Kind::Action; }
+  bool IsInput() const { return kind <= Kind::Picture; }
   QJsonObject Request() const { return body.value(QLatin1String("request")).toObject(); }
   QJsonObject Seen() const { return body.value(QLatin1String("seen")).toObject(); }
 

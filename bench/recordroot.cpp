@@ -103,7 +103,8 @@ bool CheckFiles(const QJsonArray& files, QString* error) {
     const qint64 size = Data(file.toObject()).size();
     bytes += size;
     if (IsPath(path) && size <= kLargest) continue;
-    *error = QStringLiteral("The root state has a file that may not be, or is too large: \"%1\".").arg(path.left(60));
+    *error = QStringLiteral("The root state has a file that may not be, or is too large: \"%1\".")
+                 .arg(path.simplified().left(60));
     return false;
   }
   if (files.size() <= kMostFiles && bytes <= kLargestAll) return true;

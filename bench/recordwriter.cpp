@@ -1,5 +1,8 @@
 #include "bench/recordwriter.h"
 
+#include <QBuffer>
+#include <QImage>
+
 #include "bench/bench.h"
 #include "bench/recordlook.h"
 
@@ -19,6 +22,11 @@ bool RecordWriter::Open(const QString& path, const RecordFile& begin, QString* e
   connect(&mBench.Log(), &BenchLog::Added, this, &RecordWriter::TakeLog);
   connect(&mBench, &Bench::EventTaken, this, [this](const QJsonObject& request) { TakeInput(Kind::Event, request); });
   connect(&mBench, &Bench::ActionTaken, this, [this](const QJsonObject& request) { TakeInput(Kind::Action, request); });
+  connect(&mBench, &Bench::PictureTaken, this, [this](const QByteArray& bmp) {
+    QBuffer png;
+    QImage::fromData(bmp).save(&png, "PNG");
+    TakeInput(Kind::Picture, {{QStringLiteral("png"), QLatin1String(png.data().toBase64())}});
+  });
   connect(&mBench, &Bench::Stored, this, [this](const QJsonObject& what) {
     Write({Kind::Stored, 0, {{QStringLiteral("stored"), what}}});
   });

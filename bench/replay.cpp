@@ -30,6 +30,7 @@ QString Described(const RecordEntry& input) {
   const QJsonObject request = input.Request();
   if (input.kind == Kind::Event) return QStringLiteral("event %1").arg(request.value(QLatin1String("event")).toInt());
   if (input.kind == Kind::Action) return request.value(QLatin1String("name")).toString().left(40);
+  if (input.kind == Kind::Picture) return QStringLiteral("a picture of the driver's");
   const QString action = request.value(QLatin1String("action")).toString().left(40);
   if (!request.contains(QLatin1String("x"))) return action;
   return QStringLiteral("%1 at %2, %3")
@@ -107,6 +108,11 @@ void Replay::Store() {
 
 // ---- what is given
 
+// A finger that is down moves or is lifted when its time has come, whatever is shown.
+bool Replay::IsAwaiting() const {
+  return !Next().Seen().isEmpty() || Next().kind == Kind::End;
+}
+
 bool Replay::HaveAllCome() const {
   return std::all_of(mStreams.begin(), mStreams.end(), [this](const Stream& stream) {
     return stream.cursor >= stream.expected.size() || stream.expected[stream.cursor] > mNext;
@@ -138,8 +144,7 @@ bool Replay::IsMet(QString* why) {
 
 void Replay::Go() {
   const qint64 since = mSinceLast.elapsed(), gap = Next().ms - mLastMs;
-  const bool hasSeen = !Next().Seen().isEmpty() || Next().kind == Kind::End;
-  if (!hasSeen) {
+  if (!IsAwaiting()) {
     if (since >= gap) Give({});
     return;
   }
@@ -167,10 +172,24 @@ void Replay::SayMissing() {
       Differ(QStringLiteral("%1 did not come").arg(mEntries[stream.expected[stream.cursor]].Essence()));
 }
 
+Reply Replay::GiveAgain(const RecordEntry& input) {
+  const QJsonObject request = input.Request();
+  switch (input.kind) {
+    case Kind::Touch:
+      return mBench.Touch(request, this);
+    case Kind::Event:
+      return mBench.Event(request, this);
+    case Kind::Action:
+      return mBench.Action(request, this);
+    default:
+      return mBench.OwnPicture(QByteArray::fromBase64(request.value(QLatin1String("png")).toString().toLatin1()), this);
+  }
+}
+
 void Replay::Give(const QString& unmet) {
   const RecordEntry input = Next();
   if (input.IsInput()) ++mInputs;
-  SayMissing();
+  if (IsAwaiting()) SayMissing();
   if (!unmet.isEmpty()) Differ(unmet);
   if (!unmet.isEmpty()) SavePicture();
   mMet.invalidate();
@@ -179,18 +198,15 @@ void Replay::Give(const QString& unmet) {
     return emit Ended();
   }
   mBench.SkipTime(input.ms - mBench.SessionMs());
-  const QJsonObject request = input.Request();
-  const bool isTouch = input.kind == Kind::Touch;
   // What it causes is expected after it.
   mLastMs = input.ms;
   mSinceLast.start();
   do ++mNext;
   while (!Next().IsInput() && Next().kind != Kind::End);
-  const Reply reply = isTouch                     ? mBench.Touch(request, this)
-                      : input.kind == Kind::Event ? mBench.Event(request, this)
-                                                  : mBench.Action(request, this);
+  const Reply reply = GiveAgain(input);
   // An action that is refused was refused before.
-  if (isTouch && !reply.IsGood()) Differ(QStringLiteral("the touch before cannot be given: %1").arg(reply.error));
+  if (input.kind == Kind::Touch && !reply.IsGood())
+    Differ(QStringLiteral("the touch before cannot be given: %1").arg(reply.error));
   Store();
 }
 
@@ -207,6 +223,9 @@ QString Replay::Where() const {
 void Replay::Differ(const QString& sentence) {
   ++mDifferences;
   QString whole = QStringLiteral("%1: %2").arg(Where(), sentence);
+  // The file may hold anything, and this goes to a terminal.
+  for (QChar& character : whole)
+    if (!character.isPrint()) character = u'?';
   if (!whole.endsWith(u'.')) whole += u'.';
   emit Differs(whole);
 }

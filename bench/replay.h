@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "bench/recordfile.h"
+#include "bench/reply.h"
 
 class Bench;
 class RecordLook;
@@ -48,9 +49,11 @@ private:
 
   void TakeLog(const QJsonObject& log);
   void Go();
+  bool IsAwaiting() const;
   bool HaveAllCome() const;
   bool IsMet(QString* why);
   void SayMissing();
+  Reply GiveAgain(const RecordEntry& input);
   void Give(const QString& unmet);
   void Store();
   void Differ(const QString& sentence);

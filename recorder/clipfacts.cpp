@@ -49,7 +49,7 @@ std::optional<ClipFacts> ClipFacts::FromJson(const QJsonObject& object, QString*
       QDateTime::fromString(object.value(QLatin1String("changed")).toString(), QLatin1String(kChanged));
   if (recording.match(name).hasMatch() && trailer.size() == kTrailer && ms && bytes && changed.isValid())
     return ClipFacts{name, trailer, static_cast<int>(*ms), *bytes, changed.toMSecsSinceEpoch()};
-  *error = QStringLiteral("\"%1\" is no recording with trailer, ms, bytes and changed.").arg(name.left(40));
+  *error = QStringLiteral("\"%1\" is no recording with trailer, ms, bytes and changed.").arg(name.simplified().left(40));
   return {};
 }
 
