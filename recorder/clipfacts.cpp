@@ -39,8 +39,7 @@ ClipFacts ClipFacts::Of(const CardFolder& card, const QString& name) {
 }
 
 std::optional<ClipFacts> ClipFacts::FromJson(const QJsonObject& object, QString* error) {
-  static const QRegularExpression recording(
-      QStringLiteral("\\A(rec|pmr|evt|ndf)[01]_[0-9]{8}_[0-9]{6}_?\\.avi\\z"));
+  static const QRegularExpression recording(QStringLiteral("\\A(rec|pmr|evt|ndf)[01]_[0-9]{8}_[0-9]{6}_?\\.avi\\z"));
   const QString name = object.value(QLatin1String("name")).toString();
   const QByteArray trailer = QByteArray::fromHex(object.value(QLatin1String("trailer")).toString().toLatin1());
   const auto ms = Whole(object, "ms", kLongest);
@@ -49,7 +48,8 @@ std::optional<ClipFacts> ClipFacts::FromJson(const QJsonObject& object, QString*
       QDateTime::fromString(object.value(QLatin1String("changed")).toString(), QLatin1String(kChanged));
   if (recording.match(name).hasMatch() && trailer.size() == kTrailer && ms && bytes && changed.isValid())
     return ClipFacts{name, trailer, static_cast<int>(*ms), *bytes, changed.toMSecsSinceEpoch()};
-  *error = QStringLiteral("\"%1\" is no recording with trailer, ms, bytes and changed.").arg(name.simplified().left(40));
+  *error =
+      QStringLiteral("\"%1\" is no recording with trailer, ms, bytes and changed.").arg(name.simplified().left(40));
   return {};
 }
 
