@@ -7,12 +7,13 @@
 #include <signal.h>
 
 #include <QCoreApplication>
-#include <QDateTime>
-#include <QDirIterator>
+#include <QDir>
 #include <QRandomGenerator>
 #include <QSettings>
 #include <QTextStream>
 #include <QThread>
+#include <algorithm>
+#include <cmath>
 #include <optional>
 #include <stdexcept>
 
@@ -511,8 +512,13 @@ const Monkey::Step Monkey::kPlays[] = {
 int main(int argc, char** argv) {
   QCoreApplication application(argc, argv);
   const QStringList arguments = QCoreApplication::arguments();
-  const double minutes = arguments.value(1, QStringLiteral("1")).toDouble();
-  const quint32 seed = arguments.value(2, QStringLiteral("1")).toUInt();
+  bool isTime = false, isSeed = false;
+  const double minutes = arguments.value(1, QStringLiteral("1")).toDouble(&isTime);
+  const quint32 seed = arguments.value(2, QStringLiteral("1")).toUInt(&isSeed);
+  if (!isTime || !isSeed || minutes <= 0) {
+    QTextStream(stderr) << "Usage: soak_test [MINUTES [SEED]]\n";
+    return 2;
+  }
   const QString report = QStringLiteral(BINARY_DIR "/tests/soak-%1.log").arg(seed);
   QTextStream out(stdout);
   out << "seed " << seed << ", " << minutes << " minutes\n" << Qt::flush;
