@@ -31,7 +31,7 @@ QString Described(const RecordEntry& input) {
   if (input.kind == Kind::Event) return QStringLiteral("event %1").arg(request.value(QLatin1String("event")).toInt());
   if (input.kind == Kind::Action) return request.value(QLatin1String("name")).toString().left(40);
   if (input.kind == Kind::Picture) return QStringLiteral("a picture of the driver's");
-  const QString action = request.value(QLatin1String("action")).toString().left(40);
+  QString action = request.value(QLatin1String("action")).toString().left(40);
   if (!request.contains(QLatin1String("x"))) return action;
   return QStringLiteral("%1 at %2, %3")
       .arg(action)
