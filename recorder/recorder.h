@@ -57,7 +57,7 @@ public:
     int check = 2000;         ///< the check of the card
     int verdict = 1500;       ///< from the second voltage measurement to the verdict
     int playSecond = 1000;    ///< a second of a recording that is played
-    int update = 500;         ///< half a blink of an update; it takes 20 of them
+    int update = 500;         ///< half a blink of an update; it takes 14 of them
   };
 
   /// `root` is the folder that stands for the device's file system; without a slash at its end.

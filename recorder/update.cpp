@@ -5,9 +5,9 @@
 namespace recorder {
 namespace {
 // Steps of the timer.
-constexpr int kRuns = 4;  // the first of the phase that blinks
-constexpr int kEnds = 16;
-constexpr int kSteps = 20;
+constexpr int kRuns = 3;  // the first of the phase that blinks
+constexpr int kEnds = 11;
+constexpr int kSteps = 14;
 
 constexpr const char* kPictures[] = {"/usr/local/etc/fwupdatestart.bmp", "/usr/local/etc/fwupdating.bmp",
                                      "/usr/local/etc/fwupdateend.bmp"};  // by phase
@@ -44,7 +44,7 @@ int Update::Phase() const {
 QStringList Update::Pictures() const {
   if (!IsRunning()) return {};
   QStringList pictures{mHub.Path(kPictures[Phase()])};
-  if (Phase() == 1 && mStep % 2 == 0) pictures << mHub.Path(kBar);
+  if (Phase() == 1 && (mStep - kRuns) % 2 == 0) pictures << mHub.Path(kBar);
   return pictures;
 }
 

@@ -50,7 +50,7 @@ private slots:
     QVERIFY(root.Exists("/tmp/" + file));
     QVERIFY(mRecorder->State().value("update").isNull());
     QStringList wanted{"fwupdatestart"};
-    for (int i = 0; i < 6; ++i)
+    for (int i = 0; i < 4; ++i)
       wanted << "fwupdating+bottom"
              << "fwupdating";
     QCOMPARE(mShown, wanted << "fwupdateend" << QString());
