@@ -6,8 +6,6 @@
 class CalibrationTest : public CameraRun {
   Q_OBJECT
 
-  static constexpr QPoint kTargets[] = {{240, 160}, {40, 35},   {240, 35}, {440, 35}, {440, 160},
-                                        {440, 285}, {240, 285}, {40, 285}, {40, 160}};
   static constexpr QPoint kView{40, 33};
 
   QString View() const { return mBench->State("video/view").toString(); }
@@ -27,16 +25,6 @@ class CalibrationTest : public CameraRun {
   void Restarted(int starts) {
     QTRY_VERIFY_WITH_TIMEOUT(mBench->State("interface/starts").toInt() > starts, 10000);
     QTRY_VERIFY_WITH_TIMEOUT(!Screen().isEmpty(), 10000);
-  }
-
-  void Calibrate() {
-    for (int pass = 0; pass < 2; ++pass)
-      for (const QPoint& target : kTargets) {
-        QTRY_VERIFY(!mBench->State("touch/down").toBool());
-        const QImage before = Drawn();
-        QVERIFY(Tap(target));
-        QTRY_VERIFY(Drawn() != before);
-      }
   }
 
 private slots:

@@ -70,6 +70,19 @@ protected:
     QTRY_COMPARE(Screen(), QStringLiteral("MAINMENU"));
   }
 
+  /// All targets of the touch calibration, which is shown, twice.
+  void Calibrate() {
+    static constexpr QPoint kTargets[] = {{240, 160}, {40, 35},   {240, 35}, {440, 35}, {440, 160},
+                                          {440, 285}, {240, 285}, {40, 285}, {40, 160}};
+    for (int pass = 0; pass < 2; ++pass)
+      for (const QPoint& target : kTargets) {
+        QTRY_VERIFY(!mBench->State("touch/down").toBool());
+        const QImage before = Drawn();
+        QVERIFY(Tap(target));
+        QTRY_VERIFY(Drawn() != before);
+      }
+  }
+
   /// Before each test: what the one before left is over.
   void AwaitPreview() {
     QTRY_COMPARE_WITH_TIMEOUT(Screen(), QStringLiteral("PREVIEW"), kBoxMs);

@@ -6,9 +6,6 @@
 class FirmwareUpdateTest : public CameraRun {
   Q_OBJECT
 
-  static constexpr QPoint kTargets[] = {{240, 160}, {40, 35},   {240, 35}, {440, 35}, {440, 160},
-                                        {440, 285}, {240, 285}, {40, 285}, {40, 160}};
-
   static QImage PictureOf(const char* name) {
     return QImage(QStringLiteral(BINARY_DIR "/pictures/usr/local/etc/") + QLatin1String(name))
         .convertToFormat(QImage::Format_RGB32);
@@ -18,16 +15,6 @@ class FirmwareUpdateTest : public CameraRun {
   }
   int Starts() const { return mBench->State("interface/starts").toInt(); }
   bool IsRunning() const { return mBench->State("interface/running").toBool(); }
-
-  void Calibrate() {
-    for (int pass = 0; pass < 2; ++pass)
-      for (const QPoint& target : kTargets) {
-        QTRY_VERIFY(!mBench->State("touch/down").toBool());
-        const QImage before = Drawn();
-        QVERIFY(Tap(target));
-        QTRY_VERIFY(Drawn() != before);
-      }
-  }
 
 private slots:
   void init() { QVERIFY(StartCamera()); }
