@@ -33,8 +33,8 @@ constexpr int kWarmUp = 3;             // bouts of one interface until its memor
 constexpr qint64 kMoreMemory = 65536;  // kB, what may come on top
 constexpr int kMoreFiles = 4, kMoreThreads = 2;
 constexpr int kScreenOpensMs = 200;
-constexpr int kSteps = 30;      // in a bout, after its walk
-constexpr int kKilledEach = 8;  // bouts: in one of them the interface is ended
+constexpr int kSteps = 30;    // in a bout, after its walk
+constexpr int kEndEach = 10;  // bouts: in one of them the interface is ended
 
 constexpr char kSettings[] = "/opt/gui/ini/config_firm.ini";
 
@@ -320,9 +320,9 @@ public:
     for (int bout = 1; double(mClock.elapsed()) < minutes * 60000; ++bout) {
       mIsWild = Below(4) == 0;
       Write(QStringLiteral("-- bout %1").arg(bout));
-      Walk();
+      Walk(soak::kWalks);
       for (int i = 0; i < kSteps; ++i) AnyStep();
-      if (bout % kKilledEach == 0) EndInterface();
+      if (bout % kEndEach == 2) Below(2) ? AnyActionOf(mEnds) : Walk(soak::kEndings);
       GoHome();
       LookAtSettings();
       LookAtBurden();
@@ -363,19 +363,27 @@ private:
     (this->*step->play)();
   }
 
-  void Walk() {
-    const QString walk = QLatin1String(soak::kWalks[Below(int(std::size(soak::kWalks)))]);
+  template <size_t count>
+  void Walk(const char* const (&walks)[count]) {
+    const QString walk = QLatin1String(walks[Below(int(count))]);
     for (const QString& part : walk.split(u' ')) {
       const QPoint at(part.section(u',', 0, 0).toInt(), part.section(u',', 1).toInt());
       if (part.startsWith(u'~'))
         Pause(2000);
       else if (part.startsWith(u'='))
-        DoAction({{QStringLiteral("name"), part.mid(1)}});
+        DoAction(ActionOf(part.mid(1).split(u':')));
       else
         TouchAt(at, 60);
       Pause(kScreenOpensMs);
       if (Below(8) == 0) AnyStep();
     }
+  }
+
+  // Its name, and after it an argument and its value.
+  static QJsonObject ActionOf(const QStringList& parts) {
+    QJsonObject action{{QStringLiteral("name"), parts.first()}};
+    if (parts.size() == 3) action.insert(parts[1], parts[2]);
+    return action;
   }
 
   void TouchAt(QPoint at, int ms) {
@@ -443,7 +451,6 @@ private:
     DoAction(asked);
   }
   void AnyAction() { AnyActionOf(mActions); }
-  void EndInterface() { AnyActionOf(mEnds); }
 
   void AnyClock() {
     static constexpr const char* kTo[] = {"real", "midnight", "leap day", "invalid"};

@@ -12,17 +12,16 @@ inline constexpr QPoint kWanted[] = {
     {200, 86},  {200, 190}, {370, 86},  {370, 138}, {140, 236}, {340, 236}, {240, 283}, {150, 288}, {310, 288},
     {40, 291},  {120, 291}, {200, 291}, {280, 291}, {360, 291}, {440, 291}, {440, 99},  {240, 230}};
 
-/// Ways from the live preview that are rarely found by chance: "x,y" is a tap, "=name" an action, "~" a pause of two
-/// seconds.
+/// Ways from the live preview that are rarely found by chance: "x,y" is a tap, "=name" or "=name:argument:value" an
+/// action, "~" a pause of two seconds.
 inline constexpr const char* kWalks[] = {
     "265,33 80,125 140,236 ~ 200,86 ~ 240,230 200,291 440,291 280,291",        // a recording is played
     "265,33 80,125 140,236 ~ 200,138 ~ 40,291 40,33",                          // ... and left for the menu
     "265,33 80,125 140,236 ~ 150,30 265,30 355,30 440,294 200,190 ~ 120,291",  // ... and for the preview
-    "265,33 80,125 140,236 ~ =interfaceKill ~ ~",
     "265,33 400,125 80,125 140,236 ~ ~ ~",                                     // the card is formatted
     "265,33 400,125 240,125 140,236 ~ ~ ~",                                    // ... checked
     "=sdFormatFails 265,33 400,125 80,125 140,236 ~ ~ ~",                      // the format fails
-    "=sdError 140,236 ~ ~",                                                    // an error asks for one
+    "=sdError:code:5 140,236 ~ ~",                                             // an error asks for one
     "265,33 80,255 80,125 240,125 400,125 40,30 140,236 ~ ~ ~",                // other pictures need one, too
     "265,33 80,255 80,255 240,255 400,255 40,30 ~",                            // driving
     "265,33 240,255 80,125 240,125 400,125 400,255 40,30 ~",                   // parking
@@ -39,8 +38,19 @@ inline constexpr const char* kWalks[] = {
     "265,33 400,255 400,255 340,236 40,30",                                    // no factory settings
     "=parkIn =impact =motion ~ =parkOut ~ 240,283",                            // a parking and its report
     "=parkIn ~ 190,33 ~ =parkLowVoltage ~ 240,283",                            // ... that low voltage ends
+    "265,33 400,255 80,125 400,125 40,30 ~ ~ ~ ~ ~ ~ ~ ~ 240,160",             // the screen saver comes
+    "=powerKey ~ =mute:state:on ~ =powerKey 240,160 ~",                        // the LCD is dark
     "40,33 115,33 40,96 40,33 115,96 ~",                                       // the keys of the preview
     "300,200 300,200 300,200 300,200 300,200 300,200 ~",                       // the hidden way to calibration
+};
+
+/// The same for ways on which the interface is ended.
+inline constexpr const char* kEndings[] = {
+    "265,33 80,125 140,236 ~ =interfaceKill ~",
+    "265,33 400,125 80,125 140,236 ~ =interfaceKill ~",
+    "265,33 80,125 140,236 ~ 200,86 ~ =interfaceRestart ~",
+    "=touchMarker:file:test ~ ~ 200,200 100,100 =powerKey ~",
+    "=updateMarker:file:update.zel ~ 40,35 240,35 440,35 40,160 240,160 440,160 40,285 240,285 440,285",
 };
 
 /// Files that come and go. `most`: bytes of what is written; -1: it only goes.
