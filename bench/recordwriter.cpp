@@ -2,6 +2,7 @@
 
 #include <QBuffer>
 #include <QImage>
+#include <algorithm>
 
 #include "bench/bench.h"
 #include "bench/recordlook.h"
@@ -52,7 +53,7 @@ void RecordWriter::TakeInput(Kind kind, const QJsonObject& request) {
 }
 
 void RecordWriter::Write(RecordEntry entry) {
-  entry.ms = mBench.SessionMs();
+  entry.ms = mLastMs = std::max(mLastMs, mBench.SessionMs());  // a replay that is late puts time back in
   if (!mFile.isOpen() || WriteLine(entry.Line())) return;
   const QString reason = mFile.errorString();
   mFile.close();

@@ -35,4 +35,5 @@ private:
   Bench& mBench;
   std::unique_ptr<RecordLook> mLook;
   QFile mFile;
+  qint64 mLastMs = 0;  // of the last line
 };
