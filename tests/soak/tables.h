@@ -38,10 +38,10 @@ inline constexpr const char* kWalks[] = {
     "265,33 400,255 400,255 340,236 40,30",                                    // no factory settings
     "=parkIn =impact =motion ~ =parkOut ~ 240,283",                            // a parking and its report
     "=parkIn ~ 190,33 ~ =parkLowVoltage ~ 240,283",                            // ... that low voltage ends
-    "265,33 400,255 80,125 400,125 40,30 ~ ~ ~ ~ ~ ~ ~ ~ 240,160",             // the screen saver comes
-    "=powerKey ~ =mute:state:on ~ =powerKey 240,160 ~",                        // the LCD is dark
-    "40,33 115,33 40,96 40,33 115,96 ~",                                       // the keys of the preview
-    "300,200 300,200 300,200 300,200 300,200 300,200 ~",                       // the hidden way to calibration
+    "265,33 400,255 80,125 80,125 80,125 80,125 400,125 40,30 ~ ~ ~ ~ ~ ~ ~ ~ 240,160",  // the screen saver comes
+    "=powerKey ~ =mute:state:on ~ =powerKey 240,160 ~",                                  // the LCD is dark
+    "40,33 115,33 40,96 40,33 115,96 ~",                                                 // the keys of the preview
+    "300,200 300,200 300,200 300,200 300,200 300,200 ~",  // the hidden way to calibration
 };
 
 /// The same for ways on which the interface is ended.
