@@ -7,6 +7,10 @@
 #include "bench/bench.h"
 #include "bench/recordlook.h"
 
+namespace {
+constexpr int kReaction = 250;  // milliseconds
+}  // namespace
+
 using Kind = RecordEntry::Kind;
 
 RecordWriter::RecordWriter(Bench& bench, QObject* parent) : QObject(parent), mBench(bench) {}
@@ -44,12 +48,21 @@ void RecordWriter::TakeLog(const QJsonObject& entry) {
   if (!recorded) return;
   // Where the finger goes on depends on how long it was down, not on what is shown.
   if (entry.value(QLatin1String("name")) == QLatin1String("press") && recorded->kind == Kind::Touch)
-    recorded->body.insert(QStringLiteral("seen"), mLook->Seen());
+    AddSeen(&*recorded);
   Write(*recorded);
 }
 
 void RecordWriter::TakeInput(Kind kind, const QJsonObject& request) {
-  Write({kind, 0, {{QStringLiteral("request"), request}, {QStringLiteral("seen"), mLook->Seen()}}});
+  RecordEntry entry{kind, 0, {{QStringLiteral("request"), request}}};
+  AddSeen(&entry);
+  Write(entry);
+}
+
+// What was shown, unless the interface may not yet have shown what the input before has done.
+void RecordWriter::AddSeen(RecordEntry* entry) {
+  if (!mSinceInput.isValid() || mSinceInput.hasExpired(kReaction))
+    entry->body.insert(QStringLiteral("seen"), mLook->Seen());
+  mSinceInput.start();
 }
 
 void RecordWriter::Write(RecordEntry entry) {

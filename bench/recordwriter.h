@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QObject>
 #include <memory>
@@ -29,6 +30,7 @@ signals:
 private:
   void TakeLog(const QJsonObject& entry);
   void TakeInput(RecordEntry::Kind kind, const QJsonObject& request);
+  void AddSeen(RecordEntry* entry);
   void Write(RecordEntry entry);
   bool WriteLine(const QByteArray& line);
 
@@ -36,4 +38,5 @@ private:
   std::unique_ptr<RecordLook> mLook;
   QFile mFile;
   qint64 mLastMs = 0;  // of the last line
+  QElapsedTimer mSinceInput;
 };

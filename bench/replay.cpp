@@ -11,6 +11,7 @@
 namespace {
 constexpr int kGo = 20;             // milliseconds between two looks
 constexpr qint64 kBetween = 300;    // the least between two inputs when no waiting of a person counts
+constexpr qint64 kCounted = 3100;   // the same on the preview: it counts the taps of 3 s
 constexpr qint64 kSettled = 200;    // that what is shown must stay before the next input
 constexpr int kMargin = 15000;      // a slow machine's
 constexpr int kMarginAfter = 2000;  // after an input that waited in vain
@@ -154,9 +155,7 @@ void Replay::Go() {
     mMet.invalidate();
   else if (!mMet.isValid())
     mMet.start();
-  // What was changing when it was recorded says nothing of when.
-  const bool isSteady = Next().Seen().contains(QLatin1String("picture"));
-  const qint64 least = mOptions.isFast && (isSteady || Next().kind == Kind::End) ? std::min(gap, kBetween) : gap;
+  const qint64 least = Least(gap);
   if (isMet && since >= least && mMet.elapsed() >= std::min(gap, kSettled)) {
     mMargin = kMargin;
     Give({});
@@ -164,6 +163,17 @@ void Replay::Go() {
     mMargin = kMarginAfter;
     Give(why);
   }
+}
+
+// The least time between the next input and the one before it, which were `gap` apart.
+qint64 Replay::Least(qint64 gap) const {
+  const QJsonObject seen = Next().Seen();
+  if (!mOptions.isFast) return gap;
+  if (Next().kind == Kind::End) return std::min(gap, kBetween);
+  // What was changing when it was recorded says nothing of when.
+  if (!seen.contains(QLatin1String("picture"))) return gap;
+  const bool isCounted = Next().kind == Kind::Touch && seen.value(QLatin1String("screen")) == QLatin1String("PREVIEW");
+  return std::min(gap, isCounted ? kCounted : kBetween);
 }
 
 void Replay::SayMissing() {

@@ -52,6 +52,7 @@ private:
   bool IsAwaiting() const;
   bool HaveAllCome() const;
   bool IsMet(QString* why);
+  qint64 Least(qint64 gap) const;
   void SayMissing();
   Reply GiveAgain(const RecordEntry& input);
   void Give(const QString& unmet);
