@@ -14,6 +14,7 @@ Reply Finger::Tap(const Spot& spot, int ms, const QObject* owner) {
 
 Reply Finger::Press(const Spot& spot, const QObject* owner) {
   if (mTap.isActive()) Release();
+  emit Touching();
   const bool wasDown = IsDown();
   const QPoint raw = spot.isRaw ? QPoint(spot.x, spot.y) : mPanel.RawAt(spot.x, spot.y);
   if (QString error; !mPanel.PressRaw(raw.x(), raw.y(), &error)) return Reply::NotNow(error);

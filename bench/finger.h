@@ -39,6 +39,7 @@ public:
 
 signals:
   void Changed();
+  void Touching();  ///< it is about to be put down, or to be moved
 
 private:
   TouchPanel& mPanel;

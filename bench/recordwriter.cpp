@@ -24,6 +24,8 @@ bool RecordWriter::Open(const QString& path, const RecordFile& begin, QString* e
     return false;
   }
   mLook = std::make_unique<RecordLook>(mBench);
+  // Before the interface can answer it.
+  connect(&mBench.TheFinger(), &Finger::Touching, this, [this] { mTouched = mLook->Seen(); });
   connect(&mBench.Log(), &BenchLog::Added, this, &RecordWriter::TakeLog);
   connect(&mBench, &Bench::EventTaken, this, [this](const QJsonObject& request) { TakeInput(Kind::Event, request); });
   connect(&mBench, &Bench::ActionTaken, this, [this](const QJsonObject& request) { TakeInput(Kind::Action, request); });
@@ -48,20 +50,19 @@ void RecordWriter::TakeLog(const QJsonObject& entry) {
   if (!recorded) return;
   // Where the finger goes on depends on how long it was down, not on what is shown.
   if (entry.value(QLatin1String("name")) == QLatin1String("press") && recorded->kind == Kind::Touch)
-    AddSeen(&*recorded);
+    AddSeen(&*recorded, mTouched);
   Write(*recorded);
 }
 
 void RecordWriter::TakeInput(Kind kind, const QJsonObject& request) {
   RecordEntry entry{kind, 0, {{QStringLiteral("request"), request}}};
-  AddSeen(&entry);
+  AddSeen(&entry, mLook->Seen());
   Write(entry);
 }
 
 // What was shown, unless the interface may not yet have shown what the input before has done.
-void RecordWriter::AddSeen(RecordEntry* entry) {
-  if (!mSinceInput.isValid() || mSinceInput.hasExpired(kReaction))
-    entry->body.insert(QStringLiteral("seen"), mLook->Seen());
+void RecordWriter::AddSeen(RecordEntry* entry, const QJsonObject& seen) {
+  if (!mSinceInput.isValid() || mSinceInput.hasExpired(kReaction)) entry->body.insert(QStringLiteral("seen"), seen);
   mSinceInput.start();
 }
 

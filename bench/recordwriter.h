@@ -30,7 +30,7 @@ signals:
 private:
   void TakeLog(const QJsonObject& entry);
   void TakeInput(RecordEntry::Kind kind, const QJsonObject& request);
-  void AddSeen(RecordEntry* entry);
+  void AddSeen(RecordEntry* entry, const QJsonObject& seen);
   void Write(RecordEntry entry);
   bool WriteLine(const QByteArray& line);
 
@@ -39,4 +39,5 @@ private:
   QFile mFile;
   qint64 mLastMs = 0;  // of the last line
   QElapsedTimer mSinceInput;
+  QJsonObject mTouched;  // what was shown before the last touch
 };

@@ -12,7 +12,7 @@ namespace {
 constexpr int kGo = 20;             // milliseconds between two looks
 constexpr qint64 kBetween = 300;    // the least between two inputs when no waiting of a person counts
 constexpr qint64 kCounted = 3100;   // the same on the preview: it counts the taps of 3 s
-constexpr qint64 kSettled = 200;    // that what is shown must stay before the next input
+constexpr qint64 kSettled = 300;    // that what is shown must stay before the next input
 constexpr int kMargin = 15000;      // a slow machine's
 constexpr int kMarginAfter = 2000;  // after an input that waited in vain
 constexpr auto kNobody = "nothing";
