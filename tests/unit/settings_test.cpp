@@ -609,17 +609,24 @@ private slots:
     int changes = 0;
     int last = 1;
     for (int kills = 0; kills < 100; ++kills) {
+      int saved[2];  // a byte for each time that it has saved
+      QCOMPARE(pipe(saved), 0);
       const pid_t writer = fork();
       if (writer == 0) {
         gEnvirnmentSettings.InitSettingConfig();
         for (int value = 1;; value = 3 - value) {
           fill(value);
           gEnvirnmentSettings.AllSetSettingConfig();
+          if (write(saved[1], "", 1) != 1) _exit(1);
         }
       }
-      QThread::usleep(static_cast<unsigned long>(std::rand() % 20000 + 500));
+      close(saved[1]);
+      char byte;
+      for (int saves = std::rand() % 4; saves > 0; --saves) QCOMPARE(read(saved[0], &byte, 1), 1);
+      QThread::usleep(static_cast<unsigned long>(std::rand() % 5000));
       QCOMPARE(kill(writer, SIGKILL), 0);
       QCOMPARE(waitpid(writer, nullptr, 0), writer);
+      close(saved[0]);
       const QSettings file(root.Path(kOwn), QSettings::IniFormat);
       QCOMPARE(file.status(), QSettings::NoError);
       const int found = file.value(QStringLiteral("drivingsetting/fps")).toInt();

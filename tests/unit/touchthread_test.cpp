@@ -49,11 +49,21 @@ QByteArray Tap(int x, int y, int size = 16) {
 std::atomic<int> interrupted = 0;
 }  // namespace
 
+/// Holds the reader up at its first touch until the test listens: it begins before its constructor returns.
+class ListenedHost : public HostFake {
+public:
+  std::atomic<bool> listens = true;
+  bool GetIsCurrentShowTouchMotion() const override {
+    listens.wait(false);
+    return HostFake::GetIsCurrentShowTouchMotion();
+  }
+};
+
 class TouchThreadTest : public QObject {
   Q_OBJECT
 
 private:
-  std::unique_ptr<HostFake> mHost;
+  std::unique_ptr<ListenedHost> mHost;
   std::unique_ptr<TouchThread> mReader;
   QStringList mTold;
 
@@ -175,7 +185,7 @@ private slots:
 };
 
 void TouchThreadTest::init() {
-  mHost = std::make_unique<HostFake>();
+  mHost = std::make_unique<ListenedHost>();
   gEnvirnmentSettings.mTouchValue.Store(kAsItIs);
   Screen(PREVIEW);
   Start();
@@ -184,6 +194,7 @@ void TouchThreadTest::init() {
 
 void TouchThreadTest::Start() {
   mReader.reset();
+  mHost->listens = false;
   mReader = std::make_unique<TouchThread>(mHost.get());
   mTold.clear();
   const auto tell = [this](const char* what, const QList<int>& numbers) {
@@ -203,6 +214,8 @@ void TouchThreadTest::Start() {
   connect(reader, &TouchThread::sendTimeLayoutReleaseEvent, this, [=](bool up) { tell("time", {up}); });
   connect(reader, &TouchThread::sendLedListLayoutReleaseEvent, this, [=](bool up) { tell("led", {up}); });
   connect(reader, &TouchThread::errorEvent, this, [=](int error) { tell("error", {error}); });
+  mHost->listens = true;
+  mHost->listens.notify_all();
 }
 
 void TouchThreadTest::cleanup() {
