@@ -106,6 +106,7 @@ const PreviewLayout::HotKey PreviewLayout::kHotKeys[] = {
 };
 
 PreviewLayout::PreviewLayout(QWidget* parent) : BaseWidget(parent) {
+  setAttribute(Qt::WA_OpaquePaintEvent);  // nothing needs to be painted below it
   InitTimer();
   InitLabel();
   InitTime();

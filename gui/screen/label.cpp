@@ -2,8 +2,7 @@
 
 #include <QLabel>
 
-QLabel* AddLabel(QWidget* screen, const LabelRow& row, const QString& text) {
-  auto* label = new QLabel(screen);
+void SetLabel(QLabel* label, const LabelRow& row) {
   label->setObjectName(QLatin1String(row.name));
   label->setGeometry(row.box);
   QFont face = label->font();
@@ -15,6 +14,11 @@ QLabel* AddLabel(QWidget* screen, const LabelRow& row, const QString& text) {
   label->setPalette(ink);
   label->setTextFormat(Qt::PlainText);
   label->setAlignment(row.align | Qt::AlignVCenter);
+}
+
+QLabel* AddLabel(QWidget* screen, const LabelRow& row, const QString& text) {
+  auto* label = new QLabel(screen);
+  SetLabel(label, row);
   label->setText(text);
   return label;
 }

@@ -17,5 +17,8 @@ struct LabelRow {
   bool bold = false;
 };
 
+/// Makes a label what the row says. GUI thread.
+void SetLabel(QLabel* label, const LabelRow& row);
+
 /// The label belongs to `screen`. GUI thread.
 QLabel* AddLabel(QWidget* screen, const LabelRow& row, const QString& text = QString());

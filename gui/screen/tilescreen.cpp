@@ -27,7 +27,9 @@ QRect TileScreen::TileRect(int row, int column) {
 }
 
 TileScreen::TileScreen(QWidget* parent, const QString& title, std::span<const Tile> tiles, Header header)
-    : BaseWidget(parent), mTitle(title), mTiles(tiles), mHeader(header) {}
+    : BaseWidget(parent), mTitle(title), mTiles(tiles), mHeader(header) {
+  setAttribute(Qt::WA_OpaquePaintEvent);  // the page is painted whole: nothing needs to be painted below it
+}
 
 void TileScreen::touchEvent(int type, int x, int y) {
   if (mIsShowRecvMessageBox) return;
