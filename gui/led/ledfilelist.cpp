@@ -125,16 +125,9 @@ void LedFileList::PressSave() {
 void LedFileList::MessageBoxHandler(int, int x, int y, int messageId) {
   const bool deletion = messageId == LED_FILE_UPDATE_DELETE;
   if (!deletion && messageId != LED_FILE_UPDATE_SAVE && messageId != SECURITY_LED_CHECKED) return;
-  switch (MessageBox::ButtonAt(x, y)) {
-    case MessageBox::Button::Left:
-      Write(deletion);
-      break;
-    case MessageBox::Button::Right:
-      DelMessageBox();
-      break;
-    default:
-      break;
-  }
+  const MessageBox::Button button = MessageBox::ButtonAt(x, y);
+  if (button == MessageBox::Button::Left) Write(deletion);
+  if (button == MessageBox::Button::Right) DelMessageBox();
 }
 
 void LedFileList::Write(bool deletion) {

@@ -99,16 +99,9 @@ void NumberSetLayout::Refuse(int messageId, int ms) {
 
 void NumberSetLayout::MessageBoxHandler(int, int x, int y, int messageId) {
   if (messageId != IS_INPUT_NUMBER_SAVE) return;
-  switch (MessageBox::ButtonAt(x, y)) {
-    case MessageBox::Button::Left:
-      SaveNumber();
-      break;
-    case MessageBox::Button::Right:
-      DelMessageBox();
-      break;
-    default:
-      break;
-  }
+  const MessageBox::Button button = MessageBox::ButtonAt(x, y);
+  if (button == MessageBox::Button::Left) SaveNumber();
+  if (button == MessageBox::Button::Right) DelMessageBox();
 }
 
 void NumberSetLayout::SaveNumber() {

@@ -94,16 +94,9 @@ void MainMenu::AskFileList() {
 
 void MainMenu::MessageBoxHandler(int, int x, int y, int messageId) {
   if (messageId != ENTRY_FILELIST) return;
-  switch (MessageBox::ButtonAt(x, y)) {
-    case MessageBox::Button::Left:
-      EnterFileList();
-      break;
-    case MessageBox::Button::Right:
-      DelMessageBox();
-      break;
-    default:
-      break;
-  }
+  const MessageBox::Button button = MessageBox::ButtonAt(x, y);
+  if (button == MessageBox::Button::Left) EnterFileList();
+  if (button == MessageBox::Button::Right) DelMessageBox();
 }
 
 void MainMenu::EnterFileList() {

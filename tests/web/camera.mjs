@@ -76,6 +76,12 @@ export async function placeOf(page, x, y) {
   return {x: box.x + (x + 0.5) * box.width / 480, y: box.y + (y + 0.5) * box.height / 320};
 }
 
+// Clicks there: a finger's tap.
+export async function tapOn(page, x, y) {
+  const place = await placeOf(page, x, y);
+  await page.mouse.click(place.x, place.y);
+}
+
 // Waits until `check` gives something, 10 s unless given; it is asked every 50 ms.
 export async function until(check, what, patience = 10000) {
   const end = Date.now() + patience;

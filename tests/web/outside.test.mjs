@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict';
 import {readFile, writeFile} from 'node:fs/promises';
 import {after, before, test} from 'node:test';
-import {openPage, placeOf, startBench, startBrowser, until} from './camera.mjs';
+import {openPage, startBench, startBrowser, tapOn, until} from './camera.mjs';
 
 let bench, browser, page, root;
 
@@ -16,10 +16,7 @@ after(async () => {
   await bench?.end();
 });
 
-const tap = async (x, y) => {
-  const place = await placeOf(page, x, y);
-  await page.mouse.click(place.x, place.y);
-};
+const tap = (x, y) => tapOn(page, x, y);
 
 // The recorder starts with other settings: {"motionmap/front_l": 5}.
 async function startWith(settings) {

@@ -2,7 +2,7 @@ import assert from 'node:assert/strict';
 import {readFile} from 'node:fs/promises';
 import http from 'node:http';
 import {after, afterEach, before, beforeEach, test} from 'node:test';
-import {openPage, pixelsOf, placeOf, startBench, startBrowser, until, waitForOtherPixels} from './camera.mjs';
+import {openPage, pixelsOf, placeOf, startBench, startBrowser, tapOn, until, waitForOtherPixels} from './camera.mjs';
 
 const VIEW_KEY = [4, 3, 71, 60];  // x, y, width, height on the LCD
 const SPEED_PLATE = [238, 284, 120, 32];
@@ -23,10 +23,7 @@ afterEach(async () => {
   assert.deepEqual(page.complaints, []);
 });
 
-const tap = async (x, y) => {
-  const place = await placeOf(page, x, y);
-  await page.mouse.click(place.x, place.y);
-};
+const tap = (x, y) => tapOn(page, x, y);
 const logged = (text) => page.locator('#log li', {hasText: text}).first().waitFor();
 
 test('the preview is seen, with the video behind it', async () => {

@@ -1,6 +1,6 @@
 import assert from 'node:assert/strict';
 import {after, before, test} from 'node:test';
-import {openPage, pixelsOf, placeOf, startBench, startBrowser, until, waitForOtherPixels} from './camera.mjs';
+import {openPage, pixelsOf, startBench, startBrowser, tapOn, until, waitForOtherPixels} from './camera.mjs';
 
 const ROAD = [120, 80, 240, 110];  // of the player: no control stands there
 
@@ -15,10 +15,7 @@ after(async () => {
   await bench?.end();
 });
 
-const tap = async (x, y) => {
-  const place = await placeOf(page, x, y);
-  await page.mouse.click(place.x, place.y);
-};
+const tap = (x, y) => tapOn(page, x, y);
 const sees = (what) => page.locator('#seen', {hasText: what}).waitFor();
 
 test('a recording is played in the page, and its frames move', async () => {
