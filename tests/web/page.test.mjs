@@ -7,6 +7,7 @@ import {openPage, pixelsOf, placeOf, startBench, startBrowser, tapOn, until, wai
 const VIEW_KEY = [4, 3, 71, 60];  // x, y, width, height on the LCD
 const SPEED_PLATE = [238, 284, 120, 32];
 const MIDDLE = [120, 130, 240, 60];  // where boxes stand
+const MUTE_ON = 12;  // a status event with a box
 
 let bench, browser, page;
 
@@ -162,6 +163,11 @@ test('the key click is silent until it is asked for', async () => {
     HTMLMediaElement.prototype.play = function () { ++window.played; return Promise.resolve(); };
   });
   const clicks = async () => (await bench.log()).filter((entry) => entry.name.startsWith('aplay')).length;
+  // A message brings the keys back, if they are hidden or the LCD is dark: else the touch would only do that.
+  const box = async () => (await bench.state()).boxes.event;
+  await bench.post('event', {event: MUTE_ON});
+  await until(box, 'the box');
+  await until(async () => !await box(), 'its end');
   const before = await clicks();
   await tap(40, 96);  // the small picture goes to the next corner
   await until(async () => await clicks() > before, 'a click');
