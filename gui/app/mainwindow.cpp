@@ -6,6 +6,8 @@
 #include <QTimer>
 #include <algorithm>
 #include <array>
+#include <limits>
+#include <optional>
 #include <utility>
 
 #include "gui/app/screenfactory.h"
@@ -18,7 +20,6 @@
 #include "gui/recordings/recordingfilemanager.h"
 #include "gui/screen/basewidget.h"
 #include "gui/screen/diagnostics.h"
-#include "gui/screen/messagebox.h"
 #include "gui/screen/widgetmanager.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
@@ -26,45 +27,16 @@
 
 namespace {
 constexpr int kNoticeMs = 2000;
-constexpr int kVoiceMs = 10000;  // every wait for the end of a voice prompt gives up after this
+constexpr int kVoiceMs = 10000;  // a voice prompt whose end is never reported
 constexpr int kSecondMs = 1000;
 constexpr int kParkingLcdOffMs = 8000;
 constexpr int kIdleReturnMs = 600000;
 constexpr int kLowVolSeconds = 31;
-constexpr int kStop = 3;  // SEND_VIDEO_REC_STOP: the card is about to be formatted
+constexpr int kHwErrorSdCard = 8;  // shown by the preview alone
 
 constexpr std::array kBacklight = {10000, 50000, 100000};  // PWM by lcd_bright 0..2
 constexpr int kBrightAutomatic = 3;
-
-// What the window shows for a status event, before the screen gets it.
-struct Notice {
-  RECV_ZEL_STATUS_EVENT event;
-  MessageBox_Id message;
-  int timeoutMs;
-};
-constexpr Notice kNotices[] = {
-    {RECV_ZEL_STATUS_SYS_RESTART, R_SYS_RESTART, kNoticeMs},
-    {RECV_ZEL_STATUS_NEED_REARCAM, R_NEED_REARCAM, kNoticeMs},
-    {RECV_ZEL_STATUS_LCD_OFF, R_LCD_OFF, kNoticeMs},
-    {RECV_ZEL_STATUS_SYS_EXIT, R_SYS_EXIT, kNoticeMs},
-    {RECV_ZEL_STATUS_NO_SD, R_NO_SD, kNoticeMs},
-    {RECV_ZEL_STATUS_SD_FORMAT_INF, R_SD_FORMAT_INF, kNoticeMs},
-    {RECV_ZEL_STATUS_HW_ERROR, R_HW_ERROR, 0},
-    {RECV_ZEL_STATUS_REARCAM_ERROR, R_REARCAM_ERROR, kNoticeMs},
-    {RECV_ZEL_STATUS_RTC_ERROR, R_RTC_ERROR, kNoticeMs},
-    {RECV_ZEL_STATUS_MUTE_ON, R_MUTE_ON, kNoticeMs},
-    {RECV_ZEL_STATUS_MUTE_OFF, R_MUTE_OFF, kNoticeMs},
-    {RECV_ZEL_STATUS_UNDER_VOLTAGE, R_UNDER_VOLTAGE, kNoticeMs},
-    {RECV_ZEL_STATUS_NORMAL_VOLTAGE, R_NORMAL_VOLTAGE, kNoticeMs},
-    {RECV_ZEL_STATUS_OVER_TEMP, R_OVER_TEMP, kNoticeMs},
-    {RECV_ZEL_STATUS_NORMAL_TEMP, R_NORMAL_TEMP, kNoticeMs},
-    {RECV_ZEL_STATUS_ACC_VOICE, R_ACC_VOICE, kNoticeMs},
-    {RECV_ZEL_STATUS_POWER_OFF, R_POWER_OFF, kNoticeMs},
-    {RECV_ZEL_STATUS_REARCAM_CONNECT, R_REARCAM_CONNECT, kNoticeMs},
-    {RECV_ZEL_STATUS_FRONTLED_ERROR, R_FRONTLED_ERROR, kNoticeMs},
-    {RECV_ZEL_STATUS_REARCAM_DISCONNECT, R_REARCAM_DISCONNECT, kNoticeMs},
-};
-constexpr int kHwErrorSdCard = 8;  // shown by the preview alone
+constexpr int kNoAnswer = std::numeric_limits<int>::min();
 
 bool IsCurrent(std::initializer_list<WidgetId> ids) {
   return std::find(ids.begin(), ids.end(), gWidgetManager.GetCurWidgetId()) != ids.end();
@@ -75,6 +47,42 @@ bool KeepsLcdOn() {
   return IsCurrent({RECORDINGLIST, PLAYER, SDFORMAT, TOUCHTEST, TOUCHCOMP});
 }
 }  // namespace
+
+// What the window does for a status event before the screen gets it: `apply`, then the notice.
+struct MainWindow::EventRule {
+  RECV_ZEL_STATUS_EVENT event;
+  std::optional<MessageBox_Id> notice = {};  // for 2 s
+  void (MainWindow::*apply)(int value) = nullptr;
+};
+const MainWindow::EventRule MainWindow::kEventRules[] = {
+    {RECV_ZEL_STATUS_SYS_RESTART, R_SYS_RESTART},
+    {RECV_ZEL_STATUS_NEED_REARCAM, R_NEED_REARCAM},
+    {RECV_ZEL_STATUS_LCD_OFF, R_LCD_OFF},
+    {RECV_ZEL_STATUS_SYS_EXIT, R_SYS_EXIT},
+    {RECV_ZEL_STATUS_NO_SD, R_NO_SD},
+    {RECV_ZEL_STATUS_SD_FORMAT_INF, R_SD_FORMAT_INF},
+    {RECV_ZEL_STATUS_HW_ERROR, {}, &MainWindow::ShowHardwareError},
+    {RECV_ZEL_STATUS_REARCAM_ERROR, R_REARCAM_ERROR},
+    {RECV_ZEL_STATUS_RTC_ERROR, R_RTC_ERROR},
+    {RECV_ZEL_STATUS_GPS_CONNECT, {}, &MainWindow::TakeGps},
+    {RECV_ZEL_STATUS_MUTE_ON, R_MUTE_ON},
+    {RECV_ZEL_STATUS_MUTE_OFF, R_MUTE_OFF},
+    {RECV_ZEL_STATUS_PARK_MODE_IN, {}, &MainWindow::EnterParkingMode},
+    {RECV_ZEL_STATUS_PARK_MODE_OUT, {}, &MainWindow::LeaveParkingMode},
+    {RECV_ZEL_STATUS_UNDER_VOLTAGE, R_UNDER_VOLTAGE},
+    {RECV_ZEL_STATUS_NORMAL_VOLTAGE, R_NORMAL_VOLTAGE},
+    {RECV_ZEL_STATUS_OVER_TEMP, R_OVER_TEMP},
+    {RECV_ZEL_STATUS_NORMAL_TEMP, R_NORMAL_TEMP},
+    {RECV_ZEL_STATUS_ACC_VOICE, R_ACC_VOICE},
+    {RECV_ZEL_STATUS_POWER_OFF, R_POWER_OFF},
+    {RECV_ZEL_STATUS_REARCAM_CONNECT, R_REARCAM_CONNECT, &MainWindow::TakeRearCamera},
+    {RECV_ZEL_STATUS_LCD_KEY, {}, &MainWindow::TakeLcdKey},
+    {RECV_ZEL_STATUS_CAM_CNT, {}, &MainWindow::TakeCountOfCamera},
+    {RECV_ZEL_STATUS_FRONTLED_ERROR, R_FRONTLED_ERROR, &MainWindow::LoseFrontLed},
+    {RECV_ZEL_STATUS_REARCAM_DISCONNECT, R_REARCAM_DISCONNECT, &MainWindow::LoseRearCamera},
+    {RECV_ZEL_STATUS_LOW_VOLTAGE_POWER_OFF_COUNT, {}, &MainWindow::SetLowVolCount},
+    {RECV_ZEL_STATUS_ACC_SUPPORT, {}, &MainWindow::TakeAccSupport},
+};
 
 MainWindow::MainWindow(QWidget* parent) : ScreenHost(parent) {
   resize(gLcd.Width, gLcd.Height);
@@ -108,20 +116,13 @@ void MainWindow::InitTimer() {
       {&mTimLcdAutoMode, "mTimLcdAutoMode", &MainWindow::TimeoutLcdAutoMode},
       {&mTimParkingModeLcdOff, "mTimParkingModeLcdOff", &MainWindow::TimeoutParkingModeLcdOff},
       {&mTimEventTimer, "mTimEventTimer", &MainWindow::TimeoutEventTimer},
+      {&mTimIdleReturn, "mTimIdleReturn", &MainWindow::TimeoutIdleReturn},
       {&mTimSystemRecStart, "mTimSystemRecStart", &MainWindow::TimeoutSystemRecStart},
       {&mTimLowVolPowerOffCount, "mTimLowVolPowerOffCount", &MainWindow::TimeoutLowVolPowerOffCount},
+      {&mTimPlayingVoice, "mTimPlayingVoice", &MainWindow::TimeoutPlayingVoice},
   };
-  for (const auto& row : timers) {
-    auto* timer = *row.timer = new QTimer(this);
-    timer->setObjectName(QLatin1String(row.name));
-    connect(timer, &QTimer::timeout, this, [this, timer, slot = row.slot] {
-      if (gEventGate.Enter(timer)) (this->*slot)();
-    });
-  }
-  mTimPlayingVoice = new QTimer(this);
-  mTimPlayingVoice->setObjectName(QStringLiteral("mTimPlayingVoice"));
-  mTimPlayingVoice->setSingleShot(true);
-  connect(mTimPlayingVoice, &QTimer::timeout, this, [] { gIsPlayingVoice = false; });
+  for (const auto& row : timers)
+    *row.timer = BaseWidget::NewTimer(this, row.name, [this, slot = row.slot] { (this->*slot)(); });
 }
 
 void MainWindow::InitMsgQ() {
@@ -154,6 +155,8 @@ void MainWindow::InitSend2FirmMotionSettingValue() {
 }
 
 void MainWindow::SendEvent(Send_Event event, int value, QString text, int* out) {
+  if (event == SEND_VIDEO_REC_STOP) mIsRecordingStopped = true;
+  if (event == SEND_VIDEO_REC_START) mIsRecordingStopped = false;
   mMsgThread->sendEvent(event, value, text, out, nullptr);
 }
 
@@ -169,13 +172,17 @@ bool MainWindow::GetTouchReleaseFlag() const {
   return mTouchThread->GetIsRelease();
 }
 
-// ---------------------------------------------------------------------------------------------------- the screen stack
+// ---- the screen stack
 
 void MainWindow::StartWidget(WidgetId id, QObject* arg) {
+  if (id == TOUCHCOMP || id == TOUCHTEST) {  // what is to be touched there must be seen
+    LcdOn();
+    StopParkingModeLcdOffTimer();
+  }
   BaseWidget* screen = MakeScreen(id, this, arg);
   if (!screen) return;
+  gWidgetManager.NextWidget({id, screen});  // first: so a screen that is covered knows it when it is hidden
   TakeScreen();
-  gWidgetManager.NextWidget({id, screen});
   Install();
 }
 
@@ -208,70 +215,76 @@ void MainWindow::Install() {
   setCentralWidget(screen);
   ApplyBackground();
   screen->setVisible(!mIsLcdOff);
+  TopHasChanged();
   ReportTop();
+  if (IsCurrent({PREVIEW})) ResumeRecording();
 }
 
-// ------------------------------------------------------------------------------------------------------- status events
+// Whichever way leads back to the live picture: a camera that shows it records.
+void MainWindow::ResumeRecording() {
+  if (mIsRecordingStopped) SendEvent(SEND_VIDEO_REC_START, 0, QString());
+}
 
-void MainWindow::recvEvent(int event, int value) {
-  if (!gEventGate.Enter(EventGate::Kind::Event, this, [this, event, value] { recvEvent(event, value); })) return;
+// ---- status events
+
+namespace {
+// What the pictures of the screens tell of the camera.
+struct SharedFlags {
+  bool isParking;
+  int gps = gIsConnectGps;
+  int cameras = gCountOfCamera;
+  int display = gEnvirnmentSettings.mSetting.display;
+  int frontLed = gInitFrontLed;
+  bool acc = gIsAccVer;
+  bool operator==(const SharedFlags&) const = default;
+};
+}  // namespace
+
+void MainWindow::recvEvent(int event, int value, qint64 received) {
+  if (!gEventGate.Enter(this, [this, event, value, received] { recvEvent(event, value, received); })) return;
+  mEventTime = received;
   if (event == RECV_ZEL_STATUS_VOICE_PLAY_END && TakeVoicePlayEnd()) return;
-  HandleEvent(event, value);
-  if (BaseWidget* screen = gWidgetManager.GetCurrentWidget()) screen->recvEvent(event, value);
-}
-
-void MainWindow::HandleEvent(int event, int value) {
-  switch (event) {
-    case RECV_ZEL_STATUS_GPS_CONNECT:
-      gIsConnectGps = value;
-      break;
-    case RECV_ZEL_STATUS_PARK_MODE_IN:
-      EnterParkingMode(value);
-      break;
-    case RECV_ZEL_STATUS_PARK_MODE_OUT:
-      LeaveParkingMode(value);
-      break;
-    case RECV_ZEL_STATUS_REARCAM_CONNECT:
-      gCountOfCamera = 2;
-      break;
-    case RECV_ZEL_STATUS_LCD_KEY:
-      if (!mIsTouchMotionVer && !IsCurrent({MOTIONSETTING, TOUCHCOMP}) && !mIsDetectRecording) RecvShortKeyEvent(value);
-      break;
-    case RECV_ZEL_STATUS_CAM_CNT:
-      TakeCountOfCamera(value);
-      break;
-    case RECV_ZEL_STATUS_FRONTLED_ERROR:
-      gInitFrontLed = 0;
-      break;
-    case RECV_ZEL_STATUS_REARCAM_DISCONNECT:
-      gCountOfCamera = 1;
-      break;
-    case RECV_ZEL_STATUS_LOW_VOLTAGE_POWER_OFF_COUNT:
-      SetLowVolCount(value);
-      break;
-    case RECV_ZEL_STATUS_ACC_SUPPORT:
-      gIsAccVer = value != 0;
-      break;
-    default:
-      break;
+  const SharedFlags before{mIsIngParkingModeOn};
+  for (const EventRule& rule : kEventRules) {
+    if (rule.event != event) continue;
+    if (rule.apply) (this->*rule.apply)(value);
+    if (rule.notice) SetRecvMessageBox(*rule.notice, value, kNoticeMs);
   }
-  for (const Notice& notice : kNotices)
-    if (notice.event == event && !(event == RECV_ZEL_STATUS_HW_ERROR && value == kHwErrorSdCard))
-      SetRecvMessageBox(notice.message, value, notice.timeoutMs);
-  if (event == RECV_ZEL_STATUS_REARCAM_DISCONNECT) SetEvent(event, kNoticeMs);
+  if (BaseWidget* screen = gWidgetManager.GetCurrentWidget()) screen->recvEvent(event, value);
+  if (SharedFlags{mIsIngParkingModeOn} == before) return;
+  if (BaseWidget* screen = gWidgetManager.GetCurrentWidget()) screen->update();
 }
 
 // True when the event ends here: recording restarts, and the screen that waited for it has gone.
 bool MainWindow::TakeVoicePlayEnd() {
-  gIsPlayingVoice = false;
-  mTimPlayingVoice->stop();
+  SetIsPlayingVoice(false);
   BaseWidget* screen = gWidgetManager.GetCurrentWidget();
   if (screen && screen->GetRestartRecStartFlag()) {
     screen->TimeoutRestartRecStart();
     return true;
   }
-  if (mStartSDFormat) StartFormat();
+  mFormatQuestion.Start();
   return false;
+}
+
+void MainWindow::SetIsPlayingVoice(bool playing) {
+  gIsPlayingVoice = playing;
+  if (playing)
+    BaseWidget::SetTimer(mTimPlayingVoice, kVoiceMs);
+  else
+    mTimPlayingVoice->stop();
+}
+
+void MainWindow::TimeoutPlayingVoice() {
+  SetIsPlayingVoice(false);
+}
+
+void MainWindow::ShowHardwareError(int value) {
+  if (value != kHwErrorSdCard) SetRecvMessageBox(R_HW_ERROR, value, 0);
+}
+
+void MainWindow::TakeGps(int value) {
+  gIsConnectGps = value;
 }
 
 void MainWindow::EnterParkingMode(int value) {
@@ -288,9 +301,25 @@ void MainWindow::LeaveParkingMode(int value) {
   SetEvent(RECV_ZEL_STATUS_PARK_MODE_OUT, kNoticeMs);
 }
 
+void MainWindow::TakeRearCamera(int) {
+  gCountOfCamera = 2;
+}
+
+void MainWindow::LoseRearCamera(int) {
+  gCountOfCamera = 1;
+  SetEvent(RECV_ZEL_STATUS_REARCAM_DISCONNECT, kNoticeMs);
+}
+
+void MainWindow::LoseFrontLed(int) {
+  gInitFrontLed = 0;
+}
+
+void MainWindow::TakeAccSupport(int value) {
+  gIsAccVer = value != 0;
+}
+
 void MainWindow::TakeCountOfCamera(int value) {
   gCountOfCamera = value;
-  if (BaseWidget* screen = gWidgetManager.GetCurrentWidget()) screen->update();  // its keys tell
   if (value != 1 || gEnvirnmentSettings.mSetting.display == 1) return;
   gEnvirnmentSettings.mSetting.display = 1;
   gEnvirnmentSettings.SetSettingConfig(Set_Cfg_Display, 1);
@@ -320,64 +349,49 @@ void MainWindow::SetRecvMessageBox(int messageId, int value, int timeoutMs) {
   RestartParkingModeLcdOff();
 }
 
-// ------------------------------------------------------------------------------------------------------------- touches
+// ---- touches
 
-void MainWindow::touchEvent(int type, int x, int y) {
-  if (!gEventGate.Enter(EventGate::Kind::Touch, this, [this, type, x, y] { touchEvent(type, x, y); })) return;
-  if (gIsPlayingVoice && !mTimPlayingVoice->isActive()) mTimPlayingVoice->start(kVoiceMs);
+void MainWindow::touchEvent(int type, int x, int y, qint64 seen) {
+  if (!gEventGate.Enter(this, [this, type, x, y, seen] { touchEvent(type, x, y, seen); })) return;
   BaseWidget* screen = gWidgetManager.GetCurrentWidget();
-  if (!screen || gIsPlayingVoice || mIsDetectRecording) return;
+  if (!screen || gIsPlayingVoice || mIsDetectRecording || !IsMeantForTop(seen)) return;
   if (!KeepsLcdOn()) SetParkingModeLcdOffTimer();
   if (!IsCurrent({PREVIEW, SCREENSAVER, PFILEGRAPH})) SetGlobalEntryPreviewTimer();
-  if (mIsLcdOff) {
+  if (mIsLcdOff)
     LcdOn();
-    return;
-  }
-  if (IsCurrent({SCREENSAVER})) {
+  else if (IsCurrent({SCREENSAVER}))
     screen->Back();
-    return;
-  }
-  if (AnswerFormatQuestion(screen, x, y) || screen->CloseStandingRecvBox()) return;
-  screen->touchEvent(type, x, y);
+  else
+    screen->Touch(type, x, y);
 }
 
-// The question for an SD format after a change of resolution or frame rate. True when the touch was for it.
-bool MainWindow::AnswerFormatQuestion(BaseWidget* screen, int x, int y) {
-  if (mStartSDFormat) return true;  // answered; the format starts when the voice prompt ends
-  if (gNeedFormatFlag == 0 || !screen->GetShowMessageBoxFlag()) return false;
-  const MessageBox::Button button = MessageBox::ButtonAt(x, y);
-  if (button == MessageBox::Button::Left) {
-    screen->DelMessageBox();
-    mStartSDFormat = true;
-    screen->PaintMessageBox(VIDEO_REC_STOP, false, 0, 0);
-    gEventGate.ProcessEvents();
-    SetEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, kVoiceMs);
-    SendEvent(SEND_VIDEO_REC_STOP, kStop, QString());
-  } else if (button == MessageBox::Button::Right) {
-    gNeedFormatFlag = 0;
-    screen->DelMessageBox();
-  }
-  return true;
-}
-
-void MainWindow::StartFormat() {
-  mTimParkingModeLcdOff->stop();
+void MainWindow::PanelEvent(int x, int y, qint64 seen, std::function<void()> toScreen) {
+  if (!gEventGate.Enter(this, [this, x, y, seen, toScreen] { PanelEvent(x, y, seen, toScreen); })) return;
   BaseWidget* screen = gWidgetManager.GetCurrentWidget();
-  if (screen) screen->DelMessageBox();
-  mStartSDFormat = false;
-  SendEvent(SEND_SET_SYSTEM_SD_FORMAT, gNeedFormatFlag, QString());
-  gNeedFormatFlag = 0;
-  if (screen) screen->Next(SDFORMAT);
+  if (!screen || !IsMeantForTop(seen)) return;
+  if (mIsLcdOff)
+    LcdOn();
+  else if (!screen->TakenByBox(TOUCH_PRESS, x, y))
+    toScreen();
 }
 
-// ----------------------------------------------------------------------------------------------------------------- LCD
+// ---- LCD
+
+void MainWindow::TakeLcdKey(int value) {
+  if (!mIsTouchMotionVer && !IsCurrent({MOTIONSETTING, TOUCHCOMP}) && !mIsDetectRecording) RecvShortKeyEvent(value);
+}
 
 void MainWindow::RecvShortKeyEvent(int) {
-  if (!IsCurrent({SDFORMAT})) gEventGate.Block([] { PlayClickAndWait(); });
+  if (!IsCurrent({SDFORMAT})) PlayClickAndWait();
   if (mIsLcdOff)
     LcdOn();
   else
     LcdOff();
+}
+
+void MainWindow::SetBacklight(int pwm) {
+  mIsBacklightOut = pwm == 0;
+  WriteBacklight(pwm);
 }
 
 void MainWindow::LcdOff() {
@@ -387,11 +401,12 @@ void MainWindow::LcdOff() {
     screen = gWidgetManager.GetCurrentWidget();
   }
   if (mIsLcdOff) return;
-  WriteBacklight(0);
+  SetBacklight(0);
   mIsLcdOff = true;
   ApplyBackground();
   repaint();
   if (screen) screen->setVisible(false);
+  TopHasChanged();
 }
 
 void MainWindow::LcdOn() {
@@ -401,6 +416,7 @@ void MainWindow::LcdOn() {
     repaint();
     SetLcdBright(gEnvirnmentSettings.mSetting.lcd_bright);
     if (BaseWidget* screen = gWidgetManager.GetCurrentWidget()) screen->setVisible(true);
+    TopHasChanged();
   }
   RestartParkingModeLcdOff();
 }
@@ -412,16 +428,25 @@ void MainWindow::SetLcdBright(int level) {
     return;
   }
   const bool known = level >= 0 && level < int{kBacklight.size()};
-  WriteBacklight(kBacklight[known ? level : 1]);
+  SetBacklight(kBacklight[known ? level : 1]);
 }
 
 void MainWindow::TimeoutLcdAutoMode() {
   mTimLcdAutoMode->stop();
   if (mIsLcdOff || gEnvirnmentSettings.mSetting.lcd_bright != kBrightAutomatic) return;
+  int value = kNoAnswer;
+  SendEvent(SEND_GET_LCD_AUTO_VALUE, 0, QString(), &value);
   gOldRecvLcdValue = gRecvLcdValue;
-  SendEvent(SEND_GET_LCD_AUTO_VALUE, 0, QString(), &gRecvLcdValue);
-  if (gRecvLcdValue != gOldRecvLcdValue || mStartLcdAutoMode) WriteBacklight(gRecvLcdValue);
-  mStartLcdAutoMode = false;
+  if (value != kNoAnswer) {
+    gRecvLcdValue = value;
+    mIsLcdValueKnown = true;
+  }
+  if (mIsLcdValueKnown) {
+    if (gRecvLcdValue != gOldRecvLcdValue || mStartLcdAutoMode) SetBacklight(gRecvLcdValue);
+    mStartLcdAutoMode = false;
+  } else if (mIsBacklightOut) {
+    SetBacklight(kBacklight[1]);  // an LCD that was dark: it must be seen before the recorder has told how bright
+  }
   BaseWidget::SetTimer(mTimLcdAutoMode, kSecondMs);
 }
 
@@ -446,8 +471,7 @@ void MainWindow::TimeoutParkingModeLcdOff() {
   if (mIsIngParkingModeOn && !KeepsLcdOn()) LcdOff();
 }
 
-// ---------------------------------------------------------------------------------------------------- delayed
-// follow-ups
+// ---- delayed follow-ups
 
 void MainWindow::SetEvent(int eventId, int ms) {
   mEventId = eventId;
@@ -471,17 +495,9 @@ void MainWindow::TimeoutEventTimer() {
     case RECV_ZEL_STATUS_REARCAM_DISCONNECT:
       ForceFrontView();
       break;
-    case ENTRY_PREVIEW:
-      if (BaseWidget* screen = gWidgetManager.GetCurrentWidget()) screen->Jump(PREVIEW);
-      break;
-    case RECV_ZEL_STATUS_VOICE_PLAY_END:
-      if (mStartSDFormat) StartFormat();
-      break;
     default:
       break;
   }
-  // Another follow-up took the place of the one for the format: until that begins no touch counts.
-  if (mStartSDFormat) SetEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, kVoiceMs);
 }
 
 // The rear picture has gone: unless the front picture is shown alone already, it is from now on.
@@ -504,7 +520,7 @@ void MainWindow::StopGlobalEntryPreviewTimer() {
 
 void MainWindow::TimeoutSystemRecStart() {
   mTimSystemRecStart->stop();
-  gNeedFormatFlag = 0;
+  FormatQuestion::Forget();
   g_bIsPrevWidgetParkingSetting = false;
   if (BaseWidget* screen = gWidgetManager.GetCurrentWidget()) {
     screen->PaintMessageBox(ENTRY_PREVIEW, false, 0, kNoticeMs);
@@ -513,11 +529,15 @@ void MainWindow::TimeoutSystemRecStart() {
   gEnvirnmentSettings.AllGetSettingConfig();
   SendEvent(SEND_SET_ENTRY_PREVIEW, 0, QString());
   if (IsCurrent({RECORDINGLIST, PLAYER})) SendEvent(SEND_VIDEO_REC_START, 0, QString());
-  SetEvent(ENTRY_PREVIEW, kNoticeMs);
+  BaseWidget::SetTimer(mTimIdleReturn, kNoticeMs);
 }
 
-// ------------------------------------------------------------------------------------------------ low-voltage
-// countdown
+void MainWindow::TimeoutIdleReturn() {
+  mTimIdleReturn->stop();
+  if (BaseWidget* screen = gWidgetManager.GetCurrentWidget()) screen->Jump(PREVIEW);
+}
+
+// ---- low-voltage countdown
 
 void MainWindow::SetLowVolCount(int on) {
   mCountOfLowVolPowerOff = kLowVolSeconds;
@@ -547,8 +567,7 @@ void MainWindow::TimeoutLowVolPowerOffCount() {
   BaseWidget::SetTimer(mTimLowVolPowerOffCount, kSecondMs);
 }
 
-// -------------------------------------------------------------------------------------------------------------
-// painting
+// ---- painting
 
 // Black while the LCD is off; the colour that video shows through behind the preview; else whatever it was, because
 // every other screen paints its whole page.

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "gui/base/relaxed.h"
+#include "gui/base/touchtime.h"
+#include "gui/screen/formatquestion.h"
 #include "gui/screen/screenhost.h"
 
 class BaseWidget;
@@ -12,7 +15,7 @@ class RecordingFileManager;
 class TouchThread;
 
 /// The window: it takes every touch and every status event first, applies the rules that hold on every screen
-/// (backlight, idle return to the preview, low-voltage countdown, the question for an SD format), and hands them to the
+/// (backlight, idle return to the preview, low-voltage countdown, recording that must go on), and hands them to the
 /// screen on top. GUI thread.
 class MainWindow : public ScreenHost {
   Q_OBJECT
@@ -35,7 +38,10 @@ public:
   void StopGlobalEntryPreviewTimer() override;
   void SetParkingModeLcdOffTimer() override;
   void StopParkingModeLcdOffTimer() override;
+  void SetIsPlayingVoice(bool playing) override;
 
+  FormatQuestion& GetFormatQuestion() override { return mFormatQuestion; }
+  qint64 GetEventTime() const override { return mEventTime; }
   bool GetStartLcdAutoModeFlag() const { return mStartLcdAutoMode; }
   void SetStartLcdAutoModeFlag(bool start) { mStartLcdAutoMode = start; }
   bool GetIsLowVolCount() const override { return mIsLowVolCount; }
@@ -64,17 +70,24 @@ public:
   void SetRecvMessageBox(int messageId, int value, int timeoutMs);
   void SetLowVolCount(int on);  ///< 1 starts the power-off countdown, anything else ends it
 
+  /// A touch that the reader saw at `seen` and tells in a way of its own: `toScreen` is called unless the touch was for
+  /// what has gone, wakes the LCD, or is taken by a box. (x, y) is its place on the screen.
+  void PanelEvent(int x, int y, qint64 seen, std::function<void()> toScreen);
+
 public slots:
-  void recvEvent(int event, int value);
-  void touchEvent(int type, int x, int y);
+  /// `received`, `seen`: when the worker thread had it; see Now().
+  void recvEvent(int event, int value, qint64 received = Now());
+  void touchEvent(int type, int x, int y, qint64 seen = Now());
   void StartWidget(WidgetId id, QObject* arg) override;
   void BackPressed() override;
   void Jumped(WidgetId id) override;
   void TimeoutLcdAutoMode();
   void TimeoutParkingModeLcdOff();
   void TimeoutEventTimer();
+  void TimeoutIdleReturn();
   void TimeoutSystemRecStart();
   void TimeoutLowVolPowerOffCount();
+  void TimeoutPlayingVoice();
 
 signals:
   void previewEnable(bool on);
@@ -89,17 +102,25 @@ private:
   void InitTimer();
   void InitMsgQ();
   void InitTouch();
-  void HandleEvent(int event, int value);
+  struct EventRule;
+  static const EventRule kEventRules[];
   bool TakeVoicePlayEnd();
+  void ShowHardwareError(int value);
+  void TakeGps(int value);
   void EnterParkingMode(int value);
   void LeaveParkingMode(int value);
   void TakeCountOfCamera(int value);
+  void TakeRearCamera(int);
+  void LoseRearCamera(int);
+  void LoseFrontLed(int);
+  void TakeAccSupport(int value);
+  void TakeLcdKey(int value);
   void ForceFrontView();
   bool IsParkingLcdOffAllowed() const;
   void RestartParkingModeLcdOff();
   void RecvShortKeyEvent(int value);
-  bool AnswerFormatQuestion(BaseWidget* screen, int x, int y);
-  void StartFormat();
+  void SetBacklight(int pwm);
+  void ResumeRecording();
   void TakeScreen();
   void Install();
   void ApplyBackground();
@@ -112,6 +133,7 @@ private:
   QTimer* mTimLcdAutoMode = nullptr;
   QTimer* mTimParkingModeLcdOff = nullptr;
   QTimer* mTimEventTimer = nullptr;
+  QTimer* mTimIdleReturn = nullptr;  // after the notice of the idle return
   QTimer* mTimSystemRecStart = nullptr;
   QTimer* mTimLowVolPowerOffCount = nullptr;
   QTimer* mTimPlayingVoice = nullptr;  // ends a voice prompt whose end was never reported
@@ -121,7 +143,11 @@ private:
   Relaxed<bool> mIsCurrentShowTouchMotion = false;
   Relaxed<bool> mIsTouchMotionVer = false;
   bool mIsDetectRecording = false;
-  bool mStartSDFormat = false;
+  bool mIsRecordingStopped = false;  // the latest command to the recording was to stop
+  bool mIsBacklightOut = false;      // the latest backlight value written was 0
+  bool mIsLcdValueKnown = false;     // gRecvLcdValue is the recorder's
+  qint64 mEventTime = 0;
+  FormatQuestion mFormatQuestion{this};
   int mNeedTouchCompBeforeSDFormat = 0;
   std::unique_ptr<RecordingFileManager> mRecFileManager;
   TouchThread* mTouchThread = nullptr;

@@ -1,7 +1,7 @@
 #include "gui/app/screenfactory.h"
 
+#include <QPointer>
 #include <algorithm>
-#include <set>
 
 #include "gui/app/mainwindow.h"
 #include "gui/led/frontled.h"
@@ -36,6 +36,8 @@
 #include "gui/touch/touchthread.h"
 
 namespace {
+constexpr int kNowhere = -1;  // the place of a touch on a panel that is not calibrated yet
+
 BaseWidget* MakePreview(MainWindow* window, QObject*) {
   auto* preview = new PreviewLayout(window);
   QObject::connect(window, &MainWindow::previewEnable, preview, &PreviewLayout::previewEnabled);
@@ -57,14 +59,24 @@ BaseWidget* MakeRecordingList(MainWindow* window, QObject*) {
 
 BaseWidget* MakeTouchComp(MainWindow* window, QObject*) {
   auto* calibration = new TouchComp(window);
-  QObject::connect(window->GetTouchThread(), &TouchThread::inputTouchPanel, calibration, &TouchComp::settingTouchPanel);
+  QObject::connect(window->GetTouchThread(), &TouchThread::inputTouchPanel, calibration,
+                   [window, calibration = QPointer(calibration)](int x, int y, qint64 seen) {
+                     window->PanelEvent(kNowhere, kNowhere, seen, [calibration, x, y] {
+                       if (calibration) calibration->settingTouchPanel(x, y);
+                     });
+                   });
   return calibration;
 }
 
 BaseWidget* MakeTouchTest(MainWindow* window, QObject*) {
   auto* test = new TouchMotion(window);
   QObject::connect(window->GetTouchThread(), &TouchThread::touchMotionPanel, test, &TouchMotion::touchMotionRecv);
-  QObject::connect(window->GetTouchThread(), &TouchThread::touchMotionPanel, test, &TouchMotion::setCoord);
+  QObject::connect(window->GetTouchThread(), &TouchThread::touchMotionPanel, test,
+                   [window, test = QPointer(test)](int rawX, int rawY, int x, int y, qint64 seen) {
+                     window->PanelEvent(x, y, seen, [test, rawX, rawY, x, y] {
+                       if (test) test->setCoord(rawX, rawY, x, y);
+                     });
+                   });
   return test;
 }
 
@@ -131,7 +143,6 @@ BaseWidget* MakeScreen(WidgetId id, MainWindow* window, QObject* arg) {
   const auto row =
       std::find_if(std::begin(kScreens), std::end(kScreens), [id](const ScreenRow& r) { return r.id == id; });
   if (row != std::end(kScreens)) return row->make(window, arg);
-  static std::set<WidgetId> said;
-  if (said.insert(id).second) qDebug("screen %d %s: not there", id, NameOf(id));
+  qDebug("screen %d %s: not there", id, NameOf(id));
   return nullptr;
 }

@@ -18,5 +18,5 @@ struct ScreenRow {
 /// Every screen there is: the one place that names them all.
 std::span<const ScreenRow> Screens();
 
-/// Builds the screen of `id`. Null when there is none: that is said once on the diagnostic output.
+/// Builds the screen of `id`. Null when there is none: that is said on the diagnostic output.
 BaseWidget* MakeScreen(WidgetId id, MainWindow* window, QObject* arg);

@@ -10,10 +10,10 @@ constexpr int kPaintMs = 100;  // far more than painting takes; a flood of event
 
 EventGate gEventGate;
 
-bool EventGate::Enter(Kind kind, QObject* receiver, std::function<void()> again) {
+bool EventGate::Enter(QObject* receiver, std::function<void()> again) {
   const bool first = std::exchange(mDraining, false);
   if (mClosed == 0 && (first || mWaiting.empty())) return true;
-  mWaiting.push_back({kind, receiver, std::move(again)});
+  mWaiting.push_back({receiver, std::move(again)});
   return false;
 }
 
@@ -27,15 +27,6 @@ void EventGate::ProcessEvents() {
   ++mClosed;
   // Until there is nothing left: one pass over the queue only gets as far as asking for the painting.
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, kPaintMs);
-  --mClosed;
-  Drain();
-}
-
-void EventGate::Block(const std::function<void()>& step) {
-  step();
-  ++mClosed;
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
-  std::erase_if(mWaiting, [](const Waiting& waiting) { return waiting.kind == Kind::Touch; });
   --mClosed;
   Drain();
 }

@@ -6,32 +6,25 @@
 
 class QTimer;
 
-/// One touch or status event at a time.
+/// One touch, release or status event at a time.
 ///
 /// Showing a box means letting Qt paint in the middle of a handler, and holding back the window system's input does not
 /// hold back queued signals or timers. So whatever arrives while a handler lets Qt paint waits here and is
 /// handled, in order, when the handler has ended. GUI thread.
 class EventGate {
 public:
-  enum class Kind { Event, Touch };
-
   /// True when the caller may go on. False when it has to wait: `again` is called in order later, unless
-  /// `receiver` has gone by then, or it is a touch that was made while a blocking step ran.
-  bool Enter(Kind kind, QObject* receiver, std::function<void()> again);
+  /// `receiver` has gone by then.
+  bool Enter(QObject* receiver, std::function<void()> again);
 
   /// For the slot of a timer: true when it may go on; false when it has to wait: the timer then comes again in 1 ms.
   bool Enter(QTimer* timer);
 
-  /// Lets Qt paint and deliver; touches, status events and timers that arrive meanwhile wait.
+  /// Lets Qt paint and deliver; touches, releases, status events and timers that arrive meanwhile wait.
   void ProcessEvents();
-
-  /// Runs a step that blocks the GUI thread. What was touched before it ended and has not been handled yet is dropped:
-  /// it was meant for what was on the screen before.
-  void Block(const std::function<void()>& step);
 
 private:
   struct Waiting {
-    Kind kind;
     QPointer<QObject> receiver;
     std::function<void()> again;
   };

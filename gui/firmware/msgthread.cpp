@@ -9,6 +9,7 @@
 #include <limits>
 
 #include "gui/base/globals.h"
+#include "gui/base/touchtime.h"
 #include "gui/firmware/commands.h"
 #include "gui/settings/settings.h"
 #include "platform/devmgr_interface.h"
@@ -134,7 +135,7 @@ int MsgThread::processMsg(GUI_MSG_BUF* buf) {
 int MsgThread::recvFWMessage(int cmd, int value) {
   if (cmd >= RECV_ZEL_STATUS_SYS_RESTART && cmd <= RECV_ZEL_STATUS_PARK_INFO_CLOSE &&
       cmd != RECV_ZEL_STATUS_RECORD_START)
-    emit msgEvent(cmd, value);
+    emit msgEvent(cmd, value, Now());
   return GUI_RET_NODATA;
 }
 

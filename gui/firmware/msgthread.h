@@ -78,8 +78,9 @@ public:
   int recvFWMessage(int cmd, int value);
 
 signals:
-  /// A status of the recorder (RECV_ZEL_STATUS_EVENT, 1..38) with its value. Emitted in the thread.
-  void msgEvent(int event, int value);
+  /// A status of the recorder (RECV_ZEL_STATUS_EVENT, 1..38) with its value, and when it was received (see Now()).
+  /// Emitted in the thread.
+  void msgEvent(int event, int value, qint64 received);
   void triggerError(int error);
 
 protected:

@@ -7,13 +7,13 @@
 
 #include "gui/base/eventgate.h"
 #include "gui/base/picture.h"
-#include "gui/base/shell.h"
 #include "gui/led/ledfileitem.h"
 #include "gui/screen/messagebox.h"
 #include "gui/settings/config.h"
 
 namespace {
 constexpr int kScrollRepeatMs = 100;
+constexpr int kScrollBottom = 319;
 constexpr int kNoticeMs = 1500;
 constexpr QPoint kHome(0, 0), kTitle(80, 0), kDelete(220, 0), kSave(310, 0), kBack(400, 0);
 constexpr int kHeaderHeight = 60;
@@ -32,7 +32,7 @@ const LedFileList::Key LedFileList::kKeys[] = {
 };
 
 LedFileList::LedFileList(QWidget* parent)
-    : PagedList(parent, kScrollRepeatMs), mCurFileItem(gLedFileManager.GetLedFileItem()) {
+    : PagedList(parent, kScrollRepeatMs, true), mCurFileItem(gLedFileManager.GetLedFileItem()) {
   for (int row = 0; row < kRows; ++row) {
     mFileItemWidget[size_t(row)] = new LedFileItem(this);
     mFileItemWidget[size_t(row)]->setGeometry(RowRect(row));
@@ -62,15 +62,10 @@ void LedFileList::CountCheckBoxes() {
                                      [](const Led_File_Item& item) { return item.checked == 1; }));
 }
 
-// ------------------------------------------------------------------------------------------------------------- touches
+// ---- touches
 
-void LedFileList::touchEvent(int type, int x, int y) {
-  if (mIsShowRecvMessageBox) return;
-  if (mIsShowMessageBox) {
-    MessageBoxHandler(type, x, y, mMessageId);
-    return;
-  }
-  if (!gLedFileManager.GetIsCheckedSecurityLed() && TouchScrollKey(x, y)) return;
+void LedFileList::touchEvent(int, int x, int y) {
+  if (!gLedFileManager.GetIsCheckedSecurityLed() && TouchScrollKey(x, y, kScrollBottom)) return;
   for (const Key& key : kKeys) {
     if (!key.area.contains(x, y)) continue;
     (this->*key.press)();
@@ -82,10 +77,6 @@ void LedFileList::touchEvent(int type, int x, int y) {
     SetCheckBox(row);
     return;
   }
-}
-
-void LedFileList::ScrolledByTouch() {
-  PlayClick();
 }
 
 void LedFileList::SetCheckBox(int row) {
@@ -146,7 +137,7 @@ void LedFileList::Write(bool deletion) {
   if (here) SendEvent(SEND_LED_FILE_UPDATE, 0, QString());
 }
 
-// ------------------------------------------------------------------------------------------------------------ painting
+// ---- painting
 
 void LedFileList::paintEvent(QPaintEvent* event) {
   QPainter painter(this);

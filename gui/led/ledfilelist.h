@@ -21,7 +21,6 @@ public:
 protected:
   void paintEvent(QPaintEvent* event) override;
   void ShowPage() override;
-  void ScrolledByTouch() override;
 
 private:
   struct Key;

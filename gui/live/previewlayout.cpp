@@ -20,7 +20,6 @@
 #include "gui/screen/label.h"
 #include "gui/screen/messagebox.h"
 #include "gui/screen/screenhost.h"
-#include "gui/screen/widgetmanager.h"
 #include "gui/settings/settings.h"
 
 namespace {
@@ -34,8 +33,8 @@ constexpr int kDetectBlinkMs = 500;
 constexpr int kRearCameraDelayMs = 10000;
 constexpr int kCheckMs = 2000;
 constexpr int kTouchCompMs = 1000;
-constexpr int kLcdOffMs[] = {0, 10000, 30000, 60000, 0};  // by lcd_auto_off; 0 and 4: never
-constexpr float kVoltageStep = 0.05F;                     // volts; a smaller move is not shown
+constexpr int kLcdOffMs[] = {0, 10000, 30000, 60000};  // by lcd_auto_off; any other value: never
+constexpr float kVoltageStep = 0.05F;                  // volts; a smaller move is not shown
 
 // The start-up touch test, gTouchTestStage.
 enum { kStageNone = 0, kStageCheck = 1, kStageCheckShown = 2, kStageDone = 3, kStageTestOnly = 100 };
@@ -50,26 +49,17 @@ int View() {
   return display == 0 || display == 2 ? display : 1;
 }
 
+// The LCD goes off so long after the last touch; 0: never.
+int LcdOffMs() {
+  const int choice = gEnvirnmentSettings.mSetting.lcd_auto_off;
+  return choice >= 0 && choice < int(std::size(kLcdOffMs)) ? kLcdOffMs[choice] : 0;
+}
+
 int NextOf(int value, int count) {
   return ((value + 1) % count + count) % count;
 }
 
 constexpr QColor kBlack(12, 10, 11);  // on the yellow plate
-
-// A label without an ink of its own has the configured one.
-struct PlatedLabel {
-  Label_Type type;
-  LabelRow label;
-  QPoint plate;
-};
-constexpr PlatedLabel kLabels[] = {
-    {Label_Clock, {"mClockLabel", QRect(38, 284, 192, 32), 18, {}}, QPoint(4, 284)},
-    {Label_GpsSpeed, {"mGpsSpeedLabel", QRect(270, 284, 84, 32), 18, {}}, QPoint(238, 284)},
-    {Label_Voltage, {"mMainVolLabel", QRect(394, 284, 78, 32), 18, {}}, QPoint(362, 284)},
-    {Label_LowVoltage_Count,
-     {"mLowVolCountLabel", QRect(380, 4, 92, 40), 22, kBlack, Qt::AlignLeft, true},
-     QPoint(342, 4)},
-};
 
 QString ViewPicture() {
   const ViewStatus_Config& view = gPreview.Status.View;
@@ -90,6 +80,29 @@ QString RearCameraPicture() {
   return on ? rear.On : rear.Off;
 }
 }  // namespace
+
+// A status text and the plate below it: text over video needs an opaque ground, and the plate is there only while its
+// text is.
+struct PreviewLayout::PlatedLabel {
+  QLabel* PreviewLayout::*label;
+  const char* name;
+  QRect box;
+  int FontSize_Config::*size;
+  bool isWarning;  // bold and black on yellow; the others have the configured ink
+  QPoint plate;
+  QString (*picture)();
+};
+
+const PreviewLayout::PlatedLabel PreviewLayout::kLabels[] = {
+    {&PreviewLayout::mClockLabel, "mClockLabel", QRect(38, 284, 192, 32), &FontSize_Config::PreviewUser, false,
+     QPoint(4, 284), [] { return gPreview.Time.Bg; }},
+    {&PreviewLayout::mGpsSpeedLabel, "mGpsSpeedLabel", QRect(270, 284, 84, 32), &FontSize_Config::PreviewUser, false,
+     QPoint(238, 284), [] { return gPreview.GpsSpeed.Bg; }},
+    {&PreviewLayout::mMainVolLabel, "mMainVolLabel", QRect(394, 284, 78, 32), &FontSize_Config::PreviewUser, false,
+     QPoint(362, 284), [] { return gPreview.Voltage.Bg; }},
+    {&PreviewLayout::mLowVolCountLabel, "mLowVolCountLabel", QRect(380, 4, 92, 40), &FontSize_Config::PreviewDebug,
+     true, QPoint(342, 4), [] { return QStringLiteral("preview/status_lowvol_bg.bmp"); }},
+};
 
 struct PreviewLayout::HotKey {
   QRect area;
@@ -129,63 +142,61 @@ void PreviewLayout::InitTimer() {
 }
 
 void PreviewLayout::InitLabel() {
-  mClockLabel = SetLabel(Label_Clock);
-  mGpsSpeedLabel = SetLabel(Label_GpsSpeed);
-  mMainVolLabel = SetLabel(Label_Voltage);
-  mLowVolCountLabel = SetLabel(Label_LowVoltage_Count);
-  mGpsSpeedLabel->hide();
-  mLowVolCountLabel->hide();
-}
-
-QLabel* PreviewLayout::SetLabel(Label_Type type) {
-  LabelRow row = std::find_if(std::begin(kLabels), std::end(kLabels), [type](const PlatedLabel& label) {
-                   return label.type == type;
-                 })->label;
   const Color& text = gColor.PreviewText;
-  if (!row.ink.isValid()) row.ink = QColor(text.r, text.g, text.b);
-  return AddLabel(this, row);
+  for (const PlatedLabel& row : kLabels)
+    this->*row.label =
+        AddLabel(this, {row.name, row.box, gFont.Size.*row.size,
+                        row.isWarning ? kBlack : QColor(text.r, text.g, text.b), Qt::AlignLeft, row.isWarning});
+  for (QLabel* label : {mGpsSpeedLabel, mMainVolLabel, mLowVolCountLabel}) label->hide();
 }
 
-// --------------------------------------------------------------------------------------------------- overlay and LCD
+// ---- overlay and LCD
 
-bool PreviewLayout::IsCurrentScreen() const {
-  return gWidgetManager.GetCurrentWidget() == this;
+// Not while the driver cannot see or answer what the overlay carries: a box that stays until it is answered keeps the
+// overlay, and a recording that is made by hand keeps the key that tells it.
+bool PreviewLayout::MayDelaysRun() const {
+  return IsCurrentScreen() && !gMainWindow->GetIsLcdOff() && !IsStandingBoxShown() && !mIsDetectRecording;
 }
 
-// A box that stays until it is answered: the overlay that carries it stays, too.
-bool PreviewLayout::IsStandingBoxShown() const {
-  return (mIsShowRecvMessageBox && !mRecvMessageBoxTimer->isActive()) ||
-         (mIsShowMessageBox && !mMessageBoxTimer->isActive());
+// The one place that starts and ends the two delays: whether they run follows from the state. One that runs goes on.
+void PreviewLayout::RunDelays() {
+  const auto run = [](QTimer* timer, int ms) {
+    if (ms == 0)
+      StopTimer(timer);
+    else if (!timer->isActive())
+      SetTimer(timer, ms);
+  };
+  const bool may = MayDelaysRun();
+  run(mTimTouchWait, may && mEnableView ? kOverlayMs : 0);
+  run(mTimLcdOff, may ? LcdOffMs() : 0);
 }
 
-void PreviewLayout::ArmTouchWait() {
-  if (!IsStandingBoxShown()) SetTimer(mTimTouchWait, kOverlayMs);
+void PreviewLayout::RestartDelays() {
+  StopTimer(mTimTouchWait);
+  StopTimer(mTimLcdOff);
+  RunDelays();
 }
 
-void PreviewLayout::SetLcdOffTimer() {
-  if (IsStandingBoxShown()) return;
-  mTimLcdOff->stop();
-  const int choice = gEnvirnmentSettings.mSetting.lcd_auto_off;
-  if (choice >= 1 && choice <= 3) mTimLcdOff->setInterval(kLcdOffMs[choice]);
-  mTimLcdOff->start();
+void PreviewLayout::Touched() {
+  RestartDelays();
 }
 
-void PreviewLayout::ArmTimers() {
-  ArmTouchWait();
-  SetLcdOffTimer();
+void PreviewLayout::BoxesChanged() {
+  RunDelays();
 }
 
 void PreviewLayout::ShowPreview() {
   if (!IsCurrentScreen()) return;  // a covered screen would open a window of its own
   mEnableView = true;
   setVisible(!gMainWindow->GetIsLcdOff());  // a dark LCD stays dark: the countdown goes on behind it
-  ArmTouchWait();
+  StopTimer(mTimTouchWait);
+  RunDelays();
 }
 
 void PreviewLayout::HidePreview() {
-  StopTimer(mTimTouchWait);
   mEnableView = false;
   setVisible(false);
+  RunDelays();
 }
 
 void PreviewLayout::previewEnabled(bool on) {
@@ -198,13 +209,13 @@ void PreviewLayout::previewEnabled(bool on) {
 void PreviewLayout::LcdOff() {
   if (gMainWindow->GetIsLcdOff()) return;
   gMainWindow->LcdOff();
-  StopTimer(mTimTouchWait);
+  RunDelays();
 }
 
 void PreviewLayout::LcdOn() {
   if (!gMainWindow->GetIsLcdOff()) return;
   gMainWindow->LcdOn();
-  ArmTouchWait();
+  RestartDelays();
 }
 
 void PreviewLayout::ShowAwake() {
@@ -219,10 +230,8 @@ void PreviewLayout::TimeoutTouchWait() {
 
 void PreviewLayout::TimeoutLcdOff() {
   mTimLcdOff->stop();
-  const Setting_Config& setting = gEnvirnmentSettings.mSetting;
-  const bool never = setting.lcd_auto_off == 0 || setting.lcd_auto_off == 4;
-  if (never || gMainWindow->GetIsLcdOff() || IsStandingBoxShown() || !IsCurrentScreen()) return;
-  if (setting.lcd_wait_dis == 0) {
+  if (!MayDelaysRun() || LcdOffMs() == 0) return;
+  if (gEnvirnmentSettings.mSetting.lcd_wait_dis == 0) {
     LcdOff();
     return;
   }
@@ -236,11 +245,8 @@ void PreviewLayout::onResume() {
   UpdateSpeedLabel();
   SetLowVolPowerOffCountLabel(gMainWindow->GetIsLowVolCount());
   SetTimer(mSecTimer, kSecondMs);
-  if (!mIsDetectRecording) {
-    ShowPreview();
-    SetLcdOffTimer();
-  }
-  mInitOnResume = true;
+  if (!mIsDetectRecording) ShowPreview();
+  RestartDelays();
   gMainWindow->StopGlobalEntryPreviewTimer();
   if ((IsParkedWithParkingMode() && gEnvirnmentSettings.mSetting.rear_cam_power == 0) || gCountOfCamera == 1)
     ForceFrontView();
@@ -264,11 +270,10 @@ void PreviewLayout::ResumeChecks() {
 
 void PreviewLayout::onPause() {
   StopTimer(mSecTimer);
-  StopTimer(mTimTouchWait);
+  RunDelays();
 }
 
-// --------------------------------------------------------------------------------------------------- checks at the
-// start
+// ---- checks at the start
 
 void PreviewLayout::PaintTouchTestOrSeachingPfileInfo() {
   const auto exists = [](const char* path) { return QFile::exists(DevicePath(QLatin1String(path))); };
@@ -304,8 +309,6 @@ void PreviewLayout::TimeoutPaintTouchTest() {
   gMainWindow->SetIsCurrentShowTouchMotion(true);
   gMainWindow->SetIsTouchMotionVer(true);
   ShowAwake();
-  gMainWindow->StopParkingModeLcdOffTimer();
-  StopTimer(mTimLcdOff);
   Next(TOUCHTEST);
 }
 
@@ -316,8 +319,6 @@ void PreviewLayout::TimeoutNeedTouchComp() {
     return;
   }
   gMainWindow->SetNeedTouchComBeforeSDFormat(1);
-  StopTimer(mTimLcdOff);
-  gMainWindow->StopParkingModeLcdOffTimer();
   Next(TOUCHCOMP);
 }
 
@@ -342,12 +343,11 @@ bool PreviewLayout::ShowParkingReport() {
     return false;
   }
   ShowAwake();
-  StopTimer(mTimLcdOff);
   Next(PFILEGRAPH, pFile.get());
   return true;
 }
 
-// ------------------------------------------------------------------------------------------------------- status texts
+// ---- status texts
 
 void PreviewLayout::GetSystemVoltage() {
   SendEvent(SEND_GET_VOLTAGE, 0, QString(), &gRecvVoltage);
@@ -368,7 +368,6 @@ void PreviewLayout::SetDefaultTime() {
 
 void PreviewLayout::GoTime() {
   mTimeSet = ReadClock();
-  mIsUpdateMinute = mTimeSet.Minute != mCurTime.Minute ? 1 : 0;
   CopyTimeSet();
 }
 
@@ -377,12 +376,17 @@ void PreviewLayout::SetCurTimeAndVolStr() {
   if (ChkTimeError(mCurTime) != 0) SetDefaultTime();
   mStrTime = QString::asprintf("%04d/%02d/%02d", mCurTime.Year, mCurTime.Month, mCurTime.Day) + QLatin1String("  ") +
              QString::asprintf("%02d:%02d ", mCurTime.Hour, mCurTime.Minute);
-  if (mIsUpdateMinute != 0 || !mInitOnResume) mClockLabel->setText(mStrTime);
-  if (std::abs(gRecvVoltage - mShownVoltage) > kVoltageStep || !mInitOnResume) {
-    mShownVoltage = gRecvVoltage;
-    mStrVoltage = QString::asprintf("%3.1fv", double{gRecvVoltage});
-    mMainVolLabel->setText(mStrVoltage);
-  }
+  if (mClockLabel->text() != mStrTime) mClockLabel->setText(mStrTime);
+  UpdateVoltageLabel();
+}
+
+// Nothing until the recorder has told it; afterwards the last value that it told.
+void PreviewLayout::UpdateVoltageLabel() {
+  ShowLabel(mMainVolLabel, std::isfinite(gRecvVoltage));
+  if (!std::isfinite(gRecvVoltage) || std::abs(gRecvVoltage - mShownVoltage) <= kVoltageStep) return;
+  mShownVoltage = gRecvVoltage;
+  mStrVoltage = QString::asprintf("%3.1fv", double{gRecvVoltage});
+  mMainVolLabel->setText(mStrVoltage);
 }
 
 void PreviewLayout::SetLowVolPowerOffCountStr() {
@@ -417,12 +421,12 @@ void PreviewLayout::SlotSec() {
 void PreviewLayout::lowvolRecv(int on) {
   if (on == 1) ShowPreview();
   SetLowVolPowerOffCountLabel(on == 1);
-  ArmTimers();
+  RestartDelays();
 }
 
-// ------------------------------------------------------------------------------------------------------------- touches
+// ---- touches
 
-void PreviewLayout::touchEvent(int type, int x, int y) {
+void PreviewLayout::touchEvent(int, int x, int y) {
   if (mIsDetectRecording) return;
   if (gMainWindow->GetIsLcdOff()) {
     LcdOn();
@@ -431,12 +435,6 @@ void PreviewLayout::touchEvent(int type, int x, int y) {
   if (!mEnableView) {
     ShowPreview();
     CountingTouchEntryProcess();
-    return;
-  }
-  ArmTimers();
-  if (mIsShowMessageBox || mIsShowRecvMessageBox) {
-    if (mIsShowMessageBox) MessageBoxHandler(type, x, y, mMessageId);
-    if (mIsShowRecvMessageBox) RecvMessageBoxHandler(type, x, y, mRecvMessageId);
     return;
   }
   for (const HotKey& key : kHotKeys) {
@@ -502,7 +500,6 @@ void PreviewLayout::PressMicrophone() {
 }
 
 void PreviewLayout::PressMenu() {
-  StopTimer(mTimLcdOff);
   gMainWindow->SetGlobalEntryPreviewTimer();
   gEnvirnmentSettings.mSetting.time_set_flag = 0;
   gEnvirnmentSettings.mOldSetting.time_set_flag = 0;
@@ -592,13 +589,10 @@ void PreviewLayout::TimeoutTouchEntry() {
 
 void PreviewLayout::TimeoutEvent() {
   BaseWidget::TimeoutEvent();
-  if (TakeEventId() != HIDDEN_TOUCH_COM_ENTRY || !IsCurrentScreen()) return;
-  StopTimer(mTimLcdOff);
-  gMainWindow->StopParkingModeLcdOffTimer();
-  Next(TOUCHCOMP);
+  if (TakeEventId() == HIDDEN_TOUCH_COM_ENTRY && IsCurrentScreen()) Next(TOUCHCOMP);
 }
 
-// ---------------------------------------------------------------------------------------------- manual event recording
+// ---- manual event recording
 
 bool PreviewLayout::IsExistNdfFile() {
   return QFile::exists(DevicePath(QLatin1String(device::kManualEventMarker)));
@@ -630,8 +624,7 @@ void PreviewLayout::TimeoutDetectRecording() {
     mIsDetectRecording = true;
     gMainWindow->SetIsDetectRecording(true);
     gMainWindow->StopParkingModeLcdOffTimer();
-    StopTimer(mTimTouchWait);
-    StopTimer(mTimLcdOff);
+    RunDelays();
     SetTimer(mDetectRecordingTimer, kDetectStartMs);
     repaint();
   } else if (IsExistNdfFile()) {
@@ -650,12 +643,11 @@ void PreviewLayout::FinishDetectRecording() {
   gMainWindow->SetParkingModeLcdOffTimer();
   Notice(FINISH_MANUAL_RECORDING);
   ShowPreview();
-  SetLcdOffTimer();
+  RestartDelays();
   repaint();
 }
 
-// ---------------------------------------------------------------------------------------------- status events and
-// boxes
+// ---- status events and boxes
 
 void PreviewLayout::recvEvent(int event, int value) {
   switch (event) {
@@ -694,13 +686,6 @@ void PreviewLayout::recvEvent(int event, int value) {
 void PreviewLayout::ShowStandingBox(MessageBox_Id id, int value) {
   ShowAwake();
   PaintMessageBox(id, true, value, 0);
-  StopTimer(mTimTouchWait);
-  StopTimer(mTimLcdOff);
-}
-
-void PreviewLayout::DelRecvMessageBox() {
-  BaseWidget::DelRecvMessageBox();
-  if (IsCurrentScreen() && mEnableView && !mIsDetectRecording) ArmTimers();
 }
 
 void PreviewLayout::MessageBoxHandler(int, int, int, int) {}
@@ -712,12 +697,10 @@ void PreviewLayout::RecvMessageBoxHandler(int, int x, int y, int messageId) {
   DelRecvMessageBox();
   if (button == MessageBox::Button::Right) return;
   SendEvent(SEND_SET_SYSTEM_SD_FORMAT, 0, QString());
-  StopTimer(mTimLcdOff);
   Next(SDFORMAT);
 }
 
-// -------------------------------------------------------------------------------------------------------------
-// painting
+// ---- painting
 
 void PreviewLayout::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
@@ -741,18 +724,10 @@ void PreviewLayout::paintEvent(QPaintEvent* event) {
   PaintPlates(painter, event->rect());
 }
 
-// Text over video needs an opaque ground; a plate is there only while its label is.
 void PreviewLayout::PaintPlates(QPainter& painter, const QRect& exposed) {
-  const std::pair<const QLabel*, QString> plates[] = {
-      {mClockLabel, gPreview.Time.Bg},
-      {mGpsSpeedLabel, gPreview.GpsSpeed.Bg},
-      {mMainVolLabel, gPreview.Voltage.Bg},
-      {mLowVolCountLabel, QStringLiteral("preview/status_lowvol_bg.bmp")},
-  };
-  for (size_t i = 0; i < std::size(plates); ++i) {
-    const auto& [label, path] = plates[i];
-    if (label->isHidden()) continue;
-    const QPixmap plate = Picture(path);
-    if (QRect(kLabels[i].plate, plate.size()).intersects(exposed)) painter.drawPixmap(kLabels[i].plate, plate);
+  for (const PlatedLabel& row : kLabels) {
+    if ((this->*row.label)->isHidden()) continue;
+    const QPixmap plate = Picture(row.picture());
+    if (QRect(row.plate, plate.size()).intersects(exposed)) painter.drawPixmap(row.plate, plate);
   }
 }

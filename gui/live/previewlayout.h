@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <memory>
 
 #include "gui/screen/basewidget.h"
@@ -8,15 +9,6 @@
 class PFileInfo;
 class QLabel;
 class QPainter;
-
-/// The labels of the preview.
-enum Label_Type {
-  Label_Clock = 0,
-  Label_Version = 1,
-  Label_Voltage = 2,
-  Label_GpsSpeed = 3,
-  Label_LowVoltage_Count = 4,
-};
 
 /// The home screen: hot keys and status texts over the live picture, which shows through the key colour. It hides
 /// itself after 5 s without a touch; then the window's ground alone is shown. It also makes the checks at the start.
@@ -34,13 +26,11 @@ public:
   void TimeoutEvent() override;
   void MessageBoxHandler(int type, int x, int y, int messageId) override;
   void RecvMessageBoxHandler(int type, int x, int y, int messageId) override;
-  void DelRecvMessageBox() override;
 
   void ShowPreview();
   void HidePreview();
   void LcdOff();
   void LcdOn();
-  void SetLcdOffTimer();  ///< LCD off after 10, 30 or 60 s without a touch, by lcd_auto_off
   static bool IsExistNdfFile();
   bool SetPfileInfo();  ///< reads the parking report; false when there is none
   void GetSystemVoltage();
@@ -68,31 +58,34 @@ public slots:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
+  void Touched() override;
+  void BoxesChanged() override;
 
 private:
   struct HotKey;
   static const HotKey kHotKeys[];
+  struct PlatedLabel;
+  static const PlatedLabel kLabels[];
 
   void InitTimer();
   void InitLabel();
-  QLabel* SetLabel(Label_Type type);
   void PaintTouchTestOrSeachingPfileInfo();
   void ResumeChecks();
   bool ShowParkingReport();
 
-  bool IsCurrentScreen() const;
   bool IsParkedWithParkingMode() const;
   bool IsDetectFileKeyShown() const;
-  bool IsStandingBoxShown() const;
   QRect DetectFileKeyRect() const;
 
   void ShowAwake();
-  void ArmTouchWait();
-  void ArmTimers();
+  bool MayDelaysRun() const;
+  void RunDelays();
+  void RestartDelays();
   void Notice(MessageBox_Id id);
   void ShowStandingBox(MessageBox_Id id, int value);
   void ShowLabel(QLabel* label, bool shown);
   void UpdateSpeedLabel();
+  void UpdateVoltageLabel();
   void PaintPlates(QPainter& painter, const QRect& exposed);
 
   void SwitchView(int display);
@@ -127,18 +120,16 @@ private:
   QTimer* mDetectRecordingTimer = nullptr;
   QTimer* mPrepareRearcamRecordingTimer = nullptr;
   std::unique_ptr<PFileInfo> pFile;
-  int mIsUpdateMinute = 0;
   QString mStrTime;
   QString mStrVoltage;
   QString mStrLowVolCount;
   bool mEnableView = true;
   int mReturnVolume = 1;
   int mTouchComStartCount = 0;
-  bool mInitOnResume = false;
   bool mIsDetectRecording = false;
   bool mIsDetectRecordingBlink = false;
   bool mPrepareReacamRecordingDelay = false;
   bool mDispPFileInfo = false;
-  float mShownVoltage = 0;  // of mMainVolLabel
-  int mSpeed = 0;           // km/h, of the last speed event
+  float mShownVoltage = std::numeric_limits<float>::quiet_NaN();  // of mMainVolLabel; not a number while it shows none
+  int mSpeed = 0;                                                 // km/h, of the last speed event
 };

@@ -5,6 +5,7 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QTimer>
+#include <cmath>
 
 #include "gui/base/devicepath.h"
 #include "gui/base/globals.h"
@@ -122,6 +123,11 @@ void ScreenSaver::onPause() {
 void ScreenSaver::touchEvent(int, int, int) {}
 void ScreenSaver::MessageBoxHandler(int, int, int, int) {}
 
+// The picture that tells the connection is not a second late.
+void ScreenSaver::recvEvent(int event, int) {
+  if (event == RECV_ZEL_STATUS_GPS_CONNECT) InitImageLoad();
+}
+
 void ScreenSaver::SlotSec() {
   mTimScreenSaver->stop();
   SendEvent(SEND_GET_VOLTAGE, 0, QString(), &gRecvVoltage);
@@ -149,7 +155,7 @@ void ScreenSaver::SetCurTimeAndVolStr() {
   mIsAM = mCurTime.Apm == AM;
   mStrDate = QString::asprintf("%04d.%02d.%02d", mCurTime.Year, mCurTime.Month, mCurTime.Day);
   mStrTime = QString::asprintf("%02d:%02d", mCurTime.Hour, mCurTime.Minute);
-  mStrVoltage = QString::asprintf("%3.1fv", double{gRecvVoltage});
+  mStrVoltage = std::isfinite(gRecvVoltage) ? QString::asprintf("%3.1fv", double{gRecvVoltage}) : QString();
   const QDate date(mCurTime.Year, mCurTime.Month, mCurTime.Day);
   mLblDate->setText(mStrDate);
   mLblDay->setText(TransformDate(date.toString(QStringLiteral("ddd"))));

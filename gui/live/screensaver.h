@@ -16,6 +16,7 @@ public:
   explicit ScreenSaver(QWidget* parent);
 
   void touchEvent(int type, int x, int y) override;
+  void recvEvent(int event, int value) override;
   void onResume() override;
   void onPause() override;
   void MessageBoxHandler(int type, int x, int y, int messageId) override;

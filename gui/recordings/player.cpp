@@ -6,13 +6,14 @@
 #include <QLabel>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QTimer>
 #include <algorithm>
 
 #include "gui/base/devicepath.h"
-#include "gui/base/eventgate.h"
 #include "gui/base/picture.h"
 #include "gui/base/shell.h"
+#include "gui/base/touchtime.h"
 #include "gui/recordings/aviheader.h"
 #include "gui/recordings/playfileinfo.h"
 #include "gui/screen/label.h"
@@ -101,13 +102,14 @@ void Player::SetType(int list) {
 }
 
 void Player::Play() {
+  mPlayedSince = Now();
   if (mPlayFilePath.isEmpty())
     GetPlayStatus(STATUS_PLAY_OPEN_FAIL);
   else
     SendEvent(SEND_PLAY_VIDEO, 0, mPlayFilePath);
 }
 
-// ------------------------------------------------------------------------------------------------ the bar of controls
+// ---- the bar of controls
 
 void Player::onResume() {
   SetTimer(mTimDispControl, kControlMs);
@@ -142,7 +144,7 @@ void Player::UpdateLabels() {
   for (QLabel* label : {mFileNameLabel, mPlayTimeLabel, mProgressBar}) label->setVisible(mIsShowControl);
 }
 
-// ------------------------------------------------------------------------------------------------------- time and seek
+// ---- time and seek
 
 QString Player::GetRecordTime(int seconds) {
   return QString::asprintf("%02d:%02d:%02d", 0, seconds / 60, seconds % 60);
@@ -178,17 +180,23 @@ int Player::ProgressIndexToTimeParsing(int x, int duration) {
   return int(std::min(at * 1000, 2147483647.0));
 }
 
-// ------------------------------------------------------------------------------------------------------ status events
+// ---- status events
 
 void Player::recvEvent(int event, int value) {
+  if (mIsLeaving || gMainWindow->GetEventTime() < mPlayedSince) return;
   if (event == RECV_ZEL_STATUS_PLAY_CUR) GetCurrentPlayTime(value);
   if (event == RECV_ZEL_STATUS_PLAY_STATUS) GetPlayStatus(value);
+}
+
+void Player::LeaveAfter(PlayerEvent way, int ms) {
+  mIsLeaving = true;
+  SetEvent(way, ms);
 }
 
 void Player::GetPlayStatus(int status) {
   if (status == STATUS_PLAY_ERR || status == STATUS_PLAY_OPEN_FAIL || status == STATUS_PLAY_READ_FAIL) {
     PaintMessageBox(PLAY_FAIL, false, 0, kNoticeMs);
-    SetEvent(PENTRY_FILELIST, kNoticeMs);
+    LeaveAfter(PENTRY_FILELIST, kNoticeMs);
   } else if (status == STATUS_PLAY_END) {
     const int step = mOrderType == DECENDINGTYPE ? 1 : -1;
     if (PlayableFrom(mCurPlayIndex + step, step) >= 0) {
@@ -196,7 +204,7 @@ void Player::GetPlayStatus(int status) {
       PaintMessageBox(IS_NEXT_FILE_PLAY, false, 0, 0);
     } else {
       PaintMessageBox(LIST_PLAY_FINISH, false, 0, kNoticeMs);
-      SetEvent(PENTRY_FILELIST, kNoticeMs);
+      LeaveAfter(PENTRY_FILELIST, kNoticeMs);
     }
   }
 }
@@ -229,14 +237,9 @@ void Player::MessageBoxHandler(int, int x, int y, int messageId) {
     StepNewer();
 }
 
-// ------------------------------------------------------------------------------------------------------------- touches
+// ---- touches
 
-void Player::touchEvent(int type, int x, int y) {
-  if (mIsShowRecvMessageBox) return;
-  if (mIsShowMessageBox) {
-    MessageBoxHandler(type, x, y, mMessageId);
-    return;
-  }
+void Player::touchEvent(int, int x, int y) {
   if (!mIsShowControl) {
     ShowControl();
     return;
@@ -245,7 +248,9 @@ void Player::touchEvent(int type, int x, int y) {
   for (const Key& key : kKeys) {
     if (!key.area.contains(x, y)) continue;
     PlayClick();
+    const QPointer<Player> here(this);
     (this->*key.press)();
+    if (here) TopHasChanged();  // one action at a time: what was touched meanwhile does not count
     return;
   }
   if (!kBarArea.contains(x, y)) {
@@ -260,7 +265,7 @@ void Player::PressHome() {
   SendEvent(SEND_CONTROL_VIDEO, PLAY_STOP, QString());
   PaintMessageBox(VIDEO_REC_START, false, 0, 0);
   SendEvent(SEND_VIDEO_REC_START, 0, QString());
-  SetEvent(PENTRY_MENU, kLeaveMs);
+  LeaveAfter(PENTRY_MENU, kLeaveMs);
   gMainWindow->SetParkingModeLcdOffTimer();
 }
 
@@ -272,7 +277,7 @@ void Player::PressPreview() {
   gEnvirnmentSettings.mOldSetting.time_set_flag = 0;
   SendEvent(SEND_SET_ENTRY_PREVIEW, 0, QString());
   SendEvent(SEND_VIDEO_REC_START, 0, QString());
-  SetEvent(PENTRY_PREVIEW, kLeaveMs);
+  LeaveAfter(PENTRY_PREVIEW, kLeaveMs);
   gMainWindow->SetParkingModeLcdOffTimer();
 }
 
@@ -288,12 +293,12 @@ void Player::PressBack() {
 }
 
 void Player::PressOlder() {
-  gEventGate.Block([] { usleep(kStepPauseUs); });
+  usleep(kStepPauseUs);
   StepOlder();
 }
 
 void Player::PressNewer() {
-  gEventGate.Block([] { usleep(kStepPauseUs); });
+  usleep(kStepPauseUs);
   StepNewer();
 }
 
@@ -301,8 +306,7 @@ void Player::PressCamera() {
   ChangeCamPlayFile();
 }
 
-// ------------------------------------------------------------------------------------------- the neighbours in the
-// list
+// ---- the neighbours in the list
 
 // The first item from `index` on that is no stop marker; -1 when there is none.
 int Player::PlayableFrom(int index, int step) const {
@@ -365,7 +369,7 @@ void Player::ChangeCamPlayFile() {
   Play();
 }
 
-// ------------------------------------------------------------------------------------------------------------ painting
+// ---- painting
 
 void Player::paintEvent(QPaintEvent* event) {
   QPainter painter(this);

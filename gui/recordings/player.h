@@ -52,6 +52,7 @@ private:
   void SetPlayFile(int list, int index);
   void SetType(int list);
   void Play();
+  void LeaveAfter(PlayerEvent way, int ms);
   void StepTo(int index);
   int PlayableFrom(int index, int step) const;
   void NextPlayFile();
@@ -91,6 +92,8 @@ private:
   QString mPlayFilePath;  // of the camera
   QString mPlayFileName;
   const FileItemList* mCurFileList = nullptr;  // the catalogue's, or null
+  qint64 mPlayedSince = 0;  // what the recorder told of a playback before it is about another file; see Now()
+  bool mIsLeaving = false;  // the way out is chosen: nothing else takes its place
   QTimer* mTimDispControl;
   QTimer* mTimCurTimeProgress;
 };

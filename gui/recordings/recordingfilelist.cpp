@@ -9,6 +9,7 @@
 #include "gui/base/shell.h"
 #include "gui/recordings/playfileinfo.h"
 #include "gui/recordings/recordingfileitem.h"
+#include "gui/screen/formatquestion.h"
 #include "gui/screen/messagebox.h"
 #include "gui/screen/screenhost.h"
 #include "gui/settings/config.h"
@@ -16,6 +17,7 @@
 
 namespace {
 constexpr int kScrollRepeatMs = 10;
+constexpr int kScrollBottom = 320;  // the reader tells 320 for the panel's edge: here the lowest key has it
 constexpr QRect kTitle(80, 0, 320, 60);
 constexpr QPoint kHome(0, 0), kKind(80, 0), kCamera(220, 0), kOrder(310, 0), kBack(400, 0);
 }  // namespace
@@ -33,7 +35,7 @@ const RecordingFileList::Key RecordingFileList::kKeys[] = {
 };
 
 RecordingFileList::RecordingFileList(QWidget* parent)
-    : PagedList(parent, kScrollRepeatMs), mRecordingFileManager(gMainWindow->GetRecordingFileManager()) {
+    : PagedList(parent, kScrollRepeatMs, false), mRecordingFileManager(gMainWindow->GetRecordingFileManager()) {
   for (int row = 0; row < kRows; ++row) {
     mFileItemWidget[size_t(row)] = new RecordingFileItem(this);
     mFileItemWidget[size_t(row)]->setGeometry(RowRect(row));
@@ -58,7 +60,7 @@ void RecordingFileList::ShowPage() {
   }
 }
 
-// ------------------------------------------------------------------------------------------------------------- toggles
+// ---- toggles
 
 void RecordingFileList::SetToggleDisplay() {
   mFileTypeImgPath = gFileList.Kind.Image[mFileType].ReleaseImage;
@@ -78,15 +80,10 @@ void RecordingFileList::FileTypeCheck() {
   SetListItem(mFileType * 4 + mOrderType * 2 + mCameraType);
 }
 
-// ------------------------------------------------------------------------------------------------------------- touches
+// ---- touches
 
-void RecordingFileList::touchEvent(int type, int x, int y) {
-  if (mIsShowRecvMessageBox) return;
-  if (mIsShowMessageBox) {
-    MessageBoxHandler(type, x, y, mMessageId);
-    return;
-  }
-  if (TouchScrollKey(x, y)) return;
+void RecordingFileList::touchEvent(int, int x, int y) {
+  if (TouchScrollKey(x, y, kScrollBottom)) return;
   for (const Key& key : kKeys) {
     if (!key.area.contains(x, y)) continue;
     (this->*key.press)();
@@ -124,18 +121,14 @@ void RecordingFileList::PressBack() {
 }
 
 void RecordingFileList::PressHome() {
-  const Setting_Config& edited = gEnvirnmentSettings.mSetting;
-  const Setting_Config& saved = gEnvirnmentSettings.mOldSetting;
   if (!gEnvirnmentSettings.compareSettingValue()) {
     if (!ShowBox(VIDEO_REC_START)) return;
     SendEvent(SEND_VIDEO_REC_START, 0, QString());
     LeaveForPreview();
     return;
   }
-  mNeedFormatFlag = (edited.resolution != saved.resolution ? 1 : 0) + (edited.fps != saved.fps ? 2 : 0);
-  static constexpr int kBox[] = {SETUP_SAVING, RESOLUTION_SETTING_CHANGE_NEED_FORMAT, FRAME_SETTING_CHANGE_NEED_FORMAT,
-                                 RES_FRAME_SETTING_CHANGE_NEED_FORMAT};
-  if (!ShowBox(kBox[mNeedFormatFlag]) || mNeedFormatFlag != 0) return;
+  mNeedFormatFlag = FormatQuestion::Need();
+  if (!ShowBox(FormatQuestion::MessageOf(mNeedFormatFlag)) || mNeedFormatFlag != 0) return;
   gEnvirnmentSettings.settingSetup();
   gEnvirnmentSettings.AllSetSettingConfig();
   SendEvent(SEND_SETTING_COMPLETE, 0, QString());
@@ -152,9 +145,7 @@ void RecordingFileList::LeaveForPreview() {
 }
 
 void RecordingFileList::MessageBoxHandler(int, int x, int y, int messageId) {
-  if (messageId != RESOLUTION_SETTING_CHANGE_NEED_FORMAT && messageId != FRAME_SETTING_CHANGE_NEED_FORMAT &&
-      messageId != RES_FRAME_SETTING_CHANGE_NEED_FORMAT)
-    return;
+  if (mNeedFormatFlag == 0 || messageId != FormatQuestion::MessageOf(mNeedFormatFlag)) return;
   const MessageBox::Button button = MessageBox::ButtonAt(x, y);
   if (button == MessageBox::Button::None) return;
   const int format = std::exchange(mNeedFormatFlag, 0);
@@ -165,7 +156,7 @@ void RecordingFileList::MessageBoxHandler(int, int x, int y, int messageId) {
   Next(SDFORMAT);
 }
 
-// ------------------------------------------------------------------------------------------------------------ painting
+// ---- painting
 
 void RecordingFileList::paintEvent(QPaintEvent* event) {
   QPainter painter(this);

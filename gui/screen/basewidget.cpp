@@ -6,8 +6,9 @@
 #include <utility>
 
 #include "gui/base/eventgate.h"
-#include "gui/base/globals.h"
+#include "gui/base/touchtime.h"
 #include "gui/screen/diagnostics.h"
+#include "gui/screen/formatquestion.h"
 #include "gui/screen/messagebox.h"
 #include "gui/screen/messagecatalogue.h"
 #include "gui/screen/screenhost.h"
@@ -72,10 +73,12 @@ void BaseWidget::SendEvent(Send_Event event, int value, const QString& text, flo
   gMainWindow->SendEvent(event, value, text, out);
 }
 
-QTimer* BaseWidget::NewTimer(const char* name, std::function<void()> slot) {
-  auto* timer = new QTimer(this);
+// Precise: Qt's other timers come up to a twentieth of their time too early or too late.
+QTimer* BaseWidget::NewTimer(QObject* owner, const char* name, std::function<void()> slot) {
+  auto* timer = new QTimer(owner);
   timer->setObjectName(QLatin1String(name));
-  connect(timer, &QTimer::timeout, this, [timer, slot = std::move(slot)] {
+  timer->setTimerType(Qt::PreciseTimer);
+  connect(timer, &QTimer::timeout, owner, [timer, slot = std::move(slot)] {
     if (gEventGate.Enter(timer)) slot();
   });
   return timer;
@@ -116,7 +119,8 @@ void BaseWidget::PaintMessageBox(int messageId, bool recv, int value, int timeou
     StopTimer(timer);
   else
     SetTimer(timer, timeoutMs);
-  ReportTop();
+  mIsRecvBoxOnTop = recv;
+  ReportBoxes();
 }
 
 void BaseWidget::ShowMessageBox(int kind, int a, int b, const QString& text, bool recv, int c, int d) {
@@ -131,19 +135,38 @@ void BaseWidget::ShowMessageBox(int kind, int a, int b, const QString& text, boo
 }
 
 void BaseWidget::DelMessageBox() {
+  if (!mMessageBox) return;
+  mMessageBoxTimer->stop();
   delete std::exchange(mMessageBox, nullptr);
   mMessageId = -1;
   mIsShowMessageBox = false;
-  ReportTop();
+  ReportBoxes();
   RepaintCurrentScreen();
 }
 
 void BaseWidget::DelRecvMessageBox() {
+  if (!mRecvMessageBox) return;
+  mRecvMessageBoxTimer->stop();
   delete std::exchange(mRecvMessageBox, nullptr);
   mRecvMessageId = -1;
   mIsShowRecvMessageBox = false;
-  ReportTop();
+  ReportBoxes();
   RepaintCurrentScreen();
+}
+
+void BaseWidget::ReportBoxes() {
+  if (IsCurrentScreen()) TopHasChanged();
+  ReportTop();
+  BoxesChanged();
+}
+
+bool BaseWidget::IsCurrentScreen() const {
+  return gWidgetManager.GetCurrentWidget() == this;
+}
+
+bool BaseWidget::IsStandingBoxShown() const {
+  return (mIsShowRecvMessageBox && !mRecvMessageBoxTimer->isActive()) ||
+         (mIsShowMessageBox && !mMessageBoxTimer->isActive());
 }
 
 void BaseWidget::TimeoutMessageBoxTimer() {
@@ -156,26 +179,53 @@ void BaseWidget::TimeoutRecvMessageBoxTimer() {
   DelRecvMessageBox();
 }
 
-bool BaseWidget::CloseStandingRecvBox() {
-  if (!mRecvMessageBox || mRecvMessageBoxTimer->isActive() || mRecvMessageBox->HasButtons()) return false;
-  DelRecvMessageBox();
+// ------------------------------------------------------------------------------------------------------------- touches
+
+// What cannot be seen takes no touch.
+BaseWidget::Box BaseWidget::TopBox() const {
+  if (isHidden()) return Box::None;
+  if (mIsShowRecvMessageBox && (mIsRecvBoxOnTop || !mIsShowMessageBox)) return Box::Event;
+  return mIsShowMessageBox ? Box::Own : Box::None;
+}
+
+void BaseWidget::Touch(int type, int x, int y) {
+  Touched();
+  if (!TakenByBox(type, x, y)) touchEvent(type, x, y);
+}
+
+bool BaseWidget::TakenByBox(int type, int x, int y) {
+  const Box box = TopBox();
+  if (box == Box::None || type == TOUCH_AUTO) return box != Box::None;
+  if (box == Box::Event) {
+    if (mRecvMessageBoxTimer->isActive()) return true;
+    if (mRecvMessageBox->HasButtons())
+      RecvMessageBoxHandler(type, x, y, mRecvMessageId);
+    else
+      DelRecvMessageBox();
+  } else if (FormatQuestion::IsUp(*this)) {
+    gMainWindow->GetFormatQuestion().Answer(*this, x, y);
+  } else {
+    MessageBoxHandler(type, x, y, mMessageId);
+  }
   return true;
 }
 
+// ------------------------------------------------------------------------------------------- the way out of the
+// settings
+
 void BaseWidget::EntryPreview() {
-  const Setting_Config& edited = gEnvirnmentSettings.mSetting;
-  const Setting_Config& saved = gEnvirnmentSettings.mOldSetting;
+  FormatQuestion::Forget();
   if (!gEnvirnmentSettings.compareSettingValue()) {
-    gNeedFormatFlag = 0;
     Jump(PREVIEW);
     return;
   }
-  gNeedFormatFlag = (edited.resolution != saved.resolution ? 1 : 0) + (edited.fps != saved.fps ? 2 : 0);
-  static constexpr int kQuestion[] = {SETUP_SAVING, RESOLUTION_SETTING_CHANGE_NEED_FORMAT,
-                                      FRAME_SETTING_CHANGE_NEED_FORMAT, RES_FRAME_SETTING_CHANGE_NEED_FORMAT};
-  if (gNeedFormatFlag == 0) mRestartRecStart = true;
-  PaintMessageBox(kQuestion[gNeedFormatFlag], false, 0, 0);
-  if (gNeedFormatFlag == 0) SaveAndRestartRecording();
+  if (const int need = FormatQuestion::Need(); need != 0) {
+    gMainWindow->GetFormatQuestion().Ask(*this, need);
+    return;
+  }
+  mRestartRecStart = true;
+  PaintMessageBox(SETUP_SAVING, false, 0, 0);
+  SaveAndRestartRecording();
 }
 
 void BaseWidget::SaveAndRestartRecording() {
@@ -196,7 +246,7 @@ void BaseWidget::TimeoutRestartRecStart() {
   mTimRestartRecStart->stop();
   mRestartRecStart = false;
   SendEvent(SEND_VIDEO_REC_START, 0, QString());
-  gEventGate.Block([] { usleep(kRecordingStartUs); });  // recording is under way before the preview returns
+  usleep(kRecordingStartUs);  // recording is under way before the preview returns
   DelMessageBox();
   Jump(PREVIEW);
 }

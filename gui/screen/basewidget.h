@@ -3,6 +3,7 @@
 #include <QString>
 #include <QWidget>
 #include <functional>
+#include <utility>
 
 #include "gui/main.h"
 
@@ -18,7 +19,16 @@ public:
   explicit BaseWidget(QWidget* parent);
   ~BaseWidget() override;
 
-  /// A touch at (x, y) of the screen; `type` is a Touch_Type, in practice always TOUCH_PRESS.
+  /// A touch at (x, y) of the screen, whoever it is for: the box on top, which is the one painted last, or the screen.
+  /// An event's box without an answer of its own closes when nothing else closes it, and takes the touch in any case.
+  /// `type` is a Touch_Type: TOUCH_PRESS, or TOUCH_AUTO for a key that is held, which no box takes.
+  /// The screen may be gone afterwards.
+  void Touch(int type, int x, int y);
+
+  /// The same, for a touch that the panel tells in a way of its own: true when a box has taken it.
+  bool TakenByBox(int type, int x, int y);
+
+  /// A touch that no box takes.
   virtual void touchEvent(int type, int x, int y);
   /// A status event of the recorder, after the window's own handling.
   virtual void recvEvent(int event, int value);
@@ -27,7 +37,7 @@ public:
   virtual void onResume();
   virtual void onPause();
 
-  /// A touch while one of the screen's own boxes (an event's box) is up.
+  /// A touch that is for the screen's own box; for an event's box that is a question.
   virtual void MessageBoxHandler(int type, int x, int y, int messageId);
   virtual void RecvMessageBoxHandler(int type, int x, int y, int messageId);
 
@@ -36,10 +46,7 @@ public:
   void PaintMessageBox(int messageId, bool recv, int value, int timeoutMs);
   void ShowMessageBox(int kind, int a, int b, const QString& text, bool recv, int c, int d);
   void DelMessageBox();
-  virtual void DelRecvMessageBox();
-
-  /// Closes an event box that nothing else would close: no buttons, no running timer. False when there is none.
-  bool CloseStandingRecvBox();
+  void DelRecvMessageBox();
 
   bool GetShowMessageBoxFlag() const { return mIsShowMessageBox; }
   bool GetShowRecvMessageBoxFlag() const { return mIsShowRecvMessageBox; }
@@ -56,8 +63,9 @@ public:
   void SendEvent(Send_Event event, int value, const QString& text, int* out = nullptr);
   void SendEvent(Send_Event event, int value, const QString& text, float* out);
 
-  /// A timer of the screen. `slot` waits its turn, as touches and status events do.
-  QTimer* NewTimer(const char* name, std::function<void()> slot);
+  /// A timer, of the screen or of any `owner`. `slot` waits its turn, as touches and status events do.
+  QTimer* NewTimer(const char* name, std::function<void()> slot) { return NewTimer(this, name, std::move(slot)); }
+  static QTimer* NewTimer(QObject* owner, const char* name, std::function<void()> slot);
 
   static void SetTimer(QTimer* timer, int ms);
   static void StopTimer(QTimer* timer);
@@ -83,6 +91,17 @@ protected:
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 
+  /// The driver has touched, whoever takes it.
+  virtual void Touched() {}
+
+  /// A box has come or gone, by whatever way.
+  virtual void BoxesChanged() {}
+
+  /// A box that stays until somebody closes it.
+  bool IsStandingBoxShown() const;
+
+  bool IsCurrentScreen() const;
+
   /// The pending event, which is none any more. For TimeoutEvent: what it does next may delete the screen.
   int TakeEventId();
 
@@ -101,5 +120,10 @@ protected:
   bool mRestartRecStart = false;
 
 private:
+  enum class Box { None, Own, Event };
+  Box TopBox() const;
+  void ReportBoxes();
   void SaveAndRestartRecording();
+
+  bool mIsRecvBoxOnTop = false;  // of two boxes the event's was painted last
 };

@@ -35,6 +35,6 @@ void LongPress::TimeoutLongPress() {
     Release();
     return;
   }
-  mScreen.touchEvent(TOUCH_AUTO, mLongPressCoordX, mLongPressCoordY);
   BaseWidget::SetTimer(mTimLongPress, mRepeatMs);
+  mScreen.Touch(TOUCH_AUTO, mLongPressCoordX, mLongPressCoordY);
 }

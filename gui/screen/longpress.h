@@ -4,7 +4,7 @@ class BaseWidget;
 class QTimer;
 
 /// A key that acts again and again while the finger stays down: the screen gets its touch once more after 500 ms, and
-/// then every `repeatMs`. It belongs to the screen. GUI thread.
+/// then every `repeatMs`, as TOUCH_AUTO. It belongs to the screen. GUI thread.
 class LongPress {
 public:
   LongPress(BaseWidget& screen, int repeatMs);

@@ -4,7 +4,9 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "gui/base/eventgate.h"
 #include "gui/base/picture.h"
+#include "gui/base/shell.h"
 #include "gui/screen/label.h"
 #include "gui/settings/config.h"
 
@@ -40,11 +42,12 @@ const PagedList::Key PagedList::kKeys[] = {
      &PagedList::mPageScrollDownImgPath},
 };
 
-PagedList::PagedList(QWidget* parent, int repeatMs)
+PagedList::PagedList(QWidget* parent, int repeatMs, bool clicks)
     : BaseWidget(parent),
       mCurPageNumberLabel(AddLabel(this, kCurPage)),
       mAllPageNumberLabel(AddLabel(this, kAllPage)),
-      mLongPress(*this, repeatMs) {}
+      mLongPress(*this, repeatMs),
+      mClicks(clicks) {}
 
 QRect PagedList::RowRect(int row) {
   return {0, kTop + kRowHeight * row, kRowWidth, kRowHeight};
@@ -97,18 +100,20 @@ void PagedList::ScrollDown(bool jump) {
   SetPageDisplay();
 }
 
-bool PagedList::TouchScrollKey(int x, int y) {
+bool PagedList::TouchScrollKey(int x, int y, int bottom) {
+  if (y > bottom) return false;
   for (const Key& key : kKeys) {
     if (!key.area.contains(x, y)) continue;
     const int before = mCurPage;
     (this->*key.scroll)(key.jump);
-    if (mLongPress.Touch(x, y) && mCurPage != before) ScrolledByTouch();
+    if (mLongPress.Touch(x, y) && mClicks && mCurPage != before) PlayClick();
     return true;
   }
   return false;
 }
 
 void PagedList::touchReleaseEvent(bool released) {
+  if (!gEventGate.Enter(this, [this, released] { touchReleaseEvent(released); })) return;
   if (released) mLongPress.Release();
 }
 

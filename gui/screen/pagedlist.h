@@ -24,14 +24,11 @@ public slots:
   void touchReleaseEvent(bool released);
 
 protected:
-  /// A key that is held scrolls again every `repeatMs`.
-  PagedList(QWidget* parent, int repeatMs);
+  /// A key that is held scrolls again every `repeatMs`. `clicks`: one that is touched, and scrolls, makes a sound.
+  PagedList(QWidget* parent, int repeatMs, bool clicks);
 
   /// Shows the rows of mCurPage.
   virtual void ShowPage() = 0;
-
-  /// A touch, not a held key, has scrolled.
-  virtual void ScrolledByTouch() {}
 
   /// Starts on the first page of a list of `count` items: works out mAllPage, mCurPage and mScrollLevel.
   void ProcessPageOperation(int count);
@@ -39,8 +36,8 @@ protected:
   void ScrollUp(bool jump);
   void ScrollDown(bool jump);
 
-  /// True when (x, y) is on a scroll key: then it has scrolled.
-  bool TouchScrollKey(int x, int y);
+  /// True when (x, y) is on a scroll key: then it has scrolled. The keys end with `bottom`, y of the screen's rows.
+  bool TouchScrollKey(int x, int y, int bottom);
 
   /// The area of row 0..4, and the place of its picture.
   static QRect RowRect(int row);
@@ -64,4 +61,5 @@ private:
   bool mIsEndOfListDown = true;
   QString mFileScrollUpImgPath, mFileScrollDownImgPath, mPageScrollUpImgPath, mPageScrollDownImgPath;
   LongPress mLongPress;
+  bool mClicks;
 };

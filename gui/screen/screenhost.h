@@ -6,6 +6,7 @@
 
 #include "gui/main.h"
 
+class FormatQuestion;
 class RecordingFileManager;
 
 /// The window as the screens, the touch reader and the screen base see it. MainWindow is the only one; tests have their
@@ -34,7 +35,12 @@ public:
   virtual void SetParkingModeLcdOffTimer() = 0;  ///< LCD off 8 s after the last touch while parked
   virtual void StopParkingModeLcdOffTimer() = 0;
 
+  /// A voice prompt begins that holds touches back until its end is reported, for 10 s at most; or it has ended.
+  virtual void SetIsPlayingVoice(bool playing) = 0;
+
   // State that screens read or set.
+  virtual FormatQuestion& GetFormatQuestion() = 0;
+  virtual qint64 GetEventTime() const = 0;  ///< when the status event that is handled was received; see Now()
   virtual bool GetIsIngParkingModeOn() const = 0;
   virtual bool GetIsLowVolCount() const = 0;
   virtual int GetCountOfLowVolPowerOff() const = 0;  ///< seconds, 31..1

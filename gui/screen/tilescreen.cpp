@@ -4,9 +4,9 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "gui/base/globals.h"
 #include "gui/base/picture.h"
 #include "gui/base/shell.h"
+#include "gui/screen/screenhost.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
 
@@ -31,12 +31,7 @@ TileScreen::TileScreen(QWidget* parent, const QString& title, std::span<const Ti
   setAttribute(Qt::WA_OpaquePaintEvent);  // the page is painted whole: nothing needs to be painted below it
 }
 
-void TileScreen::touchEvent(int type, int x, int y) {
-  if (mIsShowRecvMessageBox) return;
-  if (mIsShowMessageBox) {
-    MessageBoxHandler(type, x, y, mMessageId);
-    return;
-  }
+void TileScreen::touchEvent(int, int x, int y) {
   if (IsTouched(kHomeKey, x, y)) {
     PressHome();
     return;
@@ -99,10 +94,10 @@ int TileScreen::NextValue(const TileOption& option, int old) {
 
 void TileScreen::PressOption(const Tile& tile) {
   const TileOption& option = *tile.option;
-  if (option.holdsVoices) gIsPlayingVoice = true;
+  if (option.holdsVoices) gMainWindow->SetIsPlayingVoice(true);
   Advance(option);
   repaint(TileRect(tile.row, tile.column));
-  if (option.holdsVoices) gIsPlayingVoice = false;
+  if (option.holdsVoices) gMainWindow->SetIsPlayingVoice(false);
 }
 
 void TileScreen::Advance(const TileOption& option) {

@@ -28,7 +28,6 @@ class TileScreen : public BaseWidget {
   Q_OBJECT
 
 public:
-  /// While an event's box is up a touch is ignored; while an own box is up it is the box's.
   void touchEvent(int type, int x, int y) override;
 
 protected:

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "gui/base/globals.h"
+#include "gui/screen/screenhost.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
 
@@ -58,7 +59,7 @@ AudioSetting::AudioSetting(QWidget* parent) : TileScreen(parent, gAudioSetting.T
 
 // Low, common, high, off. There is no key click: the recorder speaks at the new level, and tells when it has ended.
 void AudioSetting::PressVoice() {
-  gIsPlayingVoice = true;
+  gMainWindow->SetIsPlayingVoice(true);
   if (IsVoiceOff()) {
     SetVoiceOff(false);
     SetOption(kVoice, 0);
@@ -79,7 +80,7 @@ void AudioSetting::SetVoiceOff(bool off) {
 void AudioSetting::PressMicrophone() {
   const int volume = NextValue(kMic, Setting().volume);
   gReturnVolume = volume != 0 ? volume : 1;
-  if (volume <= kLowMicrophone) gIsPlayingVoice = true;
+  if (volume <= kLowMicrophone) gMainWindow->SetIsPlayingVoice(true);
   SetOption(kMic, volume);
   repaint(TileRect(1, 2));
 }

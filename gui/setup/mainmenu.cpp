@@ -106,20 +106,18 @@ void MainMenu::EnterFileList() {
   gEventGate.ProcessEvents();
   if (!here) return;
   SendEvent(SEND_VIDEO_REC_STOP, kStopToBrowse, QString());
-  gEventGate.Block([] { usleep(kRecordingEndUs); });  // the recorder closes the recording under way
+  usleep(kRecordingEndUs);  // the recorder closes the recording under way
   GetFileList();
 }
 
 void MainMenu::GetFileList() {
   gMainWindow->SetRecordingFileManager(nullptr);  // never two catalogues in memory
   gMainWindow->SetRecordingFileManager(std::make_unique<RecordingFileManager>());
-  gEventGate.Block([this] {
-    RecFileThread thread(this, gMainWindow->GetRecordingFileManager());
-    thread.start(QThread::InheritPriority);
-    LogThread(thread);
-    thread.wait();
-    LogThread(thread);
-  });
+  RecFileThread thread(this, gMainWindow->GetRecordingFileManager());
+  thread.start(QThread::InheritPriority);
+  LogThread(thread);
+  thread.wait();
+  LogThread(thread);
   DelMessageBox();
   Next(RECORDINGLIST);
 }

@@ -57,12 +57,7 @@ int MotionSetting::CellAt(int x, int y) {
   return row == 0 && column < kTopRowFrom ? -1 : row * kColumns + column;
 }
 
-void MotionSetting::touchEvent(int type, int x, int y) {
-  if (mIsShowRecvMessageBox) return;
-  if (mIsShowMessageBox) {
-    MessageBoxHandler(type, x, y, mMessageId);
-    return;
-  }
+void MotionSetting::touchEvent(int, int x, int y) {
   if (const int cell = CellAt(x, y); cell >= 0) Toggle(cell);
 }
 
@@ -86,7 +81,6 @@ void MotionSetting::MessageBoxHandler(int, int x, int y, int messageId) {
   const MessageBox::Button button = MessageBox::ButtonAt(x, y);
   if (button == MessageBox::Button::None) return;
   const bool yes = button == MessageBox::Button::Left;
-  DelMessageBox();
   if (messageId == MOTION_SETTING_APPLY && yes) {
     Apply();
   } else if (messageId == MOTION_SETTING_APPLY) {
@@ -94,6 +88,8 @@ void MotionSetting::MessageBoxHandler(int, int x, int y, int messageId) {
     gEventGate.ProcessEvents();
   } else if (yes) {
     Back();
+  } else {
+    DelMessageBox();
   }
 }
 

@@ -36,37 +36,43 @@ int Pixel(double value) {
 }  // namespace
 
 TouchComp::TouchComp(QWidget* parent)
-    : BaseWidget(parent), lblComment(AddLabel(this, kComment)), lblComment2(AddLabel(this, kCount)) {
+    : BaseWidget(parent),
+      mEntry{gEnvirnmentSettings.mTouchValue.Load(), std::to_array(gEnvirnmentSettings.inputX),
+             std::to_array(gEnvirnmentSettings.inputY)},
+      lblComment(AddLabel(this, kComment)),
+      lblComment2(AddLabel(this, kCount)) {
   for (QLabel* label : {lblComment, lblComment2})
     label->setStyleSheet(QStringLiteral("QLabel {background:transparent;color:rgb(0,0,0);}"));
   SetComment(QString::fromUtf8(kStartText));
 }
 
 TouchComp::~TouchComp() {
-  if (!mResultSuccess) ReloadSaved();
+  if (!mResultSuccess) RestoreEntry();
 }
 
 void TouchComp::SetComment(const QString& text) {
   lblComment->setText(text);
+  ShowTarget();
+}
+
+void TouchComp::ShowTarget() {
   lblComment2->setText(QStringLiteral("%1 / %2").arg(nTouchCnt + 1).arg(kTargets));
   repaint();
 }
 
-void TouchComp::ReloadSaved() {
-  gEnvirnmentSettings.SettingTouchValue(true);
-  gEnvirnmentSettings.SettingTouchTuningValue(true);
+void TouchComp::RestoreEntry() {
+  gEnvirnmentSettings.mTouchValue.Store(mEntry.touch);
+  std::ranges::copy(mEntry.inputX, gEnvirnmentSettings.inputX);
+  std::ranges::copy(mEntry.inputY, gEnvirnmentSettings.inputY);
 }
 
-// ------------------------------------------------------------------------------------------------------------- touches
+// ---- touches
+
+void TouchComp::MessageBoxHandler(int, int, int, int) {
+  if (std::exchange(mCurrentShowEscapeMessage, false)) DelMessageBox();
+}
 
 void TouchComp::settingTouchPanel(int panelX, int panelY) {
-  if (!gEventGate.Enter(EventGate::Kind::Touch, this, [this, panelX, panelY] { settingTouchPanel(panelX, panelY); }))
-    return;
-  if (CloseStandingRecvBox() || mIsShowRecvMessageBox) return;
-  if (mIsShowMessageBox) {
-    if (std::exchange(mCurrentShowEscapeMessage, false)) DelMessageBox();
-    return;
-  }
   PlayClick();
   if (mConfirmTc)
     Verify(panelX, panelY);
@@ -78,7 +84,7 @@ void TouchComp::Collect(int panelX, int panelY) {
   Touch_Panel_X[size_t(nTouchCnt)] = panelX;
   Touch_Panel_Y[size_t(nTouchCnt)] = panelY;
   if (++nTouchCnt < kTargets) {
-    SetComment(lblComment->text());
+    ShowTarget();
     return;
   }
   OperationNpointTouchCompensation(kTargets);
@@ -108,7 +114,7 @@ void TouchComp::Verify(int panelX, int panelY) {
       std::abs(x - kTouchTargetX[nTouchCnt]) <= kReachX && std::abs(y - kTouchTargetY[nTouchCnt]) <= kReachY;
   if (hit) ++mSuccessCount;
   if (++nTouchCnt < kTargets)
-    SetComment(lblComment->text());
+    ShowTarget();
   else
     EndVerification();
 }
@@ -131,7 +137,7 @@ void TouchComp::EndVerification() {
   }
   const bool last = mComFailCount == kMostFailures;
   if (last)
-    ReloadSaved();
+    RestoreEntry();
   else
     ++mComFailCount;
   SetComment(QString::fromUtf8(kStartText));
@@ -145,7 +151,7 @@ void TouchComp::Tell(int messageId) {
   if (here) SetEvent(messageId, kNoticeMs);
 }
 
-// ------------------------------------------------------------------------------------------------------------- leaving
+// ---- leaving
 
 void TouchComp::TimeoutEvent() {
   BaseWidget::TimeoutEvent();
@@ -163,8 +169,6 @@ void TouchComp::Leave() {
 void TouchComp::recvEvent(int event, int) {
   if (event != RECV_ZEL_STATUS_LCD_KEY) return;
   if (mCurrentShowEscapeMessage) {
-    ResetPass();
-    ReloadSaved();
     Leave();
     return;
   }
@@ -172,7 +176,7 @@ void TouchComp::recvEvent(int event, int) {
   PaintMessageBox(TOUCH_COM_ESCAPE, false, 0, 0);
 }
 
-// ------------------------------------------------------------------------------------------------------------ painting
+// ---- painting
 
 void TouchComp::paintEvent(QPaintEvent*) {
   QPainter painter(this);

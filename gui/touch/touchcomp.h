@@ -9,7 +9,8 @@
 class QLabel;
 
 /// The touch calibration: nine targets are touched, the map from panel to screen is fitted, and nine more touches tell
-/// whether it fits: seven of them must hit. Four attempts; then the saved map counts again. GUI thread.
+/// whether it fits: seven of them must hit. Four attempts. Whichever way it is left without success, the map that it
+/// was opened with counts again. GUI thread.
 class TouchComp : public BaseWidget {
   Q_OBJECT
 
@@ -17,14 +18,14 @@ public:
   static constexpr int kTargets = std::size(kTouchTargetX);
 
   explicit TouchComp(QWidget* parent);
-  /// A map that was not accepted goes with the screen, whichever way that is left.
   ~TouchComp() override;
 
   void recvEvent(int event, int value) override;
+  void MessageBoxHandler(int type, int x, int y, int messageId) override;
   void TimeoutEvent() override;
 
 public slots:
-  /// The finger has touched the panel there; raw values, 0..511.
+  /// The finger has touched the panel there, and no box has taken it; raw values, 0..511.
   void settingTouchPanel(int panelX, int panelY);
 
 protected:
@@ -37,11 +38,18 @@ private:
   void Verify(int panelX, int panelY);
   void EndVerification();
   void ResetPass();
-  void ReloadSaved();
+  void RestoreEntry();
   void Leave();
   void Tell(int messageId);
   void SetComment(const QString& text);
+  void ShowTarget();
 
+  /// The map and the table of its last check, as they were when the screen was opened.
+  struct Entry {
+    Touch_Value touch;
+    std::array<int, kTargets> inputX, inputY;
+  };
+  const Entry mEntry;
   int nTouchCnt = 0;  // the next target
   QLabel* lblComment;
   QLabel* lblComment2;

@@ -36,8 +36,10 @@ void TouchMotion::touchEvent(int, int x, int y) {
 }
 
 void TouchMotion::setCoord(int bx, int by, int ax, int ay) {
-  beforeCoord->setText(CoordText(bx, by));
-  afterCoord->setText(CoordText(ax, ay));
+  beforeCoordStr = CoordText(bx, by);
+  afterCoordStr = CoordText(ax, ay);
+  beforeCoord->setText(beforeCoordStr);
+  afterCoord->setText(afterCoordStr);
   mPointList.append({ax, ay});
   if (mPointList.size() > kLongestTrail) mPointList.removeFirst();
   update();

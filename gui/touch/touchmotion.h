@@ -34,5 +34,7 @@ private:
   QLabel* afterComTile;
   QLabel* beforeCoord;
   QLabel* afterCoord;
+  QString beforeCoordStr;
+  QString afterCoordStr;
   QList<QPoint> mPointList;  // the latest ones, on the screen
 };

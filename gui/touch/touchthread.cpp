@@ -16,6 +16,7 @@
 #include <iterator>
 
 #include "gui/base/devicepath.h"
+#include "gui/base/touchtime.h"
 #include "gui/screen/screenhost.h"
 #include "gui/screen/widgetmanager.h"
 #include "gui/settings/settings.h"
@@ -158,7 +159,7 @@ void TouchThread::Take(int type, int code, int value) {
 void TouchThread::Press() {
   if (mMainWindow->GetIsCurrentShowTouchMotion() && mMainWindow->GetIsTouchMotionVer()) {
     setValue(x, y);
-    emit touchMotionPanel(x, y, new_x, new_y);
+    emit touchMotionPanel(x, y, new_x, new_y, Now());
     return;
   }
   if (!mIsRelease) return;
@@ -168,7 +169,7 @@ void TouchThread::Press() {
     return;
   }
   setValue(x, y);
-  emit pressEvent(TOUCH_PRESS, new_x, new_y);
+  emit pressEvent(TOUCH_PRESS, new_x, new_y, Now());
 }
 
 void TouchThread::Release() {
@@ -180,7 +181,7 @@ void TouchThread::Release() {
 }
 
 void TouchThread::setTouchPanel(int panelX, int panelY) {
-  emit inputTouchPanel(panelX, panelY);
+  emit inputTouchPanel(panelX, panelY, Now());
 }
 
 void TouchThread::setValue(int panelX, int panelY) {
@@ -245,6 +246,6 @@ void TouchThread::setLongPressEventTimer(int ms) {
 }
 
 void TouchThread::timeoutLongPressEvent() {
-  emit pressEvent(TOUCH_AUTO, new_x, new_y);
+  emit pressEvent(TOUCH_AUTO, new_x, new_y, Now());
   Restart(timLongPressEvent, kLongPressRepeatMs);
 }

@@ -63,14 +63,17 @@ public slots:
   void timeoutReleaseDelay() {}
 
 signals:
-  void pressEvent(int type, int x, int y);  ///< finger down (TOUCH_PRESS) or long press (TOUCH_AUTO), on the screen
-  void autoEvent(int type, int x, int y);
-  void releaseEvent(int type, int x, int y);
-  void inputTouchPanel(int x, int y);  ///< finger down while the calibration is shown; panel values, 0..511
-  void touchMotionPanel(int rawX, int rawY, int x, int y);  ///< every sample while the drawing surface is shown
-  void sendReleaseEvent(bool released);                     ///< finger up, to the recorded list
-  void sendTimeLayoutReleaseEvent(bool released);           ///< finger up, to the time setting
-  void sendLedListLayoutReleaseEvent(bool released);        ///< finger up, to the LED list
+  // `seen`: when the thread had it; see Now().
+  /// Finger down (TOUCH_PRESS) or long press (TOUCH_AUTO), on the screen.
+  void pressEvent(int type, int x, int y, qint64 seen);
+  void autoEvent(int type, int x, int y, qint64 seen);
+  void releaseEvent(int type, int x, int y, qint64 seen);
+  void inputTouchPanel(int x, int y,
+                       qint64 seen);  ///< finger down while the calibration is shown; panel values, 0..511
+  void touchMotionPanel(int rawX, int rawY, int x, int y, qint64 seen);  ///< every sample while the touch test is shown
+  void sendReleaseEvent(bool released);                                  ///< finger up, to the recorded list
+  void sendTimeLayoutReleaseEvent(bool released);                        ///< finger up, to the time setting
+  void sendLedListLayoutReleaseEvent(bool released);                     ///< finger up, to the LED list
   void errorEvent(int error);
 
 protected:

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <functional>
+#include <limits>
 
+#include "gui/base/globals.h"
 #include "gui/recordings/recordingfilemanager.h"
 #include "gui/screen/basewidget.h"
+#include "gui/screen/formatquestion.h"
 #include "gui/screen/screenhost.h"
 #include "gui/screen/widgetmanager.h"
 #include "tests/fake/platformfake.h"
@@ -35,8 +38,8 @@ public:
   /// Puts a screen on top of the stack and shows it. The stack owns it.
   template <typename Screen>
   Screen* Show(WidgetId id, Screen* screen) {
-    takeCentralWidget();
     gWidgetManager.NextWidget({id, screen});
+    takeCentralWidget();
     Install();
     return screen;
   }
@@ -51,8 +54,9 @@ public:
   bool isDetectRecording = false;
   int needTouchComp = 0;
   bool isTouchReleased = true;
-  int intAnswer = 0;          ///< of the queries of an int
-  float floatAnswer = 12.4F;  ///< of the query of the voltage
+  int intAnswer = 0;                                      ///< of the queries of an int
+  float floatAnswer = 12.4F;                              ///< of the query of the voltage
+  qint64 eventTime = std::numeric_limits<qint64>::max();  ///< when the status event was received
   std::unique_ptr<RecordingFileManager> catalogue;
   QObject* nextArg = nullptr;  ///< what the last "next" handed over
   /// Builds the screen that "next" asks for; without it nothing is built.
@@ -84,6 +88,9 @@ public:
   void SetParkingModeLcdOffTimer() override { Note(QStringLiteral("parking timer")); }
   void StopParkingModeLcdOffTimer() override { Note(QStringLiteral("no parking timer")); }
 
+  void SetIsPlayingVoice(bool playing) override { gIsPlayingVoice = playing; }
+  FormatQuestion& GetFormatQuestion() override { return mFormatQuestion; }
+  qint64 GetEventTime() const override { return eventTime; }
   bool GetIsIngParkingModeOn() const override { return isParking; }
   bool GetIsLowVolCount() const override { return isLowVolCount; }
   int GetCountOfLowVolPowerOff() const override { return countOfLowVolPowerOff; }
@@ -120,6 +127,8 @@ public:
   }
 
 private:
+  FormatQuestion mFormatQuestion{this};
+
   static void Note(const QString& line) {
     PlatformFake& fake = PlatformFake::Get();
     fake.asked << line;

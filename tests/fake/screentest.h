@@ -49,7 +49,7 @@ protected:
   }
   static WidgetId TopId() { return gWidgetManager.GetCurWidgetId(); }
   static BaseWidget* TopScreen() { return gWidgetManager.GetCurrentWidget(); }
-  static void Tap(int x, int y) { TopScreen()->touchEvent(TOUCH_PRESS, x, y); }
+  static void Tap(int x, int y) { TopScreen()->Touch(TOUCH_PRESS, x, y); }
   static void TapLeftButton() { Tap(140, 236); }
   static void TapRightButton() { Tap(340, 236); }
 

@@ -122,11 +122,13 @@ protected:
   /// As the worker threads do: in the event loop's queue.
   void PostEvent(int event, int value) {
     QMetaObject::invokeMethod(
-        mWindow.get(), [w = mWindow.get(), event, value] { w->recvEvent(event, value); }, Qt::QueuedConnection);
+        mWindow.get(), [w = mWindow.get(), event, value, received = Now()] { w->recvEvent(event, value, received); },
+        Qt::QueuedConnection);
   }
   void PostTouch(int x, int y) {
     QMetaObject::invokeMethod(
-        mWindow.get(), [w = mWindow.get(), x, y] { w->touchEvent(TOUCH_PRESS, x, y); }, Qt::QueuedConnection);
+        mWindow.get(), [w = mWindow.get(), x, y, seen = Now()] { w->touchEvent(TOUCH_PRESS, x, y, seen); },
+        Qt::QueuedConnection);
   }
   void Tap(int x, int y) { mWindow->touchEvent(TOUCH_PRESS, x, y); }
 
