@@ -8,6 +8,7 @@
 
 #include "gui/base/eventgate.h"
 #include "gui/base/globals.h"
+#include "gui/base/touchtime.h"
 #include "gui/screen/messagebox.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
@@ -377,25 +378,100 @@ private slots:
     QVERIFY(!alone.GetShowMessageBoxFlag());
   }
 
-  void onlyABoxThatNothingElseWouldCloseIsClosedByATouch_data() {
-    QTest::addColumn<int>("id");
-    QTest::addColumn<int>("ms");
-    QTest::addColumn<bool>("closes");
-    QTest::newRow("no box") << -1 << 0 << false;
-    QTest::newRow("standing notice") << int{R_HW_ERROR} << 0 << true;
-    QTest::newRow("timed notice") << int{R_HW_ERROR} << 2000 << false;
-    QTest::newRow("standing question") << int{R_SD_ERROR_NEET_FORMAT} << 0 << false;
-    QTest::newRow("timed question") << int{R_SYS_RESTART} << 2000 << false;
+  // ---- whose a touch is
+
+  void theBoxPaintedLastTakesTheTouch_data() {
+    QTest::addColumn<int>("own");    // message of the own box, -1: none
+    QTest::addColumn<int>("event");  // of the event's box
+    QTest::addColumn<int>("ms");     // of the event's box
+    QTest::addColumn<bool>("ownLast");
+    QTest::addColumn<QString>("taker");  // "screen", "own", "event", "closed", "nobody"
+    const int none = -1, question = SD_FORMAT_CONFIRM, notice = FILE_SAVE;
+    const struct {
+      const char* name;
+      int event, ms;
+      const char* taker;
+    } events[] = {
+        {"standing notice", R_HW_ERROR, 0, "closed"},
+        {"timed notice", R_NO_SD, 2000, "nobody"},
+        {"standing question", R_SD_ERROR_NEET_FORMAT, 0, "event"},
+        {"timed question", R_SYS_RESTART, 2000, "nobody"},
+    };
+    QTest::newRow("no box") << none << none << 0 << false << "screen";
+    for (const int own : {question, notice}) {
+      QTest::addRow("own %d alone", own) << own << none << 0 << false << "own";
+      for (const auto& row : events) {
+        QTest::addRow("%s over own %d", row.name, own) << own << row.event << row.ms << false << row.taker;
+        QTest::addRow("own %d over %s", own, row.name) << own << row.event << row.ms << true << "own";
+      }
+    }
+    for (const auto& row : events)
+      QTest::addRow("%s alone", row.name) << none << row.event << row.ms << false << row.taker;
   }
-  void onlyABoxThatNothingElseWouldCloseIsClosedByATouch() {
-    QFETCH(int, id);
+  void theBoxPaintedLastTakesTheTouch() {
+    QFETCH(int, own);
+    QFETCH(int, event);
     QFETCH(int, ms);
-    QFETCH(bool, closes);
-    mScreen->PaintMessageBox(SETUP_SAVING, false, 0, 0);
-    if (id >= 0) mScreen->PaintMessageBox(id, true, 0, ms);
-    QCOMPARE(mScreen->CloseStandingRecvBox(), closes);
-    EventBoxIs(closes ? -1 : id, ms);
-    OwnBoxIs(SETUP_SAVING, 0);
+    QFETCH(bool, ownLast);
+    QFETCH(QString, taker);
+    struct Screen : BaseWidget {
+      using BaseWidget::BaseWidget;
+      void touchEvent(int, int, int) override { taken << "screen"; }
+      void MessageBoxHandler(int, int, int, int id) override { taken << QStringLiteral("own %1").arg(id); }
+      void RecvMessageBoxHandler(int, int, int, int id) override { taken << QStringLiteral("event %1").arg(id); }
+      void Touched() override { ++touched; }
+      QStringList taken;
+      int touched = 0;
+    };
+    auto* screen = mHost->Show(MAINMENU, new Screen(mHost.get()));
+    if (own >= 0 && !ownLast) screen->PaintMessageBox(own, false, 0, 0);
+    if (event >= 0) screen->PaintMessageBox(event, true, 0, ms);
+    if (own >= 0 && ownLast) screen->PaintMessageBox(own, false, 0, 0);
+    for (const QPoint at : {QPoint(140, 236), QPoint(340, 236), QPoint(240, 150), QPoint(5, 5)}) {
+      screen->taken.clear();
+      screen->Touch(TOUCH_AUTO, at.x(), at.y());  // a key that is held answers nothing and closes nothing
+      QCOMPARE(screen->taken, taker == "screen" ? QStringList{"screen"} : QStringList());
+      QCOMPARE(screen->GetShowRecvMessageBoxFlag(), event >= 0);
+      screen->taken.clear();
+      screen->Touch(TOUCH_PRESS, at.x(), at.y());
+      QCOMPARE(screen->GetShowRecvMessageBoxFlag(), event >= 0 && taker != "closed");
+      QCOMPARE(screen->GetShowMessageBoxFlag(), own >= 0);
+      QStringList wanted;
+      if (taker == "screen") wanted << "screen";
+      if (taker == "own") wanted << QStringLiteral("own %1").arg(own);
+      if (taker == "event") wanted << QStringLiteral("event %1").arg(event);
+      QCOMPARE(screen->taken, wanted);
+      if (taker == "closed") screen->PaintMessageBox(event, true, 0, ms);
+    }
+    QCOMPARE(screen->touched, 8);
+  }
+  void aBoxThatIsNotSeenTakesNoTouch() {
+    mScreen->PaintMessageBox(R_HW_ERROR, true, 1, 0);
+    mScreen->hide();
+    QVERIFY(!mScreen->TakenByBox(TOUCH_PRESS, 240, 150));
+    mScreen->show();
+    QVERIFY(mScreen->TakenByBox(TOUCH_PRESS, 240, 150));
+    EventBoxIs(-1, 0);
+  }
+  void aTouchFromBeforeAChangeIsNotMeantForIt_data() {
+    QTest::addColumn<int>("change");
+    QTest::newRow("own box comes") << 0;
+    QTest::newRow("event's box comes") << 1;
+    QTest::newRow("own box goes") << 2;
+    QTest::newRow("event's box goes") << 3;
+  }
+  void aTouchFromBeforeAChangeIsNotMeantForIt() {
+    QFETCH(int, change);
+    if (change == 2) mScreen->PaintMessageBox(FILE_SAVE, false, 0, 0);
+    if (change == 3) mScreen->PaintMessageBox(R_HW_ERROR, true, 1, 0);
+    const qint64 before = Now();
+    QVERIFY(IsMeantForTop(before));
+    if (change == 0) mScreen->PaintMessageBox(FILE_SAVE, false, 0, 0);
+    if (change == 1) mScreen->PaintMessageBox(R_NO_SD, true, 1, 2000);
+    if (change == 2) mScreen->DelMessageBox();
+    if (change == 3) mScreen->DelRecvMessageBox();
+    QVERIFY(!IsMeantForTop(before));
+    QVERIFY(IsMeantForTop(Now()));
   }
 
   // ---- leaving the settings
@@ -497,25 +573,6 @@ private slots:
     QCOMPARE(Asked(), (QStringList{"SEND_VIDEO_REC_START 0", "sleep 1000000", "jump PREVIEW"}));
     QVERIFY(!mScreen);
     QCOMPARE(gWidgetManager.GetCurWidgetId(), PREVIEW);
-  }
-  // Taps on the saving box are meant for nothing that comes after it.
-  void touchesDuringTheSecondOfWaitingAreDropped() {
-    QStringList handled;
-    const auto post = [&](EventGate::Kind kind, const QString& name) {
-      QMetaObject::invokeMethod(
-          mHost.get(),
-          [&handled, kind, name] {
-            if (gEventGate.Enter(kind, gMainWindow, [&handled, name] { handled << name; })) handled << name;
-          },
-          Qt::QueuedConnection);
-    };
-    PlatformFake::Get().meanwhile = [&](const QString& line) {
-      if (line != "sleep 1000000") return;
-      post(EventGate::Kind::Touch, "touch");
-      post(EventGate::Kind::Event, "event");
-    };
-    mScreen->TimeoutRestartRecStart();
-    QTRY_COMPARE(handled, QStringList{"event"});
   }
 };
 

@@ -154,11 +154,11 @@ private slots:
     Start(root);
     auto* messages = mWindow->findChild<MsgThread*>();
     QVERIFY(messages);
-    emit messages->msgEvent(RECV_ZEL_STATUS_SPEED, 42);
+    emit messages->msgEvent(RECV_ZEL_STATUS_SPEED, 42, Now());
     TouchThread* touch = mWindow->GetTouchThread();
-    emit touch->pressEvent(TOUCH_PRESS, 1, 2);
-    emit touch->autoEvent(TOUCH_AUTO, 3, 4);
-    emit touch->releaseEvent(TOUCH_RELEASE, 5, 6);
+    emit touch->pressEvent(TOUCH_PRESS, 1, 2, Now());
+    emit touch->autoEvent(TOUCH_AUTO, 3, 4, Now());
+    emit touch->releaseEvent(TOUCH_RELEASE, 5, 6, Now());
     QTRY_COMPARE(Asked(), (QStringList{"PREVIEW event 24 42", "PREVIEW touch 1 1 2", "PREVIEW touch 2 3 4",
                                        "PREVIEW touch 0 5 6"}));
   }

@@ -299,9 +299,9 @@ private slots:
     QVERIFY(!gEnvirnmentSettings.compareSettingValue());
     // Recording was stopped for browsing.
     QCOMPARE(Fake().Commands(), excepted ? (QStringList{"8663 0", "8619 0"}) : QStringList{"8663 0"});
-    QCOMPARE(Armed("mTimEventTimer"), 2000);
+    QCOMPARE(Armed("mTimIdleReturn"), 2000);
     QCOMPARE(TopId(), WidgetId(id));
-    mWindow->TimeoutEventTimer();
+    mWindow->TimeoutIdleReturn();
     QCOMPARE(TopId(), PREVIEW);
     QCOMPARE(Top(), mPreview);
     QVERIFY(mPreview->isVisible());
@@ -310,7 +310,7 @@ private slots:
     CloseAll();
     mWindow->TimeoutSystemRecStart();
     QCOMPARE(Fake().Commands(), QStringList{"8663 0"});
-    mWindow->TimeoutEventTimer();
+    mWindow->TimeoutIdleReturn();
     QVERIFY(!Top());
   }
 

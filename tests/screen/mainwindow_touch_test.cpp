@@ -79,9 +79,8 @@ private slots:
   // Without it a prompt whose end is never reported would make the panel dead for ever.
   void aPromptHoldsTouchesBackForTenSecondsAtMost() {
     QCOMPARE(Armed("mTimPlayingVoice"), -1);
-    gIsPlayingVoice = true;
-    Tap(10, 20);
-    QCOMPARE(Armed("mTimPlayingVoice"), 10000);
+    mWindow->SetIsPlayingVoice(true);
+    QCOMPARE(Armed("mTimPlayingVoice"), 10000);  // from its beginning, not from the first touch
     auto* timer = mWindow->findChild<QTimer*>("mTimPlayingVoice");
     timer->setInterval(5000);  // a further touch must not put it off
     Tap(10, 20);
@@ -94,10 +93,10 @@ private slots:
     QCOMPARE(TouchLines().size(), 1);
   }
   void theEndOfAPromptEndsTheTenSeconds() {
-    gIsPlayingVoice = true;
-    Tap(10, 20);
+    mWindow->SetIsPlayingVoice(true);
     mWindow->recvEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, 1);
     QCOMPARE(Armed("mTimPlayingVoice"), -1);
+    QVERIFY(!gIsPlayingVoice);
   }
   void aFreeTouchStartsNoTenSeconds() {
     Tap(10, 20);
@@ -210,21 +209,61 @@ private slots:
                        : answer == "yes" ? int{VIDEO_REC_STOP}
                                          : -1);
     QCOMPARE(Asked(), answer == "yes" ? QStringList{"8620 3"} : QStringList());
-    QCOMPARE(Armed("mTimEventTimer"), answer == "yes" ? 10000 : -1);
+    QCOMPARE(Armed("mTimFormatStart"), answer == "yes" ? 10000 : -1);
   }
   void aTouchGoesOnWithoutTheQuestion() {
     gNeedFormatFlag = 1;  // no box
     Tap(kNoX, kRowY);
     QCOMPARE(gNeedFormatFlag, 1);
-    gNeedFormatFlag = 0;  // another box
+    QCOMPARE(TouchLines().size(), 1);
+  }
+  void aTouchOnAnotherBoxAnswersNothing_data() {
+    QTest::addColumn<int>("flag");
+    QTest::newRow("no question") << 0;
+    QTest::newRow("a question that another box has replaced") << 1;
+  }
+  void aTouchOnAnotherBoxAnswersNothing() {
+    QFETCH(int, flag);
+    gNeedFormatFlag = flag;
     Top()->PaintMessageBox(SETUP_SAVING, false, 0, 0);
     Tap(kYesX, kRowY);
+    Tap(kNoX, kRowY);
     QCOMPARE(OwnBox(), int{SETUP_SAVING});
-    gNeedFormatFlag = 1;  // an event's box is not the question
-    Top()->DelMessageBox();
-    Top()->PaintMessageBox(R_NO_SD, true, 0, 2000);
-    Tap(kYesX, kRowY);
-    QCOMPARE(TouchLines().size(), 3);
+    QCOMPARE(gNeedFormatFlag, flag);
+    QCOMPARE(Asked(), QStringList());
+  }
+  // A notice covers both buttons: whoever taps it has not read what lies below.
+  void aNoticeOverTheQuestionTakesTheTouch_data() {
+    QTest::addColumn<int>("message");
+    QTest::addColumn<int>("ms");
+    QTest::newRow("standing") << int{R_HW_ERROR} << 0;
+    QTest::newRow("timed") << int{R_NO_SD} << 2000;
+  }
+  void aNoticeOverTheQuestionTakesTheTouch() {
+    QFETCH(int, message);
+    QFETCH(int, ms);
+    AskForFormat(3);
+    Top()->PaintMessageBox(message, true, 3, ms);
+    Tap(140, 236);
+    QCOMPARE(EventBox(), ms == 0 ? -1 : message);
+    QCOMPARE(OwnBox(), int{RES_FRAME_SETTING_CHANGE_NEED_FORMAT});
+    QCOMPARE(Asked(), QStringList());
+    QCOMPARE(gNeedFormatFlag, 3);
+    if (ms > 0) Top()->TimeoutRecvMessageBoxTimer();
+    Tap(140, 236);
+    QCOMPARE(Asked(), QStringList{"8620 3"});
+  }
+  void theQuestionOverANoticeIsAnswered() {
+    Open(MAINMENU);
+    Top()->PaintMessageBox(R_HW_ERROR, true, 3, 0);
+    Setting().resolution = 1;
+    Top()->EntryPreview();
+    Tap(kNoX, kRowY);
+    QCOMPARE(OwnBox(), -1);
+    QCOMPARE(EventBox(), int{R_HW_ERROR});
+    Tap(kNoX, kRowY);
+    QCOMPARE(EventBox(), -1);
+    QCOMPARE(TouchLines(), QStringList());
   }
   void noLeavesTheSettingsAsTheyAreAndFreesTheScreen() {
     AskForFormat(1);
@@ -244,7 +283,7 @@ private slots:
       QCOMPARE(OwnBox(), int{VIDEO_REC_STOP});
       QCOMPARE(ArmedOnTop("mMessageBoxTimer"), -1);
       QVERIFY(boxes.count > 0);
-      QCOMPARE(Armed("mTimEventTimer"), 10000);
+      QCOMPARE(Armed("mTimFormatStart"), 10000);
     };
     Tap(kYesX, kRowY);
     QCOMPARE(seen, 1);
@@ -290,8 +329,9 @@ private slots:
 
     // Once only: neither the next prompt nor the fall-back formats again.
     Fake().asked.clear();
+    QCOMPARE(Armed("mTimFormatStart"), -1);
     mWindow->recvEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, 1);
-    mWindow->TimeoutEventTimer();
+    mWindow->GetFormatQuestion().Start();
     QCOMPARE(Fake().Commands(), QStringList());
     QCOMPARE(next.size(), 1);
   }
@@ -300,7 +340,7 @@ private slots:
     Tap(kYesX, kRowY);
     QSignalSpy next(menu, &BaseWidget::nextWidget);
     Fake().asked.clear();
-    mWindow->TimeoutEventTimer();
+    mWindow->GetFormatQuestion().Start();
     QCOMPARE(Asked().first(), QStringLiteral("8612 3"));
     QCOMPARE(gNeedFormatFlag, 0);
     QCOMPARE(OwnBox(), -1);
@@ -309,30 +349,18 @@ private slots:
     mWindow->recvEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, 1);
     QCOMPARE(Fake().Commands(), QStringList());
   }
-  // One follow-up at a time: the fall-back waits for the parking that begins, the prompt does not.
-  void parkingThatBeginsMeanwhileTakesThePlaceOfTheTenSeconds() {
-    Setting().parking_mode_on = 0;
+  // Parking has a follow-up of its own: neither takes the other's place.
+  void parkingThatBeginsMeanwhileDelaysNothing() {
     AskForFormat(1);
     Tap(kYesX, kRowY);
     mWindow->recvEvent(RECV_ZEL_STATUS_PARK_MODE_IN, 1);
     QCOMPARE(Armed("mTimEventTimer"), 2000);
+    QCOMPARE(Armed("mTimFormatStart"), 10000);
     mWindow->TimeoutEventTimer();
     QVERIFY(!Fake().Commands().contains("8612 1"));
-    mWindow->recvEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, 1);
-    QVERIFY(Fake().Commands().contains("8612 1"));
-  }
-  // Without a prompt the format would never begin, and no touch would ever count again.
-  void parkingThatBeginsMeanwhileDelaysTheFormatOnly() {
-    AskForFormat(1);
-    Tap(kYesX, kRowY);
-    mWindow->recvEvent(RECV_ZEL_STATUS_PARK_MODE_IN, 1);
-    mWindow->TimeoutEventTimer();
-    QVERIFY(!Fake().Commands().contains("8612 1"));
-    QCOMPARE(Armed("mTimEventTimer"), 10000);
-    mWindow->TimeoutEventTimer();
+    mWindow->GetFormatQuestion().Start();
     QVERIFY(Fake().Commands().contains("8612 1"));
     QCOMPARE(TopId(), SDFORMAT);
-    QCOMPARE(Armed("mTimEventTimer"), -1);
   }
   void aPromptThatEndsOtherwiseFormatsNothing() {
     AskForFormat(1);
@@ -362,17 +390,11 @@ private slots:
     Tap(10, 20);
     QCOMPARE(TouchLines(), QStringList{"MAINMENU touch 1 10 20"});
   }
-  void aTouchLeavesABoxThatClosesItself() {
+  void aBoxThatClosesItselfTakesTheTouch() {
     mWindow->recvEvent(RECV_ZEL_STATUS_NO_SD, 1);
     Tap(10, 20);
     QCOMPARE(EventBox(), int{R_NO_SD});
-    QCOMPARE(TouchLines().size(), 1);
-  }
-  void aTouchOnAQuestionIsTheScreens() {
-    Top()->PaintMessageBox(R_SD_ERROR_NEET_FORMAT, true, 0, 0);
-    Tap(kYesX, kRowY);
-    QCOMPARE(EventBox(), int{R_SD_ERROR_NEET_FORMAT});
-    QCOMPARE(TouchLines().size(), 1);
+    QCOMPARE(TouchLines(), QStringList());
   }
 
   // ---- what the panel tells without the window
@@ -387,6 +409,53 @@ private slots:
     TouchEnds();
     TouchAt(200, 120);
     QCOMPARE(TextOf("lblComment2"), QStringLiteral("3 / 9"));
+  }
+  void aStandingBoxOnTheCalibrationClosesAtATouch() {
+    mWindow->StartWidget(TOUCHCOMP, nullptr);
+    mWindow->recvEvent(RECV_ZEL_STATUS_HW_ERROR, 3);
+    TouchAt(100, 120);
+    TouchEnds();
+    QCOMPARE(EventBox(), -1);
+    QCOMPARE(TextOf("lblComment2"), QStringLiteral("1 / 9"));
+  }
+  void theCalibrationIsNeverInTheDark_data() {
+    QTest::addColumn<int>("door");
+    QTest::newRow("a menu") << int{MAINMENU};
+    QTest::newRow("the preview") << int{PREVIEW};
+  }
+  void theCalibrationIsNeverInTheDark() {
+    QFETCH(int, door);
+    if (door != PREVIEW) Open(WidgetId(door));
+    mWindow->SetIsIngParkingModeOn(true);
+    mWindow->LcdOff();
+    Fake().asked.clear();
+    mWindow->StartWidget(TOUCHCOMP, nullptr);
+    QVERIFY(!mWindow->GetIsLcdOff());
+    QVERIFY(Top()->isVisible());
+    QVERIFY(Asked().contains("sh echo 50000 > /proc/pwm/pwm0"));
+    QCOMPARE(Armed("mTimParkingModeLcdOff"), -1);
+    mWindow->TimeoutParkingModeLcdOff();
+    QVERIFY(!mWindow->GetIsLcdOff());
+  }
+  void aTouchInTheDarkOnTheCalibrationOnlyWakes() {
+    mWindow->StartWidget(TOUCHCOMP, nullptr);
+    mWindow->LcdOff();
+    TouchAt(100, 120);
+    TouchEnds();
+    QVERIFY(!mWindow->GetIsLcdOff());
+    QCOMPARE(TextOf("lblComment2"), QStringLiteral("1 / 9"));
+  }
+  void aStandingBoxOnTheTouchTestClosesAtATouch() {
+    mWindow->SetIsCurrentShowTouchMotion(true);
+    mWindow->SetIsTouchMotionVer(true);
+    mWindow->StartWidget(TOUCHTEST, nullptr);
+    mWindow->recvEvent(RECV_ZEL_STATUS_HW_ERROR, 3);
+    TouchAt(100, 120);
+    QCOMPARE(EventBox(), -1);
+    QCOMPARE(TextOf("beforeCoord"), QString());
+    TouchAt(100, 120);
+    QCOMPARE(TextOf("beforeCoord"), QStringLiteral("X: 100 Y: 120"));
+    mWindow->SetIsTouchMotionVer(false);
   }
   void theTouchTestHearsEverySample() {
     gEnvirnmentSettings.mTouchValue.Store({2, 0, 0, 1, 10, 5});

@@ -27,7 +27,10 @@ class TouchCompTest : public ScreenTest {
     mHost->Show(TOUCHCOMP, new TouchComp(mHost.get()));
     HostFake::Clear();
   }
-  static void Touch(int x, int y) { Top<TouchComp>()->settingTouchPanel(x, y); }
+  // As the window does: a box comes first.
+  static void Touch(int x, int y) {
+    if (!TopScreen()->TakenByBox(TOUCH_PRESS, -1, -1)) Top<TouchComp>()->settingTouchPanel(x, y);
+  }
   // The panel is as the screen, but for `beside` in the second pass.
   static void Collect() {
     for (int i = 0; i < 9; ++i) Touch(kTouchTargetX[i], kTouchTargetY[i]);
@@ -210,6 +213,40 @@ private slots:
     QCOMPARE(Map().alphaX, 1.0);
     mHost->Jumped(PREVIEW);
     QVERIFY(IsFactory());
+  }
+  // A request on the card had brought the factory's map back in memory: the file still holds the bad one.
+  void leavingWithoutSuccessBringsBackTheMapOfTheEntry_data() {
+    QTest::addColumn<QString>("way");
+    for (const char* way : {"power key", "four failures", "another door"})
+      QTest::newRow(way) << QString::fromLatin1(way);
+  }
+  void leavingWithoutSuccessBringsBackTheMapOfTheEntry() {
+    QFETCH(QString, way);
+    gEnvirnmentSettings.mTouchValue.Store({2, 0, 0, 2, 5, 5});
+    gEnvirnmentSettings.SettingTouchValue(false);
+    gEnvirnmentSettings.mTouchValue.Store(kFactoryTouchValue);
+    const int table = gEnvirnmentSettings.inputX[3] = 417;
+    Open();
+    for (int attempt = 1; attempt <= (way == "four failures" ? 4 : 1); ++attempt) {
+      Collect();
+      Verify(0);
+      if (attempt < 4 && way == "four failures") NextAttempt();
+    }
+    if (way == "power key")
+      for (int i = 0; i < 2; ++i) TopScreen()->recvEvent(RECV_ZEL_STATUS_LCD_KEY, 0);
+    if (way == "four failures") Fire("mEventTimer");
+    if (way == "another door") mHost->Jumped(PREVIEW);
+    QVERIFY(TopId() != TOUCHCOMP);
+    QVERIFY(IsFactory());
+    QCOMPARE(gEnvirnmentSettings.inputX[3], table);
+  }
+  void thePowerKeyAfterSuccessKeepsTheNewMap() {
+    Open();
+    Collect();
+    Verify(9);
+    for (int i = 0; i < 2; ++i) TopScreen()->recvEvent(RECV_ZEL_STATUS_LCD_KEY, 0);
+    QCOMPARE(TopId(), MAINMENU);
+    QCOMPARE(Map().alphaX, 1.0);
   }
   void touchesThatCannotBeFittedKeepTheMap_data() {
     QTest::addColumn<int>("step");

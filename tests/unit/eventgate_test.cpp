@@ -5,36 +5,28 @@
 #include <memory>
 
 namespace {
-// Handles touches and events as the window does, and notes in one list what was begun and what was ended.
+// Handles events as the window does, and notes in one list what was begun and what was ended.
 class Handler : public QObject {
 public:
   explicit Handler(QStringList* noted) : mNoted(noted) {}
 
-  void Event(const QString& name) { Handle(EventGate::Kind::Event, name); }
-  void Touch(const QString& name) { Handle(EventGate::Kind::Touch, name); }
-
-  // As a worker thread does.
-  void PostEvent(const QString& name) {
-    QMetaObject::invokeMethod(
-        this, [this, name] { Event(name); }, Qt::QueuedConnection);
-  }
-  void PostTouch(const QString& name) {
-    QMetaObject::invokeMethod(
-        this, [this, name] { Touch(name); }, Qt::QueuedConnection);
-  }
-
-  std::function<void()> during;  // what the next one does in its middle; once
-
-private:
-  void Handle(EventGate::Kind kind, const QString& name) {
-    const auto again = [this, kind, name] { Handle(kind, name); };
-    if (!gEventGate.Enter(kind, this, again)) return;
+  void Event(const QString& name) {
+    const auto again = [this, name] { Event(name); };
+    if (!gEventGate.Enter(this, again)) return;
     *mNoted << name;
     if (!during) return;
     std::exchange(during, nullptr)();
     *mNoted << name + " ends";
   }
 
+  // As a worker thread does.
+  void PostEvent(const QString& name) {
+    QMetaObject::invokeMethod(
+        this, [this, name] { Event(name); }, Qt::QueuedConnection);
+  }
+  std::function<void()> during;  // what the next one does in its middle; once
+
+private:
   QStringList* mNoted;
 };
 }  // namespace
@@ -58,14 +50,14 @@ private slots:
 
   void aFreeGateLetsEverythingThrough() {
     mHandler->Event("a");
-    mHandler->Touch("b");
+    mHandler->Event("b");
     QCOMPARE(mNoted, (QStringList{"a", "b"}));
   }
 
   void whatArrivesWhilePaintingWaitsForTheEndOfTheHandler() {
     mHandler->during = [this] {
       mHandler->PostEvent("b");
-      mHandler->PostTouch("c");
+      mHandler->PostEvent("c");
       mHandler->PostEvent("d");
       gEventGate.ProcessEvents();
       gEventGate.ProcessEvents();
@@ -157,41 +149,6 @@ private slots:
     QCOMPARE(fired, 0);
     QTRY_COMPARE(fired, 1);
     QVERIFY(!timer.isActive());
-  }
-
-  void touchesMadeDuringABlockingStepAreDropped() {
-    mHandler->during = [this] {
-      gEventGate.Block([this] {
-        mHandler->PostTouch("touch 1");
-        mHandler->PostEvent("b");
-        mHandler->PostTouch("touch 2");
-        mHandler->PostEvent("c");
-      });
-      mHandler->PostTouch("touch 3");  // after it: meant for what is shown now
-    };
-    mHandler->Event("a");
-    QCOMPARE(mNoted, (QStringList{"a", "a ends"}));
-    QTRY_COMPARE(mNoted, (QStringList{"a", "a ends", "b", "c", "touch 3"}));
-  }
-
-  void touchesThatWaitedForTheBlockingHandlerAreDroppedToo() {
-    mHandler->during = [this] {
-      mHandler->PostTouch("touch 1");
-      mHandler->PostEvent("b");
-      gEventGate.ProcessEvents();
-      gEventGate.Block([] {});
-    };
-    mHandler->Event("a");
-    QTRY_COMPARE(mNoted, (QStringList{"a", "a ends", "b"}));
-    QTest::qWait(0);
-    QCOMPARE(mNoted, (QStringList{"a", "a ends", "b"}));
-  }
-
-  void afterABlockingStepTheGateIsFreeAgain() {
-    gEventGate.Block([] {});
-    mHandler->Touch("a");
-    mHandler->Event("b");
-    QCOMPARE(mNoted, (QStringList{"a", "b"}));
   }
 };
 
