@@ -225,7 +225,7 @@ void PreviewLayout::ShowAwake() {
 
 void PreviewLayout::TimeoutTouchWait() {
   mTimTouchWait->stop();
-  if (!IsStandingBoxShown() && IsCurrentScreen()) HidePreview();
+  if (MayDelaysRun()) HidePreview();
 }
 
 void PreviewLayout::TimeoutLcdOff() {

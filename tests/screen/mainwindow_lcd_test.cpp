@@ -76,6 +76,55 @@ private slots:
     mWindow->SetLcdBright(3);
     QCOMPARE(Asked(), (QStringList{"8664 0", Backlight(30000)}));
   }
+  void aQueryThatFailsLeavesTheLastValue() {
+    Setting().lcd_bright = 3;
+    mWindow->SetLcdBright(3);
+    Fake().result = -1;
+    Fake().asked.clear();
+    mWindow->TimeoutLcdAutoMode();
+    QCOMPARE(Asked(), QStringList{"8664 0"});
+    QCOMPARE(gRecvLcdValue, 30000);
+    QCOMPARE(Armed("mTimLcdAutoMode"), 1000);
+    Fake().result = 0;
+    Fake().asked.clear();
+    mWindow->TimeoutLcdAutoMode();
+    QCOMPARE(Asked(), QStringList{"8664 0"});
+  }
+  void anLcdThatWakesWithoutAnAnswerIsAsBrightAsBefore() {
+    Setting().lcd_bright = 3;
+    mWindow->SetLcdBright(3);
+    mWindow->LcdOff();
+    Fake().result = -1;
+    Fake().asked.clear();
+    mWindow->LcdOn();
+    QCOMPARE(Asked(), (QStringList{"8664 0", Backlight(30000)}));
+  }
+  void nothingIsWrittenBeforeTheFirstAnswer() {
+    Setting().lcd_bright = 3;
+    Fake().result = -1;
+    for (int second = 0; second < 3; ++second) {
+      second == 0 ? mWindow->SetLcdBright(3) : mWindow->TimeoutLcdAutoMode();
+      QCOMPARE(Armed("mTimLcdAutoMode"), 1000);
+    }
+    QCOMPARE(Asked(), (QStringList{"8664 0", "8664 0", "8664 0"}));
+    Fake().result = 0;
+    Fake().asked.clear();
+    mWindow->TimeoutLcdAutoMode();
+    QCOMPARE(Asked(), (QStringList{"8664 0", Backlight(30000)}));
+  }
+  // Else nobody could ever see it again.
+  void anLcdThatWasDarkIsLitThoughNoAnswerEverCame() {
+    Setting().lcd_bright = 3;
+    Fake().result = -1;
+    mWindow->SetLcdBright(3);
+    mWindow->LcdOff();
+    Fake().asked.clear();
+    mWindow->LcdOn();
+    QCOMPARE(Asked(), (QStringList{"8664 0", Backlight(50000)}));
+    Fake().asked.clear();
+    mWindow->TimeoutLcdAutoMode();
+    QCOMPARE(Asked(), QStringList{"8664 0"});
+  }
   void automaticBrightnessEndsWithTheLcd() {
     Setting().lcd_bright = 3;
     mWindow->SetLcdBright(3);

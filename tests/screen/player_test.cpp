@@ -1,5 +1,6 @@
 #include "gui/recordings/player.h"
 
+#include "gui/base/touchtime.h"
 #include "gui/recordings/playfileinfo.h"
 #include "tests/fake/cardfake.h"
 #include "tests/fake/screentest.h"
@@ -351,6 +352,72 @@ private slots:
     Fire("mEventTimer");
     QCOMPARE(Asked(), QStringList(Line("jump PREVIEW")));
     QCOMPARE(TopId(), PREVIEW);
+  }
+
+  // A recording that ends or fails while the driver is on his way out does not lead him elsewhere.
+  void theWayOutThatWasChosenStays_data() {
+    QTest::addColumn<bool>("home");
+    QTest::addColumn<int>("status");
+    for (const int status : {Player::STATUS_PLAY_ERR, Player::STATUS_PLAY_OPEN_FAIL, Player::STATUS_PLAY_READ_FAIL,
+                             Player::STATUS_PLAY_END}) {
+      QTest::addRow("home, status %d", status) << true << status;
+      QTest::addRow("preview, status %d", status) << false << status;
+    }
+  }
+  void theWayOutThatWasChosenStays() {
+    QFETCH(bool, home);
+    QFETCH(int, status);
+    Fill(2);
+    Open(ALL_ASCENDING_FRONT, 1);
+    Tap(home ? kHome : kPreview);
+    Event(RECV_ZEL_STATUS_PLAY_STATUS, status);
+    QCOMPARE(Box(), int{VIDEO_REC_START});
+    QCOMPARE(Armed("mEventTimer"), 1500);
+    Fire("mEventTimer");
+    QCOMPARE(TopId(), home ? MAINMENU : PREVIEW);
+  }
+  void errorsThatRepeatDoNotKeepTheDriverIn() {
+    Fill(2);
+    Open(ALL_ASCENDING_FRONT, 0);
+    Event(RECV_ZEL_STATUS_PLAY_STATUS, Player::STATUS_PLAY_ERR);
+    Timer("mEventTimer")->start(700);  // some time later
+    Event(RECV_ZEL_STATUS_PLAY_STATUS, Player::STATUS_PLAY_ERR);
+    Event(RECV_ZEL_STATUS_PLAY_STATUS, Player::STATUS_PLAY_END);
+    QCOMPARE(Armed("mEventTimer"), 700);
+    QCOMPARE(Box(), int{PLAY_FAIL});
+    Fire("mEventTimer");
+    QCOMPARE(TopId(), RECORDINGLIST);
+  }
+  // What was told before the recorder had the new file is about the old one.
+  void whatIsToldOfTheFileBeforeIsDropped_data() {
+    QTest::addColumn<bool>("otherCamera");
+    QTest::newRow("the next file") << false;
+    QTest::newRow("the other camera's") << true;
+  }
+  void whatIsToldOfTheFileBeforeIsDropped() {
+    QFETCH(bool, otherCamera);
+    Fill(2);
+    card::PutMany(root, 2, '1');
+    Open(ALL_ASCENDING_FRONT, 0);
+    mHost->eventTime = Now();  // received, but its turn comes after the step
+    Tap(otherCamera ? kCamera : kOlder);
+    QVERIFY(Asked().last().startsWith(QStringLiteral("SEND_PLAY_VIDEO")));
+    Event(RECV_ZEL_STATUS_PLAY_CUR, 5000);
+    Event(RECV_ZEL_STATUS_PLAY_STATUS, Player::STATUS_PLAY_END);
+    QCOMPARE(Time(), QStringLiteral("00:00:00"));
+    QCOMPARE(Box(), -1);
+    mHost->eventTime = Now();
+    Event(RECV_ZEL_STATUS_PLAY_CUR, 5000);
+    QCOMPARE(Time(), QStringLiteral("00:00:05"));
+  }
+  // One action at a time.
+  void whatIsTouchedWhileAnActionRunsDoesNotCount() {
+    Fill(3);
+    Open(ALL_ASCENDING_FRONT, 0);
+    const qint64 before = Now();
+    Tap(kOlder);
+    QVERIFY(!IsMeantForTop(before));
+    QVERIFY(IsMeantForTop(Now()));
   }
 
   // ---- the neighbours

@@ -2,12 +2,15 @@
 
 #include <QLabel>
 #include <QTest>
+#include <QThread>
 #include <QTimer>
+#include <limits>
 
 #include "gui/app/commandline.h"
 #include "gui/app/mainwindow.h"
 #include "gui/base/globals.h"
 #include "gui/base/picture.h"
+#include "gui/screen/basewidget.h"
 #include "gui/screen/clock.h"
 #include "gui/screen/widgetmanager.h"
 #include "gui/settings/settings.h"
@@ -28,6 +31,12 @@ QDateTime FixedClock() {
 }
 QDateTime NextMinute() {
   return {QDate(2023, 1, 2), QTime(12, 35, 0)};
+}
+QDateTime AnotherDay() {
+  return {QDate(2023, 2, 3), QTime(12, 34, 56)};
+}
+QDateTime AnotherHour() {
+  return {QDate(2023, 1, 2), QTime(17, 34, 56)};
 }
 QDateTime BrokenClock() {
   return {QDate(2100, 1, 1), QTime(0, 0, 0)};
@@ -126,6 +135,15 @@ private slots:
     Preview()->SlotSec();
     QCOMPARE(Label("mClockLabel")->text(), QStringLiteral("2023/01/02  12:35 "));
   }
+  // Set by hand, the hour or the date can change while the minute stays.
+  void clockFollowsWhateverWasSet() {
+    gClock = AnotherHour;
+    Preview()->SlotSec();
+    QCOMPARE(Label("mClockLabel")->text(), QStringLiteral("2023/01/02  17:34 "));
+    gClock = AnotherDay;
+    Preview()->SlotSec();
+    QCOMPARE(Label("mClockLabel")->text(), QStringLiteral("2023/02/03  12:34 "));
+  }
   void brokenClockShowsTheDefaultTime() {
     gClock = BrokenClock;
     Preview()->SlotSec();
@@ -139,10 +157,22 @@ private slots:
     Preview()->SlotSec();
     QCOMPARE(Label("mMainVolLabel")->text(), QStringLiteral("12.5v"));
   }
-  void silentRecorderShowsNoVoltage() {
+  void aRecorderThatFallsSilentLeavesTheLastVoltage() {
     Fake().result = -1;
     Preview()->SlotSec();
-    QCOMPARE(Label("mMainVolLabel")->text(), QStringLiteral("0.0v"));
+    QCOMPARE(Label("mMainVolLabel")->text(), QStringLiteral("12.4v"));
+  }
+  void noVoltageIsShownBeforeTheRecorderHasToldOne() {
+    gRecvVoltage = std::numeric_limits<float>::quiet_NaN();
+    Fake().result = -1;
+    Start();
+    QVERIFY(Label("mMainVolLabel")->isHidden());
+    QVERIFY(IsKeyColour(QRect(362, 284, 118, 32)));
+    Fake().result = 0;
+    Preview()->SlotSec();
+    QCOMPARE(Label("mMainVolLabel")->text(), QStringLiteral("12.4v"));
+    QVERIFY(Label("mMainVolLabel")->isVisible());
+    QVERIFY(!IsKeyColour(QRect(362, 284, 118, 32)));
   }
   void speedIsShownWithAFixOnly() {
     mWindow->recvEvent(RECV_ZEL_STATUS_SPEED, 120);
@@ -234,12 +264,19 @@ private slots:
   }
   void lcdNeverGoesOff_data() {
     QTest::addColumn<int>("lcdAutoOff");
-    QTest::newRow("0") << 0;
-    QTest::newRow("4 always") << 4;
+    for (const int value : {0, 4, -1, 5, 7, 9, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()})
+      QTest::addRow("%d", value) << value;
   }
   void lcdNeverGoesOff() {
     QFETCH(int, lcdAutoOff);
     Setting().lcd_auto_off = lcdAutoOff;
+    Start();
+    QVERIFY(!Timer("mTimLcdOff")->isActive());
+    Tap(kRear);
+    QVERIFY(!Timer("mTimLcdOff")->isActive());
+    Preview()->lowvolRecv(1);
+    QVERIFY(!Timer("mTimLcdOff")->isActive());
+    Fake().asked.clear();
     Preview()->TimeoutLcdOff();
     QVERIFY(!mWindow->GetIsLcdOff());
     QVERIFY(Fake().asked.isEmpty());
@@ -264,6 +301,67 @@ private slots:
     QCOMPARE(gWidgetManager.GetCurWidgetId(), PREVIEW);
     QVERIFY(Preview()->isVisible());
     QCOMPARE(Setting().display, 0);
+  }
+  void noDelayRunsBehindTheSaver() {
+    Setting().lcd_wait_dis = 1;
+    const QTimer *overlay = Timer("mTimTouchWait"), *lcdOff = Timer("mTimLcdOff");
+    Preview()->HidePreview();
+    Fire("mTimLcdOff", &PreviewLayout::TimeoutLcdOff);
+    QCOMPARE(gWidgetManager.GetCurWidgetId(), SCREENSAVER);
+    QVERIFY(!overlay->isActive());
+    QVERIFY(!lcdOff->isActive());
+    Tap(kView);
+    QVERIFY(overlay->isActive());
+    QVERIFY(lcdOff->isActive());
+  }
+  void noDelayRunsBehindAnotherScreen_data() {
+    QTest::addColumn<int>("screen");
+    for (const WidgetId id : {MAINMENU, TOUCHCOMP, SDFORMAT, SCREENSAVER}) QTest::newRow(NameOf(id)) << int{id};
+  }
+  void noDelayRunsBehindAnotherScreen() {
+    QFETCH(int, screen);
+    const QTimer *overlay = Timer("mTimTouchWait"), *lcdOff = Timer("mTimLcdOff");
+    QVERIFY(overlay->isActive() && lcdOff->isActive());
+    Preview()->Next(WidgetId(screen));
+    QVERIFY(!overlay->isActive() && !lcdOff->isActive());
+    mWindow->BackPressed();
+    QVERIFY(overlay->isActive() && lcdOff->isActive());
+  }
+  // Only a touch, or the end of a box that stood, begins the delay of the LCD anew.
+  void theEndOfATimedNoticeIsNoTouch() {
+    mWindow->recvEvent(RECV_ZEL_STATUS_NO_SD, 1);
+    Timer("mTimLcdOff")->start(1234);
+    Timer("mTimTouchWait")->start(4321);
+    Preview()->TimeoutRecvMessageBoxTimer();
+    QCOMPARE(Timer("mTimLcdOff")->interval(), 1234);
+    QCOMPARE(Timer("mTimTouchWait")->interval(), 4321);
+    mWindow->recvEvent(RECV_ZEL_STATUS_NO_SD, 1);  // shows the overlay for its time
+    QCOMPARE(Timer("mTimTouchWait")->interval(), 5000);
+    QCOMPARE(Timer("mTimLcdOff")->interval(), 1234);
+  }
+  void theEndOfAStandingBoxBeginsBothDelays() {
+    mWindow->recvEvent(RECV_ZEL_STATUS_HW_ERROR, 3);
+    QVERIFY(!Timer("mTimLcdOff")->isActive());
+    QVERIFY(!Timer("mTimTouchWait")->isActive());
+    Preview()->DelRecvMessageBox();
+    QCOMPARE(Timer("mTimLcdOff")->interval(), 10000);
+    QVERIFY(Timer("mTimLcdOff")->isActive());
+    QVERIFY(Timer("mTimTouchWait")->isActive());
+  }
+  void theDarkLcdHasNoDelays() {
+    mWindow->LcdOff();
+    QVERIFY(!Timer("mTimLcdOff")->isActive());
+    QVERIFY(!Timer("mTimTouchWait")->isActive());
+    mWindow->recvEvent(RECV_ZEL_STATUS_LOW_VOLTAGE_POWER_OFF_COUNT, 1);
+    QVERIFY(!mWindow->GetIsLcdOff());
+    QVERIFY(Timer("mTimLcdOff")->isActive());
+  }
+  void timersArePrecise() {
+    const QList<QTimer*> timers = mWindow->findChildren<QTimer*>();
+    QVERIFY(timers.size() > 20);
+    for (const QTimer* timer : timers)
+      if (!qobject_cast<QThread*>(timer->parent()))  // those of the reader are never started
+        QVERIFY2(timer->timerType() == Qt::PreciseTimer, qPrintable(timer->objectName()));
   }
   void overlayIsBlackWhileTheLcdIsOff() {
     mWindow->SetIsLcdOff(true);
@@ -500,6 +598,39 @@ private slots:
     QVERIFY(Timer("mTimTouchWait")->isActive());
     QVERIFY(Timer("mTimLcdOff")->isActive());
   }
+  // The panel is dead until the recording ends: whatever comes, the key that tells it is seen, and the LCD stays on.
+  void nothingHidesARecordingMadeByHand_data() {
+    QTest::addColumn<int>("event");
+    QTest::addColumn<int>("value");
+    QTest::newRow("countdown begins") << int{RECV_ZEL_STATUS_LOW_VOLTAGE_POWER_OFF_COUNT} << 1;
+    QTest::newRow("countdown ends") << int{RECV_ZEL_STATUS_LOW_VOLTAGE_POWER_OFF_COUNT} << 0;
+    QTest::newRow("notice") << int{RECV_ZEL_STATUS_MUTE_ON} << 1;
+    QTest::newRow("standing notice") << int{RECV_ZEL_STATUS_HW_ERROR} << 3;
+    QTest::newRow("power key") << int{RECV_ZEL_STATUS_LCD_KEY} << 1;
+    QTest::newRow("parking") << int{RECV_ZEL_STATUS_PARK_MODE_IN} << 1;
+  }
+  void nothingHidesARecordingMadeByHand() {
+    QFETCH(int, event);
+    QFETCH(int, value);
+    root.Write(QStringLiteral("/tmp/ndf"), "x");
+    Tap(kLowerRight);
+    QVERIFY(mWindow->GetIsDetectRecording());
+    mWindow->recvEvent(event, value);
+    for (int seconds = 0; seconds < 3; ++seconds) mWindow->TimeoutLowVolPowerOffCount();
+    Preview()->TimeoutRecvMessageBoxTimer();
+    Preview()->TimeoutMessageBoxTimer();
+    QVERIFY(!Timer("mTimTouchWait")->isActive());
+    QVERIFY(!Timer("mTimLcdOff")->isActive());
+    Preview()->TimeoutTouchWait();
+    Preview()->TimeoutLcdOff();
+    if (event == RECV_ZEL_STATUS_PARK_MODE_IN) mWindow->TimeoutEventTimer();
+    QVERIFY(Preview()->isVisible());
+    QVERIFY(!mWindow->GetIsLcdOff());
+    root.Remove(QStringLiteral("/tmp/ndf"));
+    Fire("mDetectRecordingTimer", &PreviewLayout::TimeoutDetectRecording);
+    QVERIFY(Timer("mTimTouchWait")->isActive());
+    QVERIFY(Timer("mTimLcdOff")->isActive());
+  }
   void detectFileKeyOfTheFrontViewStandsBelowTheViewKey() {
     Setting().display = 1;
     QVERIFY(IsDrawn(QPoint(4, 66), "preview/hotkey_detect_file_on_normal.bmp"));
@@ -602,6 +733,17 @@ private slots:
     QCOMPARE(EventBox(), -1);
     QVERIFY(Timer("mTimTouchWait")->isActive());
     QVERIFY(Timer("mTimLcdOff")->isActive());
+  }
+  void anOwnNoticeOverTheFormatQuestionTakesTheTouch() {
+    sdErrorAsksForAFormat();
+    Preview()->PaintMessageBox(FINISH_MANUAL_RECORDING, false, 0, 2000);
+    Fake().asked.clear();
+    Tap(QPoint(100, 230));
+    QVERIFY(Fake().Commands().isEmpty());
+    QCOMPARE(EventBox(), int{R_SD_ERROR_NEET_FORMAT});
+    Preview()->TimeoutMessageBoxTimer();
+    Tap(QPoint(100, 230));
+    QCOMPARE(Fake().Commands(), QStringList{QStringLiteral("8612 0")});
   }
   void formatQuestionStaysForAnyOtherTouch() {
     sdErrorAsksForAFormat();
