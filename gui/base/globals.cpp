@@ -1,5 +1,7 @@
 #include "gui/base/globals.h"
 
+#include <limits>
+
 bool gNeedVolCom = false;
 int gNeedFormatFlag = 0;
 int gCountOfCamera = 2;
@@ -9,7 +11,7 @@ bool gIsAccVer = false;
 int gInitFrontLed = 1;
 int gRecvLcdValue = 0;
 int gOldRecvLcdValue = 0;
-float gRecvVoltage = 0;
+float gRecvVoltage = std::numeric_limits<float>::quiet_NaN();
 int gReturnVolume = 1;
 int gTouchTestStage = 0;
 int gFirmupCount = 0;

@@ -17,7 +17,7 @@ extern bool gIsAccVer;        ///< the recorder knows the ignition's state
 extern int gInitFrontLed;     ///< 0 once the front LED has failed
 extern int gRecvLcdValue;     ///< latest automatic backlight value, PWM
 extern int gOldRecvLcdValue;  ///< the one before it
-extern float gRecvVoltage;    ///< latest supply voltage, volts
+extern float gRecvVoltage;    ///< latest supply voltage, volts; not a number until the recorder has told it
 extern int gReturnVolume;     ///< recording volume that switching the microphone on again restores, 1..3
 extern int gTouchTestStage;   ///< start-up touch test: 0 not begun, 1 and 2 factory check, 3 done, 100 test only
 extern int gFirmupCount;      ///< phase of a firmware update: 0 it begins, 1 it runs, 2 it has ended

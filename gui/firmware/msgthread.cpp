@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 #include "gui/base/globals.h"
 #include "gui/base/touchtime.h"
@@ -21,12 +22,21 @@ constexpr int kSystemDriver = 7;
 constexpr int kDeviceManagerClient = 2;
 constexpr int kLcdEnableLine = 46;
 constexpr int kPathBytes = 50;
-constexpr int kMaxErrors = 3;  // of the queue in a row; the next one ends the loop
+constexpr int kMaxErrors = 3;               // of the queue in a row; the next one ends the loop
+constexpr std::size_t kMostReplies = 1000;  // that wait; an empty queue takes 585
+constexpr unsigned long kRetryMs = 5;
 constexpr unsigned long kEndMs = 1000;
 
 /// x - 1 in the ring 0..n-1, whatever x.
 int StepBack(int x, int n) {
   return (x % n + n - 1) % n;
+}
+
+/// The recorder's answer into `out`, which a query that fails leaves alone.
+template <typename Number>
+void Query(unsigned field, Number* out) {
+  Number answer = 0;
+  if (out && ControlSystemData(int(field), &answer, sizeof answer) >= 0) *out = answer;
 }
 }  // namespace
 
@@ -56,7 +66,8 @@ void MsgThread::initMsgQ() {
   SysDrvInit(kSystemDriver);
 }
 
-// The thread waits in msgrcv, which nothing but a message or cancellation ends.
+// Only a message or cancellation ends msgrcv. The one place where the thread can be cancelled is its wait in Receive:
+// there it holds nothing, neither a lock nor memory.
 void MsgThread::End() {
   IsGuiQuit = 1;
   terminate();
@@ -66,9 +77,10 @@ void MsgThread::End() {
 // ---- status messages
 
 void MsgThread::run() {
-  setTerminationEnabled(false);  // but for the waits in Receive and Reply
+  setTerminationEnabled(false);  // but for the wait in Receive
   int errors = 0;
   while (IsGuiQuit == 0) {
+    SendReplies();
     GUI_MSG_BUF buf{};  // of each message anew: a short one must not show the rest of the last one
     const int result = Receive(&buf);
     if (result < 0 && result != -ENOMSG) {
@@ -84,26 +96,39 @@ void MsgThread::run() {
   IsGuiQuit = 1;
 }
 
-// The bytes of a message for the interface, or minus the error.
+// The bytes of a message for the interface, or minus the error. Waits for one; while replies wait for room only a
+// moment, -ENOMSG then.
 int MsgThread::Receive(GUI_MSG_BUF* buf) {
+  const int flags = mReplies.empty() ? 0 : IPC_NOWAIT;
   setTerminationEnabled(true);
   ssize_t bytes = 0;
   do {
-    bytes = msgrcv(GuiMsgQId, buf, GUI_MSG_SIZE, GUI_ID, 0);
+    bytes = msgrcv(GuiMsgQId, buf, GUI_MSG_SIZE, GUI_ID, flags);
   } while (bytes < 0 && errno == EINTR);
   const int result = bytes < 0 ? -errno : int(bytes);
+  if (result == -ENOMSG) msleep(kRetryMs);
   setTerminationEnabled(false);
   return result;
 }
 
-// Waits while the queue is full: it is full of what the senders have not fetched, so nothing else can arrive either.
+// The queue may be full of messages that only this thread takes out: it must not wait for room in it.
 void MsgThread::Reply(GUI_MSG_BUF* buf) {
   buf->des = buf->src;
   buf->src = GUI_ID;
-  setTerminationEnabled(true);
-  while (msgsnd(GuiMsgQId, buf, GUI_MSG_SIZE, 0) < 0 && errno == EINTR) {
+  if (mReplies.size() == kMostReplies) {
+    mReplies.pop_front();
+    if (!std::exchange(mHasDroppedReply, true))
+      qDebug("link: the recorder fetches no replies, the oldest of %zu is lost", kMostReplies);
   }
-  setTerminationEnabled(false);
+  mReplies.push_back(*buf);
+}
+
+// In order, as many as there is room for. One that the queue refuses for another reason is lost.
+void MsgThread::SendReplies() {
+  while (!mReplies.empty()) {
+    if (msgsnd(GuiMsgQId, &mReplies.front(), GUI_MSG_SIZE, IPC_NOWAIT) < 0 && errno == EAGAIN) return;
+    mReplies.pop_front();
+  }
 }
 
 int MsgThread::processMsg(GUI_MSG_BUF* buf) {
@@ -172,15 +197,11 @@ void MsgThread::sendEventMessage(unsigned field, int value, QString) {
 }
 
 void MsgThread::getEventMessage(unsigned field, int* out, QString) {
-  if (!out) return;
-  *out = 0;
-  ControlSystemData(int(field), out, sizeof *out);
+  Query(field, out);
 }
 
 void MsgThread::getEventMessage(unsigned field, float* out, QString) {
-  if (!out) return;
-  *out = 0;
-  ControlSystemData(int(field), out, sizeof *out);
+  Query(field, out);
 }
 
 void MsgThread::setViewMode() {

@@ -2,13 +2,15 @@
 
 #include <QString>
 #include <QThread>
+#include <deque>
 
 #include "gui/base/relaxed.h"
 #include "gui/main.h"
 #include "platform/Msg_Def.h"
 
 /// The link to the recorder. Its thread waits for status messages and turns them into msgEvent; commands go the other
-/// way by sendEvent, from the GUI thread, each answered before the call returns.
+/// way by sendEvent, from the GUI thread, each answered before the call returns. Replies to the recorder for which
+/// the queue has no room wait while reception goes on, at most 1000 of them: then the oldest is dropped.
 class MsgThread : public QThread {
   Q_OBJECT
 
@@ -21,12 +23,12 @@ public:
   void End();
 
   /// Sends `event` as the command table says. `value` and `text` are what the row takes. A query puts its answer into
-  /// `outInt` or `outFloat`, 0 when the recorder gives none; the pointer it does not ask for may be null.
+  /// `outInt` or `outFloat`, which stays as it is when the query fails; the pointer it does not ask for may be null.
   void sendEvent(Send_Event event, int value, QString text, int* outInt, float* outFloat);
 
   // What sendEvent is made of.
   void sendEventMessage(unsigned field, int value, QString text);
-  void getEventMessage(unsigned field, int* out, QString text);
+  void getEventMessage(unsigned field, int* out, QString text);  ///< `out` stays as it is when the query fails
   void getEventMessage(unsigned field, float* out, QString text);
   void setViewMode();
   void setViewModeForMotionSetting(int mode);  ///< 0 picture in picture, 1 front, 2 rear
@@ -41,7 +43,7 @@ public:
   void setFps(int fps);
   void RecordStart();
   void RecordStop(int reason);
-  void getSystemVoltage();           ///< into gRecvVoltage; 0 when the recorder gives none
+  void getSystemVoltage();           ///< into gRecvVoltage, which stays when the query fails
   void setPreviewMirroring(int on);  ///< refused: mMirroring of the settings goes back a step
   void setMovingPip(int corner);     ///< refused: mMovingPip of the settings goes back a step
   void setLcdOnOff(int on);          ///< the LCD's enable line
@@ -90,6 +92,7 @@ private:
   void initMsgQ();
   int Receive(GUI_MSG_BUF* buf);
   void Reply(GUI_MSG_BUF* buf);
+  void SendReplies();
 
   int GuiMsgQId = -1;
   int GuiMid = -1;
@@ -98,4 +101,8 @@ private:
   int IsRegDevMgr = 0;
   int IsCompStream = 1;
   int IsRecvOsd = 1;
+
+  // Of the thread alone.
+  std::deque<GUI_MSG_BUF> mReplies;  // that wait for room in the queue, the oldest first
+  bool mHasDroppedReply = false;
 };

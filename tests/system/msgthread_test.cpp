@@ -7,8 +7,11 @@
 #include <unistd.h>
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QMutex>
+#include <QSemaphore>
 #include <QTest>
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstring>
@@ -37,19 +40,42 @@ void SetScript(const QList<int>& errors) {
   const QMutexLocker lock(&scriptMutex);
   script = errors;
 }
+
+std::atomic<bool> waitsForAMessage = false;
+std::atomic<bool> refusesReplies = false;
+std::atomic<int> replyTries = 0;
+
+std::atomic<int> losses = 0;  // of replies that were said
+void CountLosses(QtMsgType, const QMessageLogContext&, const QString& line) {
+  losses += line.startsWith(QLatin1String("link: "));
+}
 }  // namespace
 
-// Stands before the C library's for the whole test program.
+// These two stand before the C library's for the whole test program.
 extern "C" ssize_t msgrcv(int queue, void* message, size_t size, long type, int flags) {
   using Function = ssize_t (*)(int, void*, size_t, long, int);
   static const auto real = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "msgrcv"));
-  if (type == GUI_ID && (flags & IPC_NOWAIT) == 0) {
+  const bool waits = (flags & IPC_NOWAIT) == 0;
+  if (type == GUI_ID && waits) {
     if (const int error = NextError()) {
       errno = error;
       return -1;
     }
   }
+  if (type == GUI_ID) waitsForAMessage = waits;
   return real(queue, message, size, type, flags);
+}
+extern "C" int msgsnd(int queue, const void* message, size_t size, int flags) {
+  using Function = int (*)(int, const void*, size_t, int);
+  static const auto real = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "msgsnd"));
+  if (static_cast<const GUI_MSG_BUF*>(message)->src == GUI_ID) {
+    ++replyTries;
+    if (refusesReplies) {
+      errno = EAGAIN;
+      return -1;
+    }
+  }
+  return real(queue, message, size, flags);
 }
 
 class MsgThreadTest : public QObject {
@@ -73,6 +99,13 @@ private:
     return {GUI_ID, cmd, 2, 0, 4, offset, GUI_ACK_NO, GUI_RET_NORET};
   }
   void Send(int cmd, int value) { Post(Message(cmd, value)); }
+  /// A speed whose sender waits for a reply.
+  GUI_MSG_BUF Asking(int speed) {
+    GUI_MSG_BUF message = Message(RECV_ZEL_STATUS_SPEED, speed);
+    message.ack = GUI_ACK_YES;
+    message.ret = GUI_RET_NODATA;
+    return message;
+  }
 
   /// Everything told for what was sent, once the link has come to the end of it.
   QStringList Told() {
@@ -106,10 +139,7 @@ private:
           }
         },
         Qt::DirectConnection);
-    GUI_MSG_BUF message = Message(RECV_ZEL_STATUS_SPEED, 5);
-    message.ack = GUI_ACK_YES;
-    message.ret = GUI_RET_NODATA;
-    Post(message);
+    Post(Asking(5));
     QTRY_COMPARE(mTold, QStringList(Event(24, 5)));
     QTRY_VERIFY(IsAsleep());
   }
@@ -146,6 +176,9 @@ private slots:
   void onlyHardwareError8AsksForAnotherCard_data();
   void onlyHardwareError8AsksForAnotherCard();
   void aReplyWaitsForRoomInTheQueue();
+  void eventsArriveThroughAQueueThatIsFullOfThem();
+  void aLinkWhoseReplyWaitsDoesNotSpin();
+  void ofTooManyRepliesTheOldestAreLost();
   void theLinkEndsWhileItWaits();
   void theLinkEndsWhileAReplyWaits();
   void stepsOfAMessage();
@@ -159,6 +192,7 @@ void MsgThreadTest::init() {
   for (Relaxed<bool>* flag : {&gSdError, &gInitSdError, &gIsSdError}) *flag = false;
   gSdErrorValue = 0;
   SetScript({});
+  refusesReplies = false;
   mLink = std::make_unique<MsgThread>(nullptr);
   mTold.clear();
   connect(mLink.get(), &MsgThread::msgEvent, this, [this](int event, int value) { mTold << Event(event, value); });
@@ -442,6 +476,80 @@ void MsgThreadTest::aReplyWaitsForRoomInTheQueue() {
   QVERIFY(!TakeReply(2, &message));
   QVERIFY(TakeReply(99, &message));
   QVERIFY(AwaitReply(2, &message));
+}
+
+// As after a time in which the interface stood still: there is no room for a reply, and only the link can make some.
+void MsgThreadTest::eventsArriveThroughAQueueThatIsFullOfThem() {
+  QSemaphore standsStill, goesOn;
+  connect(
+      mLink.get(), &MsgThread::msgEvent, mLink.get(),
+      [&, first = true]() mutable {
+        if (!std::exchange(first, false)) return;
+        standsStill.release();
+        goesOn.acquire();
+      },
+      Qt::DirectConnection);
+  QList<GUI_MSG_BUF> sent{Asking(0)};
+  Post(sent.first());
+  standsStill.acquire();
+  for (;;) {
+    const GUI_MSG_BUF next = Asking(int(sent.size()));
+    if (msgsnd(mQueue, &next, GUI_MSG_SIZE, IPC_NOWAIT) != 0) break;
+    sent << next;
+  }
+  msqid_ds state{};
+  QCOMPARE(msgctl(mQueue, IPC_STAT, &state), 0);
+  QVERIFY(state.__msg_cbytes + GUI_MSG_SIZE > state.msg_qbytes);
+  goesOn.release();
+
+  QTRY_COMPARE(mTold.size(), sent.size());
+  for (int i = 0; i < sent.size(); ++i) QCOMPARE(mTold[i], Event(24, i));
+  for (const GUI_MSG_BUF& message : sent) {
+    GUI_MSG_BUF reply{};
+    QVERIFY(AwaitReply(2, &reply));
+    QCOMPARE(reply.offset, message.offset);
+  }
+  mTold.clear();
+  Send(RECV_ZEL_STATUS_MUTE_ON, 1);
+  QCOMPARE(Told(), QStringList(Event(12, 1)));
+  QTRY_VERIFY(waitsForAMessage);
+}
+
+void MsgThreadTest::aLinkWhoseReplyWaitsDoesNotSpin() {
+  FillQueueBeforeTheReply();
+  QElapsedTimer clock;
+  clock.start();
+  const int before = replyTries;
+  QTRY_VERIFY(replyTries - before >= 20);
+  const int tries = replyTries - before;
+  QVERIFY2(tries <= clock.elapsed() + 1, qPrintable(QString::number(tries)));
+  GUI_MSG_BUF message{};
+  QVERIFY(TakeReply(99, &message));
+  QVERIFY(AwaitReply(2, &message));
+  QTRY_VERIFY(waitsForAMessage);
+}
+
+void MsgThreadTest::ofTooManyRepliesTheOldestAreLost() {
+  constexpr int kMost = 1000, kMore = 3;
+  losses = 0;
+  const QtMessageHandler before = qInstallMessageHandler(CountLosses);
+  refusesReplies = true;
+  QList<GUI_MSG_BUF> sent;
+  for (int i = 0; i < kMost + kMore; ++i) {
+    sent << Asking(i);
+    Post(sent.last());
+  }
+  QTRY_COMPARE(mTold.size(), sent.size());
+  refusesReplies = false;
+  for (int i = kMore; i < sent.size(); ++i) {
+    GUI_MSG_BUF reply{};
+    QVERIFY(AwaitReply(2, &reply));
+    QCOMPARE(reply.offset, sent[i].offset);
+  }
+  qInstallMessageHandler(before);
+  QCOMPARE(losses, 1);
+  GUI_MSG_BUF reply{};
+  QVERIFY(!TakeReply(2, &reply));
 }
 
 void MsgThreadTest::theLinkEndsWhileItWaits() {

@@ -129,7 +129,7 @@ private slots:
   void anEventOutsideTheTableSendsNothing_data();
   void anEventOutsideTheTableSendsNothing();
   void eachQueryGivesTheRecordersAnswer();
-  void aQueryWithoutAnAnswerReadsZero();
+  void aFailedQueryLeavesTheVariable();
   void aQueryWithoutAVariableAsksNothing();
   void eachViewHasItsField_data();
   void eachViewHasItsField();
@@ -218,17 +218,19 @@ void CommandsTest::eachQueryGivesTheRecordersAnswer() {
   QCOMPARE(pwm, 45000);
 }
 
-void CommandsTest::aQueryWithoutAnAnswerReadsZero() {
+void CommandsTest::aFailedQueryLeavesTheVariable() {
   PlatformFake::Get().result = -1;
   for (Send_Event event :
        {SEND_GET_LCD_AUTO_VALUE, SEND_GET_ACC, SEND_GET_PARKING_MODE_EVENT_FILE, SEND_GET_PARKING_MODE_MOTION_FILE}) {
     int answer = 55;
     mLink->sendEvent(event, 3, {}, &answer, nullptr);
-    QCOMPARE(answer, 0);
+    QCOMPARE(answer, 55);
   }
-  float volts = 55;
+  float volts = 12.5F;
   mLink->sendEvent(SEND_GET_VOLTAGE, 3, {}, nullptr, &volts);
-  QCOMPARE(volts, 0.0F);
+  QCOMPARE(volts, 12.5F);
+  // What is sent is zero all the same.
+  QCOMPARE(Asked(), QStringList({"8664 0", "8665 0", "8674 0", "8675 0", "8659 0"}));
 }
 
 void CommandsTest::aQueryWithoutAVariableAsksNothing() {
@@ -301,7 +303,7 @@ void CommandsTest::sendersBeyondTheTable() {
   QCOMPARE(Asked(), QStringList({"8000 5", "8596 2", "8619 0", "8620 3", "8587 2", "gpio 46 1", "8659 0"}));
   PlatformFake::Get().result = -1;
   mLink->getSystemVoltage();
-  QCOMPARE(gRecvVoltage, 0.0F);
+  QCOMPARE(gRecvVoltage, 13.5F);
 }
 
 void CommandsTest::aRefusedMirroringGoesBackAStep_data() {

@@ -1,6 +1,7 @@
 #include "gui/base/globals.h"
 
 #include <QTest>
+#include <cmath>
 
 // What holds until the recorder says otherwise.
 class GlobalsTest : public QObject {
@@ -10,6 +11,7 @@ private slots:
   void theRearCameraIsThoughtToBeThere() { QCOMPARE(gCountOfCamera, 2); }
   void theFrontLedIsThoughtToWork() { QCOMPARE(gInitFrontLed, 1); }
   void theMicrophoneComesBackAudible() { QCOMPARE(gReturnVolume, 1); }
+  void noVoltageIsKnown() { QVERIFY(std::isnan(gRecvVoltage)); }
   void everythingElseIsOff() {
     QVERIFY(!gNeedVolCom);
     QCOMPARE(gNeedFormatFlag, 0);
