@@ -314,6 +314,60 @@ private slots:
     QVERIFY(!Top());
   }
 
+  // The card was found faulty, and the driver has gone: recording was stopped for the check, and nobody answers.
+  void whoeverLeftRecordingStoppedThePreviewRecords_data() {
+    QTest::addColumn<QString>("way");
+    for (const char* way : {"idle return", "jump", "back"}) QTest::newRow(way) << QString::fromLatin1(way);
+  }
+  void whoeverLeftRecordingStoppedThePreviewRecords() {
+    QFETCH(QString, way);
+    Open(SDMANAGEMENT);
+    mWindow->SendEvent(SEND_VIDEO_REC_STOP, 3, QString());
+    Top()->PaintMessageBox(R_SD_ERROR_NEET_FORMAT, false, 1, 0);
+    Fake().asked.clear();
+    if (way == "idle return") {
+      mWindow->TimeoutSystemRecStart();
+      mWindow->TimeoutIdleReturn();
+    }
+    if (way == "jump") Top()->Jump(PREVIEW);
+    if (way == "back") Top()->Back();
+    QCOMPARE(TopId(), PREVIEW);
+    QCOMPARE(Fake().Commands().filter("8619"), QStringList{"8619 0"});
+    Open(MAINMENU);
+    Top()->Back();
+    QCOMPARE(Fake().Commands().filter("8619").size(), 1);  // once
+  }
+  void aCameraThatRecordsIsNotToldTo() {
+    Open(MAINMENU);
+    mWindow->SendEvent(SEND_VIDEO_REC_STOP, 2, QString());
+    mWindow->SendEvent(SEND_VIDEO_REC_START, 0, QString());
+    Fake().asked.clear();
+    Top()->Jump(PREVIEW);
+    QCOMPARE(Fake().Commands(), QStringList());
+  }
+  // The notice of the idle return is up when the car is parked, or the rear camera lost.
+  void theIdleReturnIsNotLostForAnEvent_data() {
+    QTest::addColumn<int>("event");
+    QTest::addColumn<bool>("parked");
+    QTest::newRow("parking begins") << int{RECV_ZEL_STATUS_PARK_MODE_IN} << false;
+    QTest::newRow("parking ends") << int{RECV_ZEL_STATUS_PARK_MODE_OUT} << true;
+    QTest::newRow("the rear camera is lost") << int{RECV_ZEL_STATUS_REARCAM_DISCONNECT} << false;
+  }
+  void theIdleReturnIsNotLostForAnEvent() {
+    QFETCH(int, event);
+    QFETCH(bool, parked);
+    mWindow->SetIsIngParkingModeOn(parked);
+    Open(MAINMENU);
+    mWindow->TimeoutSystemRecStart();
+    Receive(event, 1);
+    QCOMPARE(Armed("mTimIdleReturn"), 2000);
+    QCOMPARE(Armed("mTimEventTimer"), 2000);
+    mWindow->TimeoutEventTimer();
+    mWindow->TimeoutIdleReturn();
+    QCOMPARE(TopId(), PREVIEW);
+    QCOMPARE(Armed("mTimIdleReturn"), -1);
+  }
+
   // ---- the low-voltage countdown
 
   void theCountdownRunsForThirtySeconds() {

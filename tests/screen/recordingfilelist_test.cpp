@@ -1,5 +1,8 @@
 #include "gui/recordings/recordingfilelist.h"
 
+#include <QPointer>
+
+#include "gui/base/eventgate.h"
 #include "gui/recordings/playfileinfo.h"
 #include "gui/recordings/recordingfileitem.h"
 #include "tests/fake/cardfake.h"
@@ -106,6 +109,26 @@ private slots:
     Tap(kJumpUp);
     QCOMPARE(Page(), pages > 0 ? 1 : 0);
     QCOMPARE(Asked(), QStringList());  // and all that without a sound
+  }
+  // A finger that comes and goes while a box is being shown.
+  void aReleaseNeverOvertakesItsPress() {
+    OpenOf(60);
+    TopScreen()->PaintMessageBox(VIDEO_REC_START, false, 0, 2000);
+    QPointer<RecordingFileList> list(Top<RecordingFileList>());
+    const auto press = [list] { list->Touch(TOUCH_PRESS, 440, 242); };
+    QMetaObject::invokeMethod(
+        list,
+        [list, press] {
+          if (gEventGate.Enter(list, press)) press();
+        },
+        Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        list, [list] { list->touchReleaseEvent(true); }, Qt::QueuedConnection);
+    gEventGate.ProcessEvents();
+    TopScreen()->DelMessageBox();
+    QCOMPARE(Label("mCurPageNumberLabel")->text(), QStringLiteral("1"));
+    QTRY_COMPARE(Label("mCurPageNumberLabel")->text(), QStringLiteral("2"));
+    QTRY_COMPARE(Armed("mTimLongPress"), -1);
   }
   void theRemainderIsLogged() {
     static QStringList said;
