@@ -155,7 +155,7 @@ void MainWindow::InitSend2FirmMotionSettingValue() {
 }
 
 void MainWindow::SendEvent(Send_Event event, int value, QString text, int* out) {
-  if (event == SEND_VIDEO_REC_STOP) mIsRecordingStopped = true;
+  if (event == SEND_VIDEO_REC_STOP || event == SEND_SET_SYSTEM_SD_FORMAT) mIsRecordingStopped = true;
   if (event == SEND_VIDEO_REC_START) mIsRecordingStopped = false;
   mMsgThread->sendEvent(event, value, text, out, nullptr);
 }
@@ -181,8 +181,10 @@ void MainWindow::StartWidget(WidgetId id, QObject* arg) {
   }
   BaseWidget* screen = MakeScreen(id, this, arg);
   if (!screen) return;
-  gWidgetManager.NextWidget({id, screen});  // first: so a screen that is covered knows it when it is hidden
+  BaseWidget* covered = gWidgetManager.GetCurrentWidget();
+  gWidgetManager.NextWidget({id, screen});
   TakeScreen();
+  if (covered) covered->onTopChanged();
   Install();
 }
 
@@ -215,9 +217,14 @@ void MainWindow::Install() {
   setCentralWidget(screen);
   ApplyBackground();
   screen->setVisible(!mIsLcdOff);
-  TopHasChanged();
+  TellTopHasChanged();
   ReportTop();
   if (IsCurrent({PREVIEW})) ResumeRecording();
+}
+
+void MainWindow::TellTopHasChanged() {
+  TopHasChanged();
+  if (BaseWidget* screen = gWidgetManager.GetCurrentWidget()) screen->onTopChanged();
 }
 
 // Whichever way leads back to the live picture: a camera that shows it records.
@@ -406,7 +413,7 @@ void MainWindow::LcdOff() {
   ApplyBackground();
   repaint();
   if (screen) screen->setVisible(false);
-  TopHasChanged();
+  TellTopHasChanged();
 }
 
 void MainWindow::LcdOn() {
@@ -416,7 +423,7 @@ void MainWindow::LcdOn() {
     repaint();
     SetLcdBright(gEnvirnmentSettings.mSetting.lcd_bright);
     if (BaseWidget* screen = gWidgetManager.GetCurrentWidget()) screen->setVisible(true);
-    TopHasChanged();
+    TellTopHasChanged();
   }
   RestartParkingModeLcdOff();
 }

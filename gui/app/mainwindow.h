@@ -123,6 +123,7 @@ private:
   void ResumeRecording();
   void TakeScreen();
   void Install();
+  void TellTopHasChanged();
   void ApplyBackground();
 
   WidgetId mPrevWidgeId = UNKNOWN;
@@ -143,7 +144,7 @@ private:
   Relaxed<bool> mIsCurrentShowTouchMotion = false;
   Relaxed<bool> mIsTouchMotionVer = false;
   bool mIsDetectRecording = false;
-  bool mIsRecordingStopped = false;  // the latest command to the recording was to stop
+  bool mIsRecordingStopped = false;  // the latest command to the recording was to stop, or to format its card
   bool mIsBacklightOut = false;      // the latest backlight value written was 0
   bool mIsLcdValueKnown = false;     // gRecvLcdValue is the recorder's
   qint64 mEventTime = 0;

@@ -181,7 +181,7 @@ void PreviewLayout::Touched() {
   RestartDelays();
 }
 
-void PreviewLayout::BoxesChanged() {
+void PreviewLayout::onTopChanged() {
   RunDelays();
 }
 
@@ -209,13 +209,11 @@ void PreviewLayout::previewEnabled(bool on) {
 void PreviewLayout::LcdOff() {
   if (gMainWindow->GetIsLcdOff()) return;
   gMainWindow->LcdOff();
-  RunDelays();
 }
 
 void PreviewLayout::LcdOn() {
   if (!gMainWindow->GetIsLcdOff()) return;
   gMainWindow->LcdOn();
-  RestartDelays();
 }
 
 void PreviewLayout::ShowAwake() {

@@ -23,6 +23,7 @@ public:
   void recvEvent(int event, int value) override;
   void onResume() override;
   void onPause() override;
+  void onTopChanged() override;
   void TimeoutEvent() override;
   void MessageBoxHandler(int type, int x, int y, int messageId) override;
   void RecvMessageBoxHandler(int type, int x, int y, int messageId) override;
@@ -59,7 +60,6 @@ public slots:
 protected:
   void paintEvent(QPaintEvent* event) override;
   void Touched() override;
-  void BoxesChanged() override;
 
 private:
   struct HotKey;

@@ -157,7 +157,7 @@ void BaseWidget::DelRecvMessageBox() {
 void BaseWidget::ReportBoxes() {
   if (IsCurrentScreen()) TopHasChanged();
   ReportTop();
-  BoxesChanged();
+  onTopChanged();
 }
 
 bool BaseWidget::IsCurrentScreen() const {

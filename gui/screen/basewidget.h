@@ -36,6 +36,9 @@ public:
   /// Called whenever the screen becomes visible, and whenever it is hidden or covered.
   virtual void onResume();
   virtual void onPause();
+  /// Called whenever a box of the screen has come or gone, the screen has come on top or been covered, and when the LCD
+  /// has gone on or off.
+  virtual void onTopChanged() {}
 
   /// A touch that is for the screen's own box; for an event's box that is a question.
   virtual void MessageBoxHandler(int type, int x, int y, int messageId);
@@ -93,9 +96,6 @@ protected:
 
   /// The driver has touched, whoever takes it.
   virtual void Touched() {}
-
-  /// A box has come or gone, by whatever way.
-  virtual void BoxesChanged() {}
 
   /// A box that stays until somebody closes it.
   bool IsStandingBoxShown() const;

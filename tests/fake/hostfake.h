@@ -38,8 +38,10 @@ public:
   /// Puts a screen on top of the stack and shows it. The stack owns it.
   template <typename Screen>
   Screen* Show(WidgetId id, Screen* screen) {
+    BaseWidget* covered = gWidgetManager.GetCurrentWidget();
     gWidgetManager.NextWidget({id, screen});
     takeCentralWidget();
+    if (covered) covered->onTopChanged();
     Install();
     return screen;
   }
