@@ -113,11 +113,13 @@ void Camera::Restart() {
   QCoreApplication::processEvents();
 }
 
-// ------------------------------------------------------------------------------------------------------- what happens
+// ---- what happens
 
 void Camera::Take(int code, int value) {
+  mFlashWatch.Begin();
   mWindow->GetTouchThread()->Take(EV_ABS, code, value);
   QCoreApplication::processEvents();
+  mFlashWatch.End();
 }
 
 void Camera::Press(QPoint at) {
@@ -137,8 +139,10 @@ void Camera::Tap(QPoint at) {
 }
 
 void Camera::Event(RECV_ZEL_STATUS_EVENT event, int value) {
+  mFlashWatch.Begin();
   mWindow->recvEvent(event, value);
   QCoreApplication::processEvents();
+  mFlashWatch.End();
 }
 
 void Camera::Wait(const char* name) {
@@ -146,9 +150,11 @@ void Camera::Wait(const char* name) {
   const auto running =
       std::find_if(timers.begin(), timers.end(), [](const QTimer* timer) { return timer->isActive(); });
   if (running == timers.end()) qFatal("%s does not run", name);
+  mFlashWatch.Begin();
   QTimerEvent end((*running)->timerId());
   QCoreApplication::sendEvent(*running, &end);
   QCoreApplication::processEvents();
+  mFlashWatch.End();
 }
 
 void Camera::Open(WidgetId id) {
@@ -157,7 +163,7 @@ void Camera::Open(WidgetId id) {
   for (const QPoint touch : way->touches) Tap(touch);
 }
 
-// -------------------------------------------------------------------------------------------------------- what is seen
+// ---- what is seen
 
 QImage Camera::Drawn() {
   QCoreApplication::processEvents();

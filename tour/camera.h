@@ -7,6 +7,7 @@
 #include "bench/touchpanel.h"
 #include "gui/app/mainwindow.h"
 #include "gui/main.h"
+#include "tour/flashwatch.h"
 
 class TestRoot;
 struct Setting_Config;
@@ -38,12 +39,16 @@ public:
   /// The window; for the few screens that nothing leads to, and for the look at what is shown.
   MainWindow& Window() { return *mWindow; }
 
+  /// The page was painted bare between two boxes; how often since the last call.
+  int Flashes() { return mFlashWatch.Take(); }
+
   QImage Drawn();                          ///< what the interface draws, 480 × 320 RGB32
   QImage Seen(const QImage& drawn) const;  ///< what a person sees of it: over the video, dark when the LCD is off
 
 private:
   void Take(int code, int value);
 
+  FlashWatch mFlashWatch;
   std::unique_ptr<MainWindow> mWindow;
   TouchPanel mPanel;
   RoadVideo mRoad;

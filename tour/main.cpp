@@ -68,6 +68,7 @@ public:
             QStringLiteral("%1: the camera shows %2").arg(QLatin1String(state->name), QLatin1String(screen)));
       Shot shot = ShotOf(camera, QLatin1String(NameOf(state->screen)), QLatin1String(state->name), state->shows);
       mInspection.Look(camera.Window(), shot.name, shot.drawn);
+      if (camera.Flashes() > 0) mInspection.Fail(shot.name + QStringLiteral(": the page flashes between two boxes"));
       take(std::move(shot));
     }
   }

@@ -179,7 +179,7 @@ void BaseWidget::TimeoutRecvMessageBoxTimer() {
   DelRecvMessageBox();
 }
 
-// ------------------------------------------------------------------------------------------------------------- touches
+// ---- touches
 
 // What cannot be seen takes no touch.
 BaseWidget::Box BaseWidget::TopBox() const {
@@ -210,8 +210,7 @@ bool BaseWidget::TakenByBox(int type, int x, int y) {
   return true;
 }
 
-// ------------------------------------------------------------------------------------------- the way out of the
-// settings
+// ---- the way out of the settings
 
 void BaseWidget::EntryPreview() {
   FormatQuestion::Forget();

@@ -79,12 +79,6 @@ signals:
 protected:
   void run() override;
 
-private:
-  friend class TouchThreadTest;
-
-  void Press();
-  void Release();
-
   QTimer* timAuto;
   QTimer* timPress;
   QTimer* timRelease;
@@ -100,6 +94,11 @@ private:
   std::array<TP_POINT, 5> arMeasuredPoint{};  // 1..4
   TP_COMP stComp{{25, 12}, {300, 234}};
   QTime t;  // null
+
+private:
+  void Press();
+  void Release();
+
   ScreenHost* mMainWindow;
   Relaxed<bool> mIsRelease = true;
 

@@ -59,12 +59,31 @@ public:
   }
 };
 
+namespace {
+// What the class keeps and nothing asks for.
+class Reader : public TouchThread {
+public:
+  using TouchThread::arMeasuredPoint;
+  using TouchThread::nOldIdx;
+  using TouchThread::statTouch;
+  using TouchThread::stComp;
+  using TouchThread::timAuto;
+  using TouchThread::timLongPress;
+  using TouchThread::timLongPressEvent;
+  using TouchThread::timRelease;
+  using TouchThread::timReleaseDelay;
+  using TouchThread::TouchThread;
+  using TouchThread::x;
+  using TouchThread::y;
+};
+}  // namespace
+
 class TouchThreadTest : public QObject {
   Q_OBJECT
 
 private:
   std::unique_ptr<ListenedHost> mHost;
-  std::unique_ptr<TouchThread> mReader;
+  std::unique_ptr<Reader> mReader;
   QStringList mTold;
 
   const QString mDevice = root.Path(device::kTouchDevice);
@@ -195,7 +214,7 @@ void TouchThreadTest::init() {
 void TouchThreadTest::Start() {
   mReader.reset();
   mHost->listens = false;
-  mReader = std::make_unique<TouchThread>(mHost.get());
+  mReader = std::make_unique<Reader>(mHost.get());
   mTold.clear();
   const auto tell = [this](const char* what, const QList<int>& numbers) {
     QString line = QLatin1String(what);
