@@ -75,7 +75,7 @@ void NumberSetLayout::TouchPage(int x, int y) {
   }
 }
 
-// ------------------------------------------------------------------------------------------------------------- saving
+// ---- saving
 
 void NumberSetLayout::PressSave() {
   if (mDispNumber.isEmpty()) {
@@ -127,7 +127,7 @@ void NumberSetLayout::TimeoutEvent() {
   mInputNumLabel->clear();
 }
 
-// ------------------------------------------------------------------------------------------------------------ painting
+// ---- painting
 
 void NumberSetLayout::PaintPage(QPainter& painter, const QRect& exposed) {
   Draw(painter, exposed, kInput, gNumberSet.InputBg);

@@ -85,7 +85,7 @@ QString TileScreen::PictureOf(const Tile& tile) const {
   return option.pictures->Image[std::clamp<qint64>(number, 0, option.pictures->NumOfImage - 1)].ReleaseImage;
 }
 
-// ------------------------------------------------------------------------------------------------------------- options
+// ---- options
 
 int TileScreen::NextValue(const TileOption& option, int old) {
   const qint64 place = (qint64{old} - option.least) / option.step;

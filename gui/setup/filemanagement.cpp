@@ -44,7 +44,7 @@ FileManagement::FileManagement(QWidget* parent) : TileScreen(parent, QStringLite
   UpdateLabel();
 }
 
-// ---------------------------------------------------------------------------------------------------------- the shares
+// ---- the shares
 
 bool FileManagement::FM_ModeSet() {
   bParkingOff = gEnvirnmentSettings.mSetting.parking_mode_on == 0;
@@ -115,7 +115,7 @@ void FileManagement::ProcessBtn(bool isPlus) {
   UpdateLabel();
 }
 
-// ------------------------------------------------------------------------------------------------------------- touches
+// ---- touches
 
 bool FileManagement::IsOffered(Boundary boundary) const {
   return eFM_Mode != FM_MODE_NUM && eFM_Mode != (boundary == EventNormal ? FM_MODE_PARK_N : FM_MODE_EVT_N);
@@ -146,7 +146,7 @@ void FileManagement::TouchPage(int x, int y) {
   repaint();
 }
 
-// ------------------------------------------------------------------------------------------------------------ painting
+// ---- painting
 
 void FileManagement::InitLabel() {
   lblEvtNum = AddShare(this, kEvent);

@@ -66,8 +66,7 @@ void MainMenu::onPause() {
   qDebug("MainMenu onPause");
 }
 
-// ------------------------------------------------------------------------------------------- days since the last
-// format
+// ---- days since the last format
 
 int MainMenu::DaysBetween(std::time_t then, std::time_t now) {
   const auto days = static_cast<long long>(std::difftime(now, then)) / kDaySeconds;
@@ -86,7 +85,7 @@ void MainMenu::SetSdFormatDay() {
   if (days > 0) mSdFormatDayLabel->setText(QString::asprintf("포맷 후 %d일", days));
 }
 
-// ---------------------------------------------------------------------------------------------- the list of recordings
+// ---- the list of recordings
 
 void MainMenu::AskFileList() {
   PaintMessageBox(ENTRY_FILELIST, false, 0, 0);

@@ -27,8 +27,7 @@ void MainMenu2::PressTouchCompensation() {
   Next(TOUCHCOMP);
 }
 
-// ------------------------------------------------------------------------------------------------------- motion
-// setting
+// ---- motion setting
 
 void MainMenu2::AskMotionSetting() {
   PaintMessageBox(MOTION_SETTING_ENTRY, false, 0, 0);

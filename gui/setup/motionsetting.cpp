@@ -48,7 +48,7 @@ const char* MotionSetting::ulongToBinary(std::uint64_t value) {
   return digits.data();
 }
 
-// ------------------------------------------------------------------------------------------------------------- touches
+// ---- touches
 
 // The lines between the cells belong to none; -1 there.
 int MotionSetting::CellAt(int x, int y) {
@@ -114,7 +114,7 @@ void MotionSetting::TimeoutEvent() {
   if (TakeEventId() == ENTRY_PREVIEW) Jump(PREVIEW);
 }
 
-// ------------------------------------------------------------------------------------------------------------ painting
+// ---- painting
 
 // Whole pixels: a soft edge over video would show as a red fringe.
 void MotionSetting::paintEvent(QPaintEvent* event) {

@@ -29,7 +29,7 @@ PowerCutSetting::PowerCutSetting(QWidget* parent)
   SetVolImagePaths();
 }
 
-// ------------------------------------------------------------------------------------------------------------ voltages
+// ---- voltages
 
 std::span<const float> PowerCutSetting::Volts() {
   if (Setting().gPower_cut_lvl_type == kType24) return kVolts24;
@@ -70,7 +70,7 @@ void PowerCutSetting::UpdateValue(int level) {
   gEnvirnmentSettings.SetSettingConfigF(Set_Cfg_Power_Cut_lvl, Setting().low_volt_cut[level]);
 }
 
-// ------------------------------------------------------------------------------------------------------------- touches
+// ---- touches
 
 QRect PowerCutSetting::CellRect(int level) {
   return {QPoint(kCell.width() * (level % 6), 60 + kCell.height() * (level / 6)), kCell};
@@ -103,7 +103,7 @@ void PowerCutSetting::SetManual(bool manual) {
   repaint();
 }
 
-// ------------------------------------------------------------------------------------------------------------ painting
+// ---- painting
 
 void PowerCutSetting::PaintPage(QPainter& painter, const QRect& exposed) {
   Draw(painter, exposed, {0, 0}, gPowerCutSettingConfig.Bg);

@@ -50,7 +50,7 @@ TimeLayout::TimeLayout(QWidget* parent)
   UpdateLabels();
 }
 
-// -------------------------------------------------------------------------------------------------------------- values
+// ---- values
 
 int TimeLayout::GetMinValue(Time_Type field) {
   static constexpr int kLeast[] = {2000, 1, 1, 0, 1, 0, 0, 0};
@@ -116,7 +116,7 @@ bool TimeLayout::CompareTimeSetting() {
   return timeChanged || zoneChanged;
 }
 
-// ------------------------------------------------------------------------------------------------------------- touches
+// ---- touches
 
 void TimeLayout::TouchPage(int x, int y) {
   for (const Field& field : kFields)
@@ -181,7 +181,7 @@ void TimeLayout::MessageBoxHandler(int, int x, int y, int messageId) {
   EntryPreview();
 }
 
-// ------------------------------------------------------------------------------------------------------------ painting
+// ---- painting
 
 void TimeLayout::UpdateLabels() {
   for (const Field& field : kFields) {

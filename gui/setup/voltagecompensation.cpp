@@ -37,7 +37,7 @@ VoltageCompensation::VoltageCompensation(QWidget* parent)
       timLoadingProgress(NewTimer("timLoadingProgress", [this] { TimeoutLoadingProgress(); })),
       timRecvResult(NewTimer("timRecvResult", [this] { TimeoutRecvResult(); })) {}
 
-// ------------------------------------------------------------------------------------------------------------- touches
+// ---- touches
 
 void VoltageCompensation::touchEvent(int type, int x, int y) {
   if (!isLoadingVoltageCompensation) TileScreen::touchEvent(type, x, y);
@@ -97,7 +97,7 @@ void VoltageCompensation::TimeoutEvent() {
   }
 }
 
-// -------------------------------------------------------------------------------------------------------- measurements
+// ---- measurements
 
 void VoltageCompensation::Measure(Step step) {
   mVolComFlag = step;
@@ -135,7 +135,7 @@ void VoltageCompensation::EndMeasurement() {
   if (both) SetTimer(timRecvResult, kVerdictMs);
 }
 
-// --------------------------------------------------------------------------------------------------------- the verdict
+// ---- the verdict
 
 void VoltageCompensation::recvEvent(int event, int value) {
   if (event != RECV_ZEL_STATUS_VOLT_SET) return;
@@ -156,7 +156,7 @@ void VoltageCompensation::EscapeVolComMenu() {
   DelMessageBox();
 }
 
-// ------------------------------------------------------------------------------------------------------------ painting
+// ---- painting
 
 void VoltageCompensation::PaintPage(QPainter& painter, const QRect& exposed) {
   Draw(painter, exposed, kPage, gVoltageCompensation.Bg);
