@@ -321,6 +321,11 @@ const State kStates[] = {
        gClock = [] { return QDateTime::currentDateTime().addDays(12); };
        c.Open(MAINMENU);
      }},
+    {MAINMENU, "main-menu-version", "A version of six digits",
+     [](Camera& c) {
+       Camera::Setting().major_ver = Camera::Setting().minor_ver = Camera::Setting().minor_ver2 = 10;
+       c.Open(MAINMENU);
+     }},
     {MAINMENU, "main-menu-list", "The question before recording is stopped",
      [](Camera& c) {
        c.Open(MAINMENU);

@@ -16,9 +16,9 @@ constexpr TileOption kMode{.pictures = &gFrontLed.Mode,
 }  // namespace
 
 constexpr FrontLed::Tile FrontLed::kTiles[] = {
-    {.row = 1, .column = 1, .key = &gFrontLed.NumberSave, .next = NUMBERSETLAYOUT},
-    {.row = 1, .column = 2, .key = &gFrontLed.FileList, .press = Press<&FrontLed::PressList>},
-    {.row = 1, .column = 3, .option = &kMode, .press = Press<&FrontLed::PressMode>},
+    {1, 1, Door{gFrontLed.NumberSave, NUMBERSETLAYOUT}},
+    {1, 2, Action{gFrontLed.FileList, Press<&FrontLed::PressList>}},
+    {1, 3, Option{kMode, Press<&FrontLed::PressMode>}},
 };
 
 FrontLed::FrontLed(QWidget* parent) : TileScreen(parent, gFrontLed.Title, kTiles) {}

@@ -10,11 +10,16 @@
 
 namespace {
 constexpr QPoint kIcon(8, 3), kCheckBox(351, 5);
-constexpr QColor kText(255, 255, 255), kLocked(156, 156, 156);
-constexpr LabelRow kName{"mNameLabel", {64, 0, 280, 50}, 18, kText};
+constexpr QColor kLocked(156, 156, 156);
+
+QColor Ink() {
+  const Color& text = gColor.PreviewText;
+  return {text.r, text.g, text.b};
+}
 }  // namespace
 
-LedFileItem::LedFileItem(QWidget* parent) : QWidget(parent), mNameLabel(AddLabel(this, kName)) {}
+LedFileItem::LedFileItem(QWidget* parent)
+    : QWidget(parent), mNameLabel(AddLabel(this, {"mNameLabel", {64, 0, 280, 50}, gFont.Size.List, Ink()})) {}
 
 QString LedFileItem::NameOf(const Led_File_Item& item) {
   return QTextCodec::codecForName("eucKR")->toUnicode(item.nickName.toLatin1());
@@ -26,7 +31,7 @@ void LedFileItem::Repaint(const Led_File_Item* item, bool locked) {
   const QString name = item ? NameOf(*item) : QString();
   mNameLabel->setText(mNameLabel->fontMetrics().elidedText(name, Qt::ElideRight, mNameLabel->width()));
   QPalette ink = mNameLabel->palette();
-  ink.setColor(QPalette::WindowText, locked ? kLocked : kText);
+  ink.setColor(QPalette::WindowText, locked ? kLocked : Ink());
   mNameLabel->setPalette(ink);
   update();
 }

@@ -9,11 +9,15 @@
 
 namespace {
 constexpr QPoint kIcon(8, 3);
-constexpr LabelRow kFileName{"mFileNameLabel", {64, 0, 328, 50}, 18, {255, 255, 255}};
+
+QLabel* AddFileName(QWidget* item) {
+  const Color& text = gColor.PreviewText;
+  return AddLabel(item, {"mFileNameLabel", {64, 0, 328, 50}, gFont.Size.List, {text.r, text.g, text.b}});
+}
 }  // namespace
 
 RecordingFileItem::RecordingFileItem(QWidget* parent)
-    : QWidget(parent), mFileNameLabel(AddLabel(this, kFileName)), mIconBgPath(gFileList.ItemBg) {}
+    : QWidget(parent), mFileNameLabel(AddFileName(this)), mIconBgPath(gFileList.ItemBg) {}
 
 QString RecordingFileItem::SettingListFileName(const FileItem& item) {
   if (!item.recStopFlag) return item.fileName;

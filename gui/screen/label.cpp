@@ -1,6 +1,19 @@
 #include "gui/screen/label.h"
 
+#include <QFontMetrics>
 #include <QLabel>
+
+namespace {
+constexpr int kNarrowest = 88;  // percent of the font's width that can still be read at a glance
+}
+
+QFont FittingFont(QFont font, const QString& text, int width) {
+  for (int stretch = QFont::Unstretched; stretch >= kNarrowest; --stretch) {
+    font.setStretch(stretch);
+    if (QFontMetrics(font).boundingRect({0, 0, width, 0}, Qt::TextSingleLine, text).width() <= width) break;
+  }
+  return font;
+}
 
 void SetLabel(QLabel* label, const LabelRow& row) {
   label->setObjectName(QLatin1String(row.name));

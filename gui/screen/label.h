@@ -4,6 +4,7 @@
 #include <QRect>
 #include <QString>
 
+class QFont;
 class QLabel;
 class QWidget;
 
@@ -16,6 +17,9 @@ struct LabelRow {
   Qt::AlignmentFlag align = Qt::AlignLeft;
   bool bold = false;
 };
+
+/// `font` in which `text` fits into `width` pixels: as wide as it can be, down to 88 %. GUI thread.
+QFont FittingFont(QFont font, const QString& text, int width);
 
 /// Makes a label what the row says. GUI thread.
 void SetLabel(QLabel* label, const LabelRow& row);

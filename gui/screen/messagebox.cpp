@@ -1,14 +1,13 @@
 #include "gui/screen/messagebox.h"
 
-#include <QFontMetrics>
 #include <QLabel>
 #include <QPainter>
-#include <QTextCodec>
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
 #include "gui/base/picture.h"
+#include "gui/screen/label.h"
 #include "gui/settings/config.h"
 
 namespace {
@@ -17,18 +16,6 @@ constexpr QPoint kRightButton(230, 165);
 constexpr QPoint kOnlyButton(132, 165);
 constexpr QPoint kIcon(26, 50);
 constexpr int kLineHeight = 30;
-constexpr int kNarrowest = 88;  // percent of the font's width that can still be read at a glance
-
-/// The application's font in which `text` fits into `width`: as wide as it can be, down to kNarrowest.
-QFont FittingFont(const QString& text, int pixelSize, int width) {
-  QFont font;
-  font.setPixelSize(pixelSize);
-  for (int stretch = QFont::Unstretched; stretch >= kNarrowest; --stretch) {
-    font.setStretch(stretch);
-    if (QFontMetrics(font).boundingRect({0, 0, width, 0}, Qt::TextSingleLine, text).width() <= width) break;
-  }
-  return font;
-}
 }  // namespace
 
 // clang-format off
@@ -54,7 +41,6 @@ void MessageBox::InitData() {
     *label = new QLabel(this);
     (*label)->setTextFormat(Qt::PlainText);
   }
-  codec = QTextCodec::codecForName("UTF-8");
   dimBgPath = gMessageBox.DimBg;
   messageAlarmPath = gMessageBox.Alarm;
   messageBoxPath = gMessageBox.Box1;
@@ -152,14 +138,15 @@ void MessageBox::PlaceLines(const QString& text) {
 }
 
 void MessageBox::SetLabel(QLabel* label, int x, int y, int width, int pixelSize, QString text) {
-  // A text whose characters are the single bytes of UTF-8 is decoded; one that is text already stays.
-  const QByteArray bytes = text.toLatin1();
-  if (QString::fromLatin1(bytes) == text) text = codec->toUnicode(bytes);
+  text = GetStringByLanguage(text);
+  const Color& ink = gColor.PreviewText;
   const QString style =
-      QStringLiteral("QLabel {background:transparent;color:rgb(%1,%2,%3);}").arg(255).arg(255).arg(255);
+      QStringLiteral("QLabel {background:transparent;color:rgb(%1,%2,%3);}").arg(ink.r).arg(ink.g).arg(ink.b);
   if (label->styleSheet() != style) label->setStyleSheet(style);
   label->setGeometry(x, y, width, label_hei);
-  label->setFont(FittingFont(text, pixelSize, width));
+  QFont font;
+  font.setPixelSize(pixelSize);
+  label->setFont(FittingFont(font, text, width));
   label->setText(text);
   if (align_type == 2) label->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
   if (align_type == 1) label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);

@@ -8,7 +8,6 @@
 #include <QWidget>
 
 class QLabel;
-class QTextCodec;
 
 /// A notice or question over a screen: up to three lines of text on a frame, an icon, pictures of buttons. It takes no
 /// touches: the screen that shows it asks ButtonAt. GUI thread.
@@ -73,7 +72,6 @@ private:
   int label_x = 0, label_y = 0, label_wid = 0, label_hei = 0;
   int label_x2 = 0, label_y2 = 0, label_x3 = 0, label_y3 = 0;
   QStringList sList;
-  QTextCodec* codec = nullptr;
   int align_type = 0;
   int px = 0;
 

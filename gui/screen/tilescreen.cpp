@@ -41,14 +41,9 @@ void TileScreen::touchEvent(int, int x, int y) {
     return;
   }
   for (const Tile& tile : mTiles) {
-    if (!IsThere(tile) || !IsTouched(TileRect(tile.row, tile.column), x, y)) continue;
-    if (tile.offered && !tile.offered(*this)) return;
-    if (tile.press)
-      tile.press(*this);
-    else if (tile.option)
-      PressOption(tile);
-    else
-      Next(tile.next);
+    const QRect place = TileRect(tile.row, tile.column);
+    if (!tile.there(*this) || !IsTouched(place, x, y)) continue;
+    std::visit([&](const auto& what) { PressTile(what, place); }, tile.what);
     return;
   }
   TouchPage(x, y);
@@ -64,8 +59,11 @@ void TileScreen::paintEvent(QPaintEvent* event) {
   Draw(painter, exposed, kTitle, mTitle);
   if (mHeader == Header::HomeAndBack)
     Draw(painter, exposed, kBackKey.topLeft(), QStringLiteral("common/back_normal.bmp"));
-  for (const Tile& tile : mTiles)
-    if (IsThere(tile)) Draw(painter, exposed, TileRect(tile.row, tile.column).topLeft(), PictureOf(tile));
+  for (const Tile& tile : mTiles) {
+    if (!tile.there(*this)) continue;
+    const QString picture = std::visit([this](const auto& what) { return PictureOf(what); }, tile.what);
+    Draw(painter, exposed, TileRect(tile.row, tile.column).topLeft(), picture);
+  }
 }
 
 void TileScreen::Draw(QPainter& painter, const QRect& exposed, QPoint at, const QString& path) {
@@ -73,31 +71,44 @@ void TileScreen::Draw(QPainter& painter, const QRect& exposed, QPoint at, const 
   if (QRect(at, picture.size()).intersects(exposed)) painter.drawPixmap(at, picture);
 }
 
-bool TileScreen::IsThere(const Tile& tile) const {
-  return !tile.there || tile.there(*this);
+// ---- keys
+
+QString TileScreen::PictureOf(const Button_Config& key, Question offered) const {
+  return offered(*this) ? key.ReleaseImage : key.DisableImage;
 }
 
-QString TileScreen::PictureOf(const Tile& tile) const {
-  if (!tile.option) return !tile.offered || tile.offered(*this) ? tile.key->ReleaseImage : tile.key->DisableImage;
-  const TileOption& option = *tile.option;
+void TileScreen::PressTile(const Door& door, const QRect&) {
+  if (door.offered(*this)) Next(door.next);
+}
+
+void TileScreen::PressTile(const Action& action, const QRect&) {
+  if (action.offered(*this)) action.press(*this);
+}
+
+// ---- options
+
+QString TileScreen::PictureOf(const Option& tile) const {
+  const TileOption& option = tile.option;
   const int value = gEnvirnmentSettings.mSetting.*option.field;
   const qint64 number = tile.shown ? tile.shown() : (qint64{value} - option.least) / option.step;
   return option.pictures->Image[std::clamp<qint64>(number, 0, option.pictures->NumOfImage - 1)].ReleaseImage;
 }
 
-// ---- options
-
 int TileScreen::NextValue(const TileOption& option, int old) {
-  const qint64 place = (qint64{old} - option.least) / option.step;
-  return option.least + int(((place + 1) % option.count + option.count) % option.count) * option.step;
+  const int place = old / option.step % option.count;  // of a value below 0 it is below 0, too
+  return std::max((place + 1 + option.count) % option.count * option.step, option.least);
 }
 
-void TileScreen::PressOption(const Tile& tile) {
-  const TileOption& option = *tile.option;
-  if (option.holdsVoices) gMainWindow->SetIsPlayingVoice(true);
-  Advance(option);
-  repaint(TileRect(tile.row, tile.column));
-  if (option.holdsVoices) gMainWindow->SetIsPlayingVoice(false);
+void TileScreen::PressTile(const Option& tile, const QRect& place) {
+  if (tile.press) {
+    tile.press(*this);
+    return;
+  }
+  const bool holdsVoices = tile.option.holdsVoices;
+  if (holdsVoices) gMainWindow->SetIsPlayingVoice(true);
+  Advance(tile.option);
+  repaint(place);
+  if (holdsVoices) gMainWindow->SetIsPlayingVoice(false);
 }
 
 void TileScreen::Advance(const TileOption& option) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <variant>
 
 #include "gui/screen/basewidget.h"
 
@@ -9,9 +10,9 @@ struct Button_Config;
 struct Image_Config;
 struct Setting_Config;
 
-/// An option of the recorder: one of `count` values `least`, `least` + `step`, ..., each with its picture.
+/// An option of the recorder: one of `count` values 0, `step`, 2 `step`, ..., without those below `least`.
 struct TileOption {
-  const Image_Config* pictures;  ///< by value, in order
+  const Image_Config* pictures;  ///< of the values, in order
   int Setting_Config::*field;
   Setting_Id id;
   int count;
@@ -31,28 +32,45 @@ public:
   void touchEvent(int type, int x, int y) override;
 
 protected:
-  struct Tile {
-    int row;                                       ///< 1 or 2
-    int column;                                    ///< 1 to 3
-    const Button_Config* key = nullptr;            ///< its pictures, or
-    const TileOption* option = nullptr;            ///< the option that it shows, and that a touch moves on
-    WidgetId next = UNKNOWN;                       ///< the screen that a touch opens,
-    void (*press)(TileScreen&) = nullptr;          ///< or what else it does
-    bool (*offered)(const TileScreen&) = nullptr;  ///< null: always; a key that is not offered is shown disabled
-    bool (*there)(const TileScreen&) = nullptr;  ///< null: always; a tile that is not there leaves its place to another
-    int (*shown)() = nullptr;  ///< of an option: the number of its picture when the value does not say it
+  using Question = bool (*)(const TileScreen&);
+  static constexpr bool Always(const TileScreen&) { return true; }
+
+  /// Shows an option. A touch moves it on.
+  struct Option {
+    const TileOption& option;
+    void (*press)(TileScreen&) = nullptr;  ///< in a way of its own
+    int (*shown)() = nullptr;              ///< the number of the picture when the value does not say it
   };
 
-  /// What a touch of a tile does: member function `press` of the screen that the table belongs to.
+  /// A key that opens a screen. One that is not offered is shown disabled.
+  struct Door {
+    const Button_Config& key;
+    WidgetId next;
+    Question offered = Always;
+  };
+
+  /// A key that does something else.
+  struct Action {
+    const Button_Config& key;
+    void (*press)(TileScreen&);
+    Question offered = Always;
+  };
+
+  struct Tile {
+    int row;     ///< 1 or 2
+    int column;  ///< 1 to 3
+    std::variant<Option, Door, Action> what;
+    Question there = Always;  ///< a tile that is not there leaves its place to another
+  };
+
+  /// For a table: member function `press` or `is` of the screen that it belongs to.
   template <auto press>
   static void Press(TileScreen& screen) {
-    Call(screen, press);
+    [&]<class Screen>(void (Screen::*own)()) { (static_cast<Screen&>(screen).*own)(); }(press);
   }
-
-  /// Whether a tile is offered or there: member function `is` of the screen.
   template <auto is>
   static bool Is(const TileScreen& screen) {
-    return Ask(screen, is);
+    return [&]<class Screen>(bool (Screen::*own)() const) { return (static_cast<const Screen&>(screen).*own)(); }(is);
   }
 
   enum class Header { HomeAndBack, Home };
@@ -84,19 +102,13 @@ protected:
   void Advance(const TileOption& option);
 
 private:
-  bool IsThere(const Tile& tile) const;
-  QString PictureOf(const Tile& tile) const;
-  void PressOption(const Tile& tile);
-
-  template <class Screen>
-  static void Call(TileScreen& screen, void (Screen::*press)()) {
-    (static_cast<Screen&>(screen).*press)();
-  }
-
-  template <class Screen>
-  static bool Ask(const TileScreen& screen, bool (Screen::*is)() const) {
-    return (static_cast<const Screen&>(screen).*is)();
-  }
+  QString PictureOf(const Option& tile) const;
+  QString PictureOf(const Door& door) const { return PictureOf(door.key, door.offered); }
+  QString PictureOf(const Action& action) const { return PictureOf(action.key, action.offered); }
+  QString PictureOf(const Button_Config& key, Question offered) const;
+  void PressTile(const Option& tile, const QRect& place);
+  void PressTile(const Door& door, const QRect& place);
+  void PressTile(const Action& action, const QRect& place);
 
   QString mTitle;
   std::span<const Tile> mTiles;

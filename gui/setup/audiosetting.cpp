@@ -49,10 +49,10 @@ int VoicePicture() {
 }  // namespace
 
 constexpr AudioSetting::Tile AudioSetting::kTiles[] = {
-    {.row = 1, .column = 1, .option = &kVoice, .press = Press<&AudioSetting::PressVoice>, .shown = VoicePicture},
-    {.row = 1, .column = 2, .option = &kMic, .press = Press<&AudioSetting::PressMicrophone>},
-    {.row = 1, .column = 3, .option = &kEventAlarm},
-    {.row = 2, .column = 1, .option = &kBlackspot},
+    {1, 1, Option{kVoice, Press<&AudioSetting::PressVoice>, VoicePicture}},
+    {1, 2, Option{kMic, Press<&AudioSetting::PressMicrophone>}},
+    {1, 3, Option{kEventAlarm}},
+    {2, 1, Option{kBlackspot}},
 };
 
 AudioSetting::AudioSetting(QWidget* parent) : TileScreen(parent, gAudioSetting.Title, kTiles) {}

@@ -11,21 +11,12 @@ constexpr int kNoticeMs = 2000;
 }
 
 constexpr BlackboxManagement::Tile BlackboxManagement::kTiles[] = {
-    {.row = 1, .column = 1, .key = &gBlackboxManagementConfig.LcdSetting, .next = LCDSETTING},
-    {.row = 1,
-     .column = 2,
-     .key = &gBlackboxManagementConfig.LedSetting,
-     .press = Press<&BlackboxManagement::PressLed>},
-    {.row = 1, .column = 3, .key = &gBlackboxManagementConfig.TimeSetting, .next = TIMELAYOUT},
-    {.row = 2,
-     .column = 1,
-     .key = &gBlackboxManagementConfig.TouchCompensation,
-     .press = Press<&BlackboxManagement::PressTouchCompensation>},
-    {.row = 2, .column = 2, .key = &gBlackboxManagementConfig.AudioSetting, .next = AUDIOSETTING},
-    {.row = 2,
-     .column = 3,
-     .key = &gBlackboxManagementConfig.Initialize,
-     .press = Press<&BlackboxManagement::AskUserDataInit>},
+    {1, 1, Door{gBlackboxManagementConfig.LcdSetting, LCDSETTING}},
+    {1, 2, Action{gBlackboxManagementConfig.LedSetting, Press<&BlackboxManagement::PressLed>}},
+    {1, 3, Door{gBlackboxManagementConfig.TimeSetting, TIMELAYOUT}},
+    {2, 1, Action{gBlackboxManagementConfig.TouchCompensation, Press<&BlackboxManagement::PressTouchCompensation>}},
+    {2, 2, Door{gBlackboxManagementConfig.AudioSetting, AUDIOSETTING}},
+    {2, 3, Action{gBlackboxManagementConfig.Initialize, Press<&BlackboxManagement::AskUserDataInit>}},
 };
 
 BlackboxManagement::BlackboxManagement(QWidget* parent) : TileScreen(parent, gBlackboxManagementConfig.Title, kTiles) {}
@@ -51,13 +42,14 @@ void BlackboxManagement::MessageBoxHandler(int, int x, int y, int messageId) {
   if (messageId != USER_DATA_INIT && !warned) return;
   const MessageBox::Button button = MessageBox::ButtonAt(x, y);
   if (button == MessageBox::Button::None) return;
-  DelMessageBox();
-  if (button == MessageBox::Button::Right) return;
+  const bool yes = button == MessageBox::Button::Left;
   const Setting_Config& applied = gEnvirnmentSettings.mOldSetting;
-  if (!warned && applied.resolution != 0)  // a reset changes it, and then the card must be formatted
+  if (yes && !warned && applied.resolution != 0) {  // a reset changes it, and then the card must be formatted
     PaintMessageBox(INITIALIZE_RESET_RES_NEED_FORMAT, false, 0, 0);
-  else if (!warned && applied.fps != 0)
+  } else if (yes && !warned && applied.fps != 0) {
     PaintMessageBox(INITIALIZE_RESET_FPS_NEED_FORMAT, false, 0, 0);
-  else
-    SendEvent(SEND_SET_USER_DATA_INIT, 0, QString());
+  } else {
+    DelMessageBox();
+    if (yes) SendEvent(SEND_SET_USER_DATA_INIT, 0, QString());
+  }
 }

@@ -34,9 +34,8 @@ constexpr TileOption kSpeed{.pictures = &gDrivingSetting.SpeedDisplay,
 }  // namespace
 
 constexpr DrivingSetting::Tile DrivingSetting::kTiles[] = {
-    {.row = 1, .column = 1, .option = &kResolution}, {.row = 1, .column = 2, .option = &kFrame},
-    {.row = 1, .column = 3, .option = &kBrightness}, {.row = 2, .column = 1, .option = &kShock},
-    {.row = 2, .column = 2, .option = &kSpeed},
+    {1, 1, Option{kResolution}}, {1, 2, Option{kFrame}}, {1, 3, Option{kBrightness}},
+    {2, 1, Option{kShock}},      {2, 2, Option{kSpeed}},
 };
 
 DrivingSetting::DrivingSetting(QWidget* parent) : TileScreen(parent, gDrivingSetting.Title, kTiles) {}

@@ -24,9 +24,9 @@ bool IsByType(const TileScreen&) {
 }  // namespace
 
 constexpr FileDeleteMethod::Tile FileDeleteMethod::kTiles[] = {
-    {.row = 1, .column = 1, .option = &kMethod, .press = Press<&FileDeleteMethod::PressMethod>},
-    {.row = 1, .column = 2, .key = &gFileDeleteMethod.Memory, .next = FILEMANAGEMENT, .offered = IsByType},
-    {.row = 1, .column = 3, .option = &kProtectFile, .press = Press<&FileDeleteMethod::PressProtectFile>},
+    {1, 1, Option{kMethod, Press<&FileDeleteMethod::PressMethod>}},
+    {1, 2, Door{gFileDeleteMethod.Memory, FILEMANAGEMENT, IsByType}},
+    {1, 3, Option{kProtectFile, Press<&FileDeleteMethod::PressProtectFile>}},
 };
 
 FileDeleteMethod::FileDeleteMethod(QWidget* parent) : TileScreen(parent, gFileDeleteMethod.Title, kTiles) {}

@@ -1,12 +1,6 @@
 #pragma once
 
-#include <QString>
-
-class QLabel;
 class QWidget;
 
-/// "FW Ver.1.2.3", from the settings.
-QString FirmwareVersion();
-
-/// The version in the header of a main menu.
-QLabel* AddFirmwareVersion(QWidget* screen);
+/// Adds "FW Ver.1.2.3", from the settings, to the header of a main menu.
+void AddFirmwareVersion(QWidget* screen);

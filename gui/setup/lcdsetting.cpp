@@ -20,7 +20,7 @@ void FollowSecond(int second) {
 constexpr TileOption kSecond{.pictures = &gLcdSetting.Second,
                              .field = &Setting_Config::lcd_auto_off,
                              .id = Set_Cfg_Lcd_Auto_Off,
-                             .count = 4,
+                             .count = 5,
                              .least = 1,
                              .command = SEND_LCD_AUTO_OFF,
                              .effect = FollowSecond};
@@ -37,9 +37,9 @@ constexpr TileOption kScreenSaver{.pictures = &gLcdSetting.ScreenSaver,
 }  // namespace
 
 constexpr LcdSetting::Tile LcdSetting::kTiles[] = {
-    {.row = 1, .column = 1, .option = &kSecond, .press = Press<&LcdSetting::PressSecond>},
-    {.row = 1, .column = 2, .option = &kBrightness, .press = Press<&LcdSetting::PressBrightness>},
-    {.row = 1, .column = 3, .option = &kScreenSaver, .press = Press<&LcdSetting::PressScreenSaver>},
+    {1, 1, Option{kSecond, Press<&LcdSetting::PressSecond>}},
+    {1, 2, Option{kBrightness, Press<&LcdSetting::PressBrightness>}},
+    {1, 3, Option{kScreenSaver, Press<&LcdSetting::PressScreenSaver>}},
 };
 
 LcdSetting::LcdSetting(QWidget* parent) : TileScreen(parent, gLcdSetting.Title, kTiles) {}

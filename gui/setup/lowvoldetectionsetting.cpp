@@ -15,13 +15,11 @@ constexpr TileOption kCutoffTime{.pictures = &gLowVolDetectionSettingConfig.Cuto
 }  // namespace
 
 constexpr LowVolDetectionSetting::Tile LowVolDetectionSetting::kTiles[] = {
-    {.row = 1, .column = 1, .key = &gLowVolDetectionSettingConfig.PowerCut, .next = POWERCUTSETTING},
-    {.row = 1, .column = 2, .option = &kCutoffTime},
-    {.row = 1,
-     .column = 3,
-     .key = &gLowVolDetectionSettingConfig.VolCompensation,
-     .press = Press<&LowVolDetectionSetting::PressVoltageCompensation>,
-     .offered = IsVoltageCompensationOffered},
+    {1, 1, Door{gLowVolDetectionSettingConfig.PowerCut, POWERCUTSETTING}},
+    {1, 2, Option{kCutoffTime}},
+    {1, 3,
+     Action{gLowVolDetectionSettingConfig.VolCompensation, Press<&LowVolDetectionSetting::PressVoltageCompensation>,
+            IsVoltageCompensationOffered}},
 };
 
 LowVolDetectionSetting::LowVolDetectionSetting(QWidget* parent)

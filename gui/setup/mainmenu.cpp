@@ -39,12 +39,12 @@ void LogThread(const RecFileThread& thread) {
 }  // namespace
 
 constexpr MainMenu::Tile MainMenu::kTiles[] = {
-    {.row = 1, .column = 1, .key = &gMainMenu.PlayList, .press = Press<&MainMenu::AskFileList>},
-    {.row = 1, .column = 2, .key = &gMainMenu.FileDelete, .next = FILEDELMETHOD},
-    {.row = 1, .column = 3, .key = &gMainMenu.SdManagement, .next = SDMANAGEMENT},
-    {.row = 2, .column = 1, .key = &gMainMenu.DrivingSetting, .next = DRIVINGSETTING},
-    {.row = 2, .column = 2, .key = &gMainMenu.ParkingSetting, .next = PARKINGSETTING},
-    {.row = 2, .column = 3, .key = &gMainMenu.BlackboxManagement, .next = BLACKBOXMANAGEMENT},
+    {1, 1, Action{gMainMenu.PlayList, Press<&MainMenu::AskFileList>}},
+    {1, 2, Door{gMainMenu.FileDelete, FILEDELMETHOD}},
+    {1, 3, Door{gMainMenu.SdManagement, SDMANAGEMENT}},
+    {2, 1, Door{gMainMenu.DrivingSetting, DRIVINGSETTING}},
+    {2, 2, Door{gMainMenu.ParkingSetting, PARKINGSETTING}},
+    {2, 3, Door{gMainMenu.BlackboxManagement, BLACKBOXMANAGEMENT}},
 };
 
 MainMenu::MainMenu(QWidget* parent) : TileScreen(parent, gMainMenu.Title, kTiles, Header::Home) {
@@ -52,7 +52,7 @@ MainMenu::MainMenu(QWidget* parent) : TileScreen(parent, gMainMenu.Title, kTiles
 }
 
 void MainMenu::InitLabel() {
-  mFwVerLabel = AddFirmwareVersion(this);
+  AddFirmwareVersion(this);
   mSdFormatDayLabel = AddLabel(this, kFormatDay);
   mSdFormatDayLabel->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
 }

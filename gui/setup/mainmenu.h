@@ -32,6 +32,5 @@ private:
   void EnterFileList();
   void GetFileList();
 
-  QLabel* mFwVerLabel = nullptr;
   QLabel* mSdFormatDayLabel = nullptr;
 };

@@ -7,20 +7,18 @@
 #include "gui/setup/voltageentry.h"
 
 constexpr MainMenu2::Tile MainMenu2::kTiles[] = {
-    {.row = 1, .column = 1, .key = &gMainMenu2.AudioSetting, .next = AUDIOSETTING},
-    {.row = 1, .column = 2, .key = &gMainMenu2.FileDelete, .next = FILEDELMETHOD},
-    {.row = 1, .column = 3, .key = &gMainMenu2.TimeSetting, .next = TIMELAYOUT},
-    {.row = 2, .column = 1, .key = &gMainMenu2.TouchCompensation, .press = Press<&MainMenu2::PressTouchCompensation>},
-    {.row = 2, .column = 2, .key = &gMainMenu2.MotionSetting, .press = Press<&MainMenu2::AskMotionSetting>},
-    {.row = 2,
-     .column = 3,
-     .key = &gMainMenu2.VoltageCompensation,
-     .press = Press<&MainMenu2::PressVoltageCompensation>,
-     .offered = IsVoltageCompensationOffered},
+    {1, 1, Door{gMainMenu2.AudioSetting, AUDIOSETTING}},
+    {1, 2, Door{gMainMenu2.FileDelete, FILEDELMETHOD}},
+    {1, 3, Door{gMainMenu2.TimeSetting, TIMELAYOUT}},
+    {2, 1, Action{gMainMenu2.TouchCompensation, Press<&MainMenu2::PressTouchCompensation>}},
+    {2, 2, Action{gMainMenu2.MotionSetting, Press<&MainMenu2::AskMotionSetting>}},
+    {2, 3,
+     Action{gMainMenu2.VoltageCompensation, Press<&MainMenu2::PressVoltageCompensation>, IsVoltageCompensationOffered}},
 };
 
-MainMenu2::MainMenu2(QWidget* parent)
-    : TileScreen(parent, gMainMenu2.Title, kTiles), mFwVerLabel(AddFirmwareVersion(this)) {}
+MainMenu2::MainMenu2(QWidget* parent) : TileScreen(parent, gMainMenu2.Title, kTiles) {
+  AddFirmwareVersion(this);
+}
 
 void MainMenu2::PressTouchCompensation() {
   gMainWindow->StopParkingModeLcdOffTimer();

@@ -2,8 +2,6 @@
 
 #include "gui/screen/tilescreen.h"
 
-class QLabel;
-
 /// The second menu. GUI thread.
 class MainMenu2 : public TileScreen {
   Q_OBJECT
@@ -20,6 +18,4 @@ private:
   void PressTouchCompensation();
   void AskMotionSetting();
   void PressVoltageCompensation();
-
-  QLabel* mFwVerLabel;
 };

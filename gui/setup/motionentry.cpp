@@ -13,6 +13,7 @@ constexpr int kNoticeMs = 2000;
 constexpr int kFrontView = 1, kRearView = 2;
 
 void Enter(BaseWidget& screen, int display) {
+  screen.DelMessageBox();
   gEnvirnmentSettings.SetSettingConfig(Set_Cfg_Display, display);
   screen.SendEvent(SEND_SWITCH_DISP_FOR_MOTION, display, QString());
   screen.Next(MOTIONSETTING);
@@ -28,7 +29,6 @@ void Refuse(BaseWidget& screen, int messageId) {
 void AnswerMotionEntry(BaseWidget& screen, int x, int y) {
   const MessageBox::Button button = MessageBox::ButtonAt(x, y);
   if (button == MessageBox::Button::None) return;
-  screen.DelMessageBox();
   const Setting_Config& setting = gEnvirnmentSettings.mSetting;
   if (button == MessageBox::Button::Left)
     Enter(screen, kFrontView);

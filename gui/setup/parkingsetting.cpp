@@ -51,18 +51,14 @@ bool IsReportOffered(const TileScreen&) {
 }  // namespace
 
 constexpr ParkingSetting::Tile ParkingSetting::kTiles[] = {
-    {.row = 1, .column = 1, .option = &kMode},
-    {.row = 1, .column = 2, .option = &kShock},
-    {.row = 1, .column = 3, .option = &kMotion},
-    {.row = 2, .column = 1, .key = &gParkingSetting.LowVol, .next = LOWVOLDETECTIONSETTING},
-    {.row = 2, .column = 2, .key = &gParkingSetting.MotionSetting, .press = Press<&ParkingSetting::AskMotionSetting>},
-    {.row = 2, .column = 3, .option = &kEntry, .there = IsEntryThere},
-    {.row = 2,
-     .column = 3,
-     .key = &gParkingSetting.RecordingInfo,
-     .press = Press<&ParkingSetting::PaintPfileInfo>,
-     .offered = IsReportOffered,
-     .there = IsReportThere},
+    {1, 1, Option{kMode}},
+    {1, 2, Option{kShock}},
+    {1, 3, Option{kMotion}},
+    {2, 1, Door{gParkingSetting.LowVol, LOWVOLDETECTIONSETTING}},
+    {2, 2, Action{gParkingSetting.MotionSetting, Press<&ParkingSetting::AskMotionSetting>}},
+    {2, 3, Option{kEntry}, IsEntryThere},
+    {2, 3, Action{gParkingSetting.RecordingInfo, Press<&ParkingSetting::PaintPfileInfo>, IsReportOffered},
+     IsReportThere},
 };
 
 ParkingSetting::ParkingSetting(QWidget* parent) : TileScreen(parent, gParkingSetting.Title, kTiles) {}

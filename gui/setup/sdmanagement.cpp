@@ -15,8 +15,8 @@ constexpr int kStopForCard = 3;  // SEND_VIDEO_REC_STOP: the card is about to be
 }  // namespace
 
 constexpr SdManagement::Tile SdManagement::kTiles[] = {
-    {.row = 1, .column = 1, .key = &gSdManagementConfig.Format, .press = Press<&SdManagement::AskFormat>},
-    {.row = 1, .column = 2, .key = &gSdManagementConfig.Check, .press = Press<&SdManagement::AskCheck>},
+    {1, 1, Action{gSdManagementConfig.Format, Press<&SdManagement::AskFormat>}},
+    {1, 2, Action{gSdManagementConfig.Check, Press<&SdManagement::AskCheck>}},
 };
 
 SdManagement::SdManagement(QWidget* parent)
@@ -55,7 +55,6 @@ void SdManagement::MessageBoxHandler(int, int x, int y, int messageId) {
 
 void SdManagement::StopRecording(bool& start) {
   gMainWindow->StopParkingModeLcdOffTimer();
-  DelMessageBox();
   start = true;
   PaintMessageBox(VIDEO_REC_STOP, false, 0, 0);
   const QPointer<SdManagement> here(this);
@@ -87,7 +86,6 @@ void SdManagement::Format() {
 }
 
 void SdManagement::Check() {
-  DelMessageBox();
   PaintMessageBox(SD_CARD_CHECK_ING, false, 0, 0);
   const QPointer<SdManagement> here(this);
   gEventGate.ProcessEvents();
@@ -97,7 +95,6 @@ void SdManagement::Check() {
 }
 
 void SdManagement::EndCheck(int fault) {
-  DelMessageBox();
   if (fault != 0) {
     PaintMessageBox(R_SD_ERROR_NEET_FORMAT, false, fault, 0);
     return;

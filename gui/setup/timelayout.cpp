@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "gui/base/eventgate.h"
 #include "gui/base/shell.h"
 #include "gui/screen/clock.h"
 #include "gui/screen/label.h"
@@ -23,18 +24,19 @@ constexpr QRect kDownArea(QPoint(88, 265), QPoint(232, 310)), kUpArea(QPoint(248
 
 struct TimeLayout::Field {
   Time_Type type;
+  const char* name;  // of its label
   QRect picture;
   const Button_Config* key;  // the pressed one is that of the selected field
   int Date_Config::*value;
 };
 const TimeLayout::Field TimeLayout::kFields[] = {
-    {Time_Year, {74, 68, 139, 49}, &gTimeSet.Year, &Date_Config::Year},
-    {Time_Month, {249, 68, 77, 49}, &gTimeSet.Number, &Date_Config::Month},
-    {Time_Day, {359, 68, 77, 49}, &gTimeSet.Number, &Date_Config::Day},
-    {Time_AmPm, {116, 133, 97, 49}, &gTimeSet.AmPm, &Date_Config::Apm},
-    {Time_Hour, {249, 133, 77, 49}, &gTimeSet.Number, &Date_Config::Hour},
-    {Time_Minute, {359, 133, 77, 49}, &gTimeSet.Number, &Date_Config::Minute},
-    {Time_Gmt, {249, 198, 219, 49}, &gTimeSet.Gmt, &Date_Config::gmt},
+    {Time_Year, "mYearLabel", {74, 68, 139, 49}, &gTimeSet.Year, &Date_Config::Year},
+    {Time_Month, "mMonthLabel", {249, 68, 77, 49}, &gTimeSet.Number, &Date_Config::Month},
+    {Time_Day, "mDayLabel", {359, 68, 77, 49}, &gTimeSet.Number, &Date_Config::Day},
+    {Time_AmPm, "mAmPmLabel", {116, 133, 97, 49}, &gTimeSet.AmPm, &Date_Config::Apm},
+    {Time_Hour, "mHourLabel", {249, 133, 77, 49}, &gTimeSet.Number, &Date_Config::Hour},
+    {Time_Minute, "mMinuteLabel", {359, 133, 77, 49}, &gTimeSet.Number, &Date_Config::Minute},
+    {Time_Gmt, "mGmtLabel", {249, 198, 219, 49}, &gTimeSet.Gmt, &Date_Config::gmt},
 };
 
 TimeLayout::TimeLayout(QWidget* parent)
@@ -45,8 +47,8 @@ TimeLayout::TimeLayout(QWidget* parent)
   mCurTime.gmt = mOldGmt;
   mTimeSet = mCurTime;
   for (const Field& field : kFields)
-    mLabels[size_t(field.type)] = AddLabel(
-        this, {"mTimeLabel", field.picture.adjusted(0, 0, 0, -1), 26, {255, 255, 255}, Qt::AlignHCenter, true});
+    mLabels[size_t(field.type)] =
+        AddLabel(this, {field.name, field.picture.adjusted(0, 0, 0, -1), 26, {255, 255, 255}, Qt::AlignHCenter, true});
   UpdateLabels();
 }
 
@@ -138,6 +140,7 @@ void TimeLayout::PressStep(int x, int y, void (TimeLayout::*step)()) {
 }
 
 void TimeLayout::touchReleaseEvent(bool released) {
+  if (!gEventGate.Enter(this, [this, released] { touchReleaseEvent(released); })) return;
   if (released) mLongPress.Release();
 }
 
@@ -177,7 +180,6 @@ void TimeLayout::MessageBoxHandler(int, int x, int y, int messageId) {
   gEnvirnmentSettings.AllGetSettingConfig();
   gEnvirnmentSettings.mSetting.time_set_flag = mOnlyGmt ? 0 : 1;
   StoreTime();
-  DelMessageBox();
   EntryPreview();
 }
 

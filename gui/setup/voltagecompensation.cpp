@@ -20,16 +20,12 @@ constexpr int kPixelsPerSecond = 40;
 }  // namespace
 
 constexpr VoltageCompensation::Tile VoltageCompensation::kTiles[] = {
-    {.row = 2,
-     .column = 1,
-     .key = &gVoltageCompensation.Before,
-     .press = Press<&VoltageCompensation::PressBefore>,
-     .offered = Is<&VoltageCompensation::IsBeforeOffered>},
-    {.row = 2,
-     .column = 3,
-     .key = &gVoltageCompensation.After,
-     .press = Press<&VoltageCompensation::PressAfter>,
-     .offered = Is<&VoltageCompensation::IsAfterOffered>},
+    {2, 1,
+     Action{gVoltageCompensation.Before, Press<&VoltageCompensation::PressBefore>,
+            Is<&VoltageCompensation::IsBeforeOffered>}},
+    {2, 3,
+     Action{gVoltageCompensation.After, Press<&VoltageCompensation::PressAfter>,
+            Is<&VoltageCompensation::IsAfterOffered>}},
 };
 
 VoltageCompensation::VoltageCompensation(QWidget* parent)
@@ -140,15 +136,20 @@ void VoltageCompensation::EndMeasurement() {
 void VoltageCompensation::recvEvent(int event, int value) {
   if (event != RECV_ZEL_STATUS_VOLT_SET) return;
   volComResult = value;
-  EscapeVolComMenu();
-  if (volComResult == 1) PaintMessageBox(VOLCOM_RESULT_SUCCESS, false, 0, kResultMs);
-  if (volComResult == 0) PaintMessageBox(VOLCOM_RESULT_FAIL, false, 0, kResultMs);
+  if (volComResult == 0 || volComResult == 1)
+    ShowVerdict(volComResult == 1 ? VOLCOM_RESULT_SUCCESS : VOLCOM_RESULT_FAIL);
+  else
+    EscapeVolComMenu();
   SetEvent(VOLCOM_RESULT_SUCCESS, kResultMs);
 }
 
 void VoltageCompensation::TimeoutRecvResult() {
-  EscapeVolComMenu();
-  PaintMessageBox(VOLCOM_RESULT_FAIL, false, 0, kResultMs);
+  ShowVerdict(VOLCOM_RESULT_FAIL);
+}
+
+void VoltageCompensation::ShowVerdict(int messageId) {
+  StopTimer(timRecvResult);
+  PaintMessageBox(messageId, false, 0, kResultMs);
 }
 
 void VoltageCompensation::EscapeVolComMenu() {

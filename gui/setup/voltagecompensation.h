@@ -34,6 +34,7 @@ private:
   void PressAfter();
   void Measure(Step step);
   void EndMeasurement();
+  void ShowVerdict(int messageId);
   void EscapeVolComMenu();
 
   QTimer* timLoadingProgress;

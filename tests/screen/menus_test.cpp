@@ -540,8 +540,7 @@ private slots:
     QMetaObject::invokeMethod(
         mHost.get(),
         [] {
-          if (gEventGate.Enter(EventGate::Kind::Event, TopScreen(),
-                               [] { TopScreen()->recvEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, 0); }))
+          if (gEventGate.Enter(TopScreen(), [] { TopScreen()->recvEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, 0); }))
             TopScreen()->recvEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, 0);
         },
         Qt::QueuedConnection);

@@ -17,6 +17,8 @@ class TimeLayoutTest : public ScreenTest {
   using L = TimeLayout;
   static constexpr QRect kAreas[] = {{75, 69, 138, 48},  {250, 69, 76, 48},  {360, 69, 76, 48},  {117, 134, 96, 48},
                                      {250, 134, 76, 48}, {360, 134, 76, 48}, {250, 199, 218, 48}};
+  static constexpr const char* kLabels[] = {"mYearLabel", "mMonthLabel",  "mDayLabel", "mAmPmLabel",
+                                            "mHourLabel", "mMinuteLabel", "mGmtLabel"};
   static QString Click() { return QStringLiteral("sh aplay /opt/ipnc/voice/touch.wav &"); }
 
   void Open(QDateTime now = QDateTime(QDate(2026, 5, 8), QTime(13, 24))) {
@@ -42,7 +44,7 @@ class TimeLayoutTest : public ScreenTest {
   static void Confirm() { Tap(355, 30); }
   static QStringList Texts() {
     QStringList texts;
-    for (const auto* label : TopScreen()->findChildren<QLabel*>(QStringLiteral("mTimeLabel"))) texts << label->text();
+    for (const char* name : kLabels) texts << Label(name)->text();
     return texts;
   }
   static QString Text(int field) { return Texts().at(field); }
@@ -78,8 +80,10 @@ private slots:
     Open(now);
     QCOMPARE(Texts(), (QStringList{QStringLiteral("2026"), QStringLiteral("12"), QStringLiteral("31"), half, hour,
                                    QStringLiteral("05"), QStringLiteral("0")}));
-    for (const auto* label : TopScreen()->findChildren<QLabel*>(QStringLiteral("mTimeLabel")))
+    for (const char* name : kLabels) {
+      const QLabel* label = Label(name);
       QVERIFY(QFontMetrics(label->font()).horizontalAdvance(label->text()) <= label->width() - 4);
+    }
   }
   void zoneNames() {
     QCOMPARE(L::ZoneName(0), QStringLiteral("GMT-12"));
