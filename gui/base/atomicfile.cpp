@@ -6,8 +6,12 @@
 #include <QFile>
 #include <QFileInfo>
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 
 namespace {
+constexpr int kMostLinks = 40;  // as many as the kernel follows
+
 bool SyncFolder(const QString& folder) {
   const int fd = open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (fd < 0) return false;
@@ -17,14 +21,28 @@ bool SyncFolder(const QString& folder) {
 }
 }  // namespace
 
+QString BehindLinks(const QString& file) {
+  std::filesystem::path path = QFile::encodeName(file).toStdString();
+  for (int links = 0; links <= kMostLinks; ++links) {
+    std::error_code isNoLink;
+    const std::filesystem::path target = std::filesystem::read_symlink(path, isNoLink);
+    if (isNoLink) return QFile::decodeName(path.c_str());
+    path = path.parent_path() / target;
+  }
+  return {};
+}
+
 bool WriteAtomically(const QString& file, const QByteArray& bytes) {
-  QFile beside(file + QStringLiteral(".tmp"));
+  const QFileInfo target(BehindLinks(file));
+  if (target.filePath().isEmpty() || (target.exists() && !target.isFile())) return false;
+  QFile beside(target.filePath() + QStringLiteral(".tmp"));
   const bool written = beside.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
                        beside.write(bytes) == bytes.size() && fsync(beside.handle()) == 0;
   beside.close();
-  if (!written || std::rename(QFile::encodeName(beside.fileName()).constData(), QFile::encodeName(file).constData())) {
+  if (!written ||
+      std::rename(QFile::encodeName(beside.fileName()).constData(), QFile::encodeName(target.filePath()).constData())) {
     beside.remove();
     return false;
   }
-  return SyncFolder(QFileInfo(file).absolutePath());
+  return SyncFolder(target.absolutePath());
 }

@@ -3,7 +3,11 @@
 #include <QByteArray>
 #include <QString>
 
+/// The file of this machine that `file` names through symbolic links; it need not be there yet. Empty when they lead in
+/// a circle.
+QString BehindLinks(const QString& file);
+
 /// Writes a file of this machine whole or not at all: written beside as "<name>.tmp", synced, renamed, its folder
-/// synced. False when that fails: the old file is then still there, unless the last sync failed. Any thread; a file
-/// has one writer.
+/// synced. A symbolic link stays, the file behind it is written. False when that fails, or when what stands there is no
+/// file: the old file is then still there, unless the last sync failed. Any thread; a file has one writer.
 bool WriteAtomically(const QString& file, const QByteArray& bytes);

@@ -2,6 +2,7 @@
 
 #include <sys/ptrace.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -92,6 +93,54 @@ private slots:
     QVERIFY(QDir().mkpath(root.Path(QStringLiteral("/tmp/d/inside"))));
     QVERIFY(!WriteAtomically(root.Path(QStringLiteral("/tmp/d")), "new"));
     QVERIFY(!root.Exists(QStringLiteral("/tmp/d.tmp")));
+  }
+  void aLinkStaysAndItsFileIsWritten_data() {
+    QTest::addColumn<QStringList>("links");  // name, target; the last one leads to the file
+    QTest::addColumn<QString>("file");
+    const QString away = root.Path(QStringLiteral("/opt/away"));
+    QTest::newRow("absolute") << QStringList{"/tmp/l", away + "/file"} << "/opt/away/file";
+    QTest::newRow("relative") << QStringList{"/tmp/l", "../opt/away/file"} << "/opt/away/file";
+    QTest::newRow("beside") << QStringList{"/tmp/l", "file"} << "/tmp/file";
+    QTest::newRow("chain") << QStringList{"/tmp/l", "l2", "/tmp/l2", away + "/l3", "/opt/away/l3", "../file"}
+                           << "/opt/file";
+    QTest::newRow("in a folder that is a link")
+        << QStringList{"/tmp/folder", away, "/opt/away/l2", "../file", "/tmp/l", "folder/l2"} << "/opt/file";
+  }
+  void aLinkStaysAndItsFileIsWritten() {
+    QFETCH(QStringList, links);
+    QFETCH(QString, file);
+    QVERIFY(QDir().mkpath(root.Path(QStringLiteral("/opt/away"))));
+    for (int i = 0; i < links.size(); i += 2) QVERIFY(QFile::link(links[i + 1], root.Path(links[i])));
+    // One that is not there yet, and one that is.
+    for (const QByteArray bytes : {"new and longer", "newer"}) {
+      QVERIFY(WriteAtomically(root.Path(QStringLiteral("/tmp/l")), bytes));
+      QCOMPARE(root.Read(file), bytes);
+      QVERIFY(!QFileInfo(root.Path(file)).isSymLink());
+      QVERIFY(!root.Exists(file + QStringLiteral(".tmp")));
+      for (int i = 0; i < links.size(); i += 2) QVERIFY(QFileInfo(root.Path(links[i])).isSymLink());
+    }
+    root.Remove(file);
+    for (int i = 0; i < links.size(); i += 2) root.Remove(links[i]);
+  }
+  void aLinkThatLeadsToNoFileIsNotReplaced_data() {
+    QTest::addColumn<QString>("target");
+    QTest::newRow("a circle of one") << "l";
+    QTest::newRow("a circle of two") << "l2";
+    QTest::newRow("a missing folder") << "none/file";
+    QTest::newRow("a folder") << ".";
+    QTest::newRow("a pipe") << "pipe";
+  }
+  void aLinkThatLeadsToNoFileIsNotReplaced() {
+    QFETCH(QString, target);
+    const QString path = root.Path(QStringLiteral("/tmp/l"));
+    QVERIFY(QFile::link(target, path));
+    QVERIFY(QFile::link(QStringLiteral("l"), path + u'2'));
+    QCOMPARE(mkfifo(qPrintable(root.Path(QStringLiteral("/tmp/pipe"))), 0600), 0);
+    QVERIFY(!WriteAtomically(path, "new"));
+    QVERIFY(QFileInfo(path).isSymLink());
+    QVERIFY(QFile::remove(root.Path(QStringLiteral("/tmp/pipe"))));  // it is still one
+    QFile::remove(path);
+    QFile::remove(path + u'2');
   }
   void aMissingFolderIsSaid() { QVERIFY(!WriteAtomically(root.Path(QStringLiteral("/none/e")), "new")); }
 };

@@ -201,6 +201,17 @@ private slots:
     QVERIFY(mManager->WritingLedFile(true));
     QCOMPARE(root.Read(kFile), bytes);
   }
+  void aLinkToTheFileStays() {
+    QDir().mkpath(root.Path(QStringLiteral("/mnt/nand")));
+    QVERIFY(QFile::link(QStringLiteral("../mnt/nand/led.zel"), root.Path(kFile)));
+    Read(File(0, Some(3)));
+    Tick({1});
+    mManager->UpdateLedFile(1, mManager->GetLedFileItem());
+    QVERIFY(mManager->WritingLedFile(true));
+    QVERIFY(mManager->UpdateLedFile(QStringLiteral("12")));
+    QVERIFY(QFileInfo(root.Path(kFile)).isSymLink());
+    QCOMPARE(root.Read(QStringLiteral("/mnt/nand/led.zel")).size(), File(0, Some(3)).size());
+  }
   void aMissingFileIsRecreatedOnlyWhenAsked() {
     Read(File(0, Some(2)));
     root.Remove(kFile);

@@ -480,6 +480,26 @@ private slots:
     QCOMPARE(mSettings.mTouchValue.Load().alphaY, 2.0);
     QCOMPARE(mSettings.mTouchValue.Load().deltaY, 6.0);
   }
+  void linksToTheCalibrationFilesStay() {
+    for (const char* name : {"touch.zel", "touch_tuning.zel"})
+      QVERIFY(QFile::link(QStringLiteral("../mnt/nand/") + QLatin1String(name),
+                          root.Path(QStringLiteral("/opt/") + QLatin1String(name))));
+    mSettings.SettingTouchValue(true);  // fills the files, which are not there yet
+    mSettings.SettingTouchTuningValue(true);
+    mSettings.mTouchValue.Store({1, 2, 3, 4, 5, 6});
+    mSettings.inputX[8] = -3;
+    mSettings.SettingTouchValue(false);
+    mSettings.SettingTouchTuningValue(false);
+    Settings next;
+    next.SettingTouchValue(true);
+    next.SettingTouchTuningValue(true);
+    QCOMPARE(next.mTouchValue.Load().deltaY, 6.0);
+    QCOMPARE(next.inputX[8], -3);
+    for (const char* name : {"touch.zel", "touch_tuning.zel"}) {
+      QVERIFY(QFileInfo(root.Path(QStringLiteral("/opt/") + QLatin1String(name))).isSymLink());
+      QVERIFY(QFileInfo(root.Path(QStringLiteral("/mnt/nand/") + QLatin1String(name))).size() > 0);
+    }
+  }
   void whatFollowsTheCoefficientsStays() {
     root.Write(QStringLiteral("/opt/touch.zel"), QByteArray(48, '\0') + "more");
     mSettings.mTouchValue.Store({1, 2, 3, 4, 5, 6});
