@@ -377,6 +377,27 @@ private slots:
     Scroll(242);
     QCOMPARE(Names()[0], Line("pattern 5"));
   }
+  void aRowHasTheConfiguredLook() {
+    gFont.Size.List = 15;
+    gColor.PreviewText = {64, 200, 224};
+    OpenList();
+    const auto ink = [] { return Label("mNameLabel")->palette().color(QPalette::WindowText); };
+    QCOMPARE(Label("mNameLabel")->font().pixelSize(), 15);
+    QCOMPARE(ink(), QColor(64, 200, 224));
+    Tick(0);
+    Tick(0);  // locked, and not any more
+    for (const auto* label : TopScreen()->findChildren<QLabel*>(Line("mNameLabel")))
+      QCOMPARE(label->palette().color(QPalette::WindowText), QColor(64, 200, 224));
+  }
+  void theLowestKeyEndsWithTheScreen() {
+    WriteList(20);
+    OpenList();
+    Scroll(320);  // as the reader tells a touch of the panel's edge
+    QCOMPARE(Names()[0], Line("Security LED"));
+    QCOMPARE(Asked(), QStringList());
+    Scroll(319);
+    QCOMPARE(Names()[0], Line("pattern 10"));
+  }
   void theSecondPageHasItsOwnTicks() {
     OpenList();
     Scroll(242);

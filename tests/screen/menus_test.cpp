@@ -4,6 +4,7 @@
 #include "gui/setup/mainmenu.h"
 #include "gui/setup/mainmenu2.h"
 #include "gui/setup/sdmanagement.h"
+#include "tests/fake/boxwatch.h"
 #include "tests/fake/screentest.h"
 
 static TestRoot root;
@@ -230,6 +231,43 @@ private slots:
     QCOMPARE(Label("mFwVerLabel")->palette().color(QPalette::WindowText), QColor(177, 177, 177));
     QVERIFY(QFontMetrics(Label("mFwVerLabel")->font()).horizontalAdvance(Label("mFwVerLabel")->text()) <= 80);
   }
+  void aLongVersionIsWhole_data() {
+    QTest::addColumn<QList<int>>("version");
+    QTest::addColumn<int>("px");
+    QTest::newRow("1.2.3") << QList<int>{1, 2, 3} << 11;
+    QTest::newRow("10.10.10") << QList<int>{10, 10, 10} << 11;  // narrower
+    QTest::newRow("99.99.99") << QList<int>{99, 99, 99} << 11;
+    QTest::newRow("100.100.10") << QList<int>{100, 100, 10} << 10;  // and smaller
+    QTest::newRow("255.255.255") << QList<int>{255, 255, 255} << 9;
+  }
+  void aLongVersionIsWhole() {
+    QFETCH(QList<int>, version);
+    QFETCH(int, px);
+    Setting().major_ver = version[0];
+    Setting().minor_ver = version[1];
+    Setting().minor_ver2 = version[2];
+    const auto ink = [](QLabel* label) {  // where its letters are
+      QImage seen(label->size(), QImage::Format_RGB32);
+      seen.fill(Qt::black);
+      label->render(&seen, {}, {}, QWidget::DrawChildren);
+      QRect found;
+      for (int y = 0; y < seen.height(); ++y)
+        for (int x = 0; x < seen.width(); ++x)
+          if (qGray(seen.pixel(x, y)) > 90) found |= QRect(x, y, 1, 1);
+      return found;
+    };
+    for (const WidgetId menu : {MAINMENU, MAINMENU2}) {
+      Open(menu);
+      QLabel* label = Label("mFwVerLabel");
+      QCOMPARE(label->text(), QString::asprintf("FW Ver.%d.%d.%d", version[0], version[1], version[2]));
+      QCOMPARE(label->font().pixelSize(), px);
+      QVERIFY(label->font().stretch() >= 88);
+      const QRect shown = ink(label);
+      label->resize(300, 40);
+      QVERIFY(shown.width() > 40);
+      QCOMPARE(shown.size(), ink(label).size());
+    }
+  }
   void daysSinceTheFormat_data() {
     QTest::addColumn<QDateTime>("then");
     QTest::addColumn<int>("days");
@@ -336,6 +374,26 @@ private slots:
     QCOMPARE(Armed("mMessageBoxTimer"), 2000);
     QCOMPARE(Setting().display, 0);
   }
+  void theRefusalTakesThePlaceOfTheQuestion_data() {
+    QTest::addColumn<int>("cameras");
+    QTest::addColumn<int>("refusal");
+    QTest::newRow("no rear camera") << 1 << int{MOTION_SETTING_ENTRY_NOT_REAR};
+    QTest::newRow("it is off") << 2 << int{REAR_CAM_POWER_OFF_MSG};
+  }
+  void theRefusalTakesThePlaceOfTheQuestion() {
+    QFETCH(int, cameras);
+    QFETCH(int, refusal);
+    gCountOfCamera = cameras;
+    Setting().rear_cam_power = 0;
+    mHost->isParking = true;
+    Open(MAINMENU2);
+    Tap(240, 255);
+    QCoreApplication::processEvents();
+    const BoxWatch watch;
+    TapRightButton();
+    QCOMPARE(Box(), refusal);
+    QCOMPARE(watch.bare, 0);
+  }
   void theRearCameraIsOffWhileParked_data() {
     QTest::addColumn<int>("power");
     QTest::addColumn<bool>("parked");
@@ -427,6 +485,30 @@ private slots:
     QCOMPARE(Asked(), QStringList(QStringLiteral("SEND_SET_USER_DATA_INIT 0")));
   }
 
+  void theWarningTakesThePlaceOfTheQuestion() {
+    Open(BLACKBOXMANAGEMENT);
+    Saved().fps = 1;
+    Tap(400, 255);
+    QCoreApplication::processEvents();
+    const BoxWatch watch;
+    TapLeftButton();
+    QCoreApplication::processEvents();
+    QCOMPARE(Box(), int{INITIALIZE_RESET_FPS_NEED_FORMAT});
+    QCOMPARE(watch.bare, 0);
+  }
+  // The recorder may take its time: nobody shall touch the question once more.
+  void theQuestionHasGoneWhenTheResetIsSent() {
+    Open(BLACKBOXMANAGEMENT);
+    Tap(400, 255);
+    QCoreApplication::processEvents();
+    const BoxWatch watch;
+    int painted = 0;
+    Fake().meanwhile = [&](const QString&) { painted = watch.bare; };
+    TapLeftButton();
+    Fake().meanwhile = nullptr;
+    QVERIFY(painted > 0);
+  }
+
   // ---- the card menu
 
   void formattingWaitsForTheVoice_data() {
@@ -474,6 +556,28 @@ private slots:
     TopScreen()->recvEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, 0);
     QCOMPARE(Asked().size(), 1);
     QCOMPARE(Box(), int{SD_CARD_CHECK_ING});
+  }
+  void fromTheQuestionToTheVerdictThereIsABox_data() {
+    QTest::addColumn<int>("fault");
+    QTest::newRow("good") << 0;
+    QTest::newRow("faulty") << 5;
+  }
+  void fromTheQuestionToTheVerdictThereIsABox() {
+    QFETCH(int, fault);
+    Open(SDMANAGEMENT);
+    Tap(240, 125);
+    QCoreApplication::processEvents();
+    const BoxWatch watch;
+    TapLeftButton();
+    QCoreApplication::processEvents();
+    QCOMPARE(Box(), int{VIDEO_REC_STOP});
+    TopScreen()->recvEvent(RECV_ZEL_STATUS_VOICE_PLAY_END, 0);
+    QCoreApplication::processEvents();
+    QCOMPARE(Box(), int{SD_CARD_CHECK_ING});
+    TopScreen()->recvEvent(RECV_ZEL_STATUS_SD_CHECK, fault);
+    QCoreApplication::processEvents();
+    QCOMPARE(Box(), fault == 0 ? int{SD_CARD_CHECK_COMPLETE_VALID} : int{R_SD_ERROR_NEET_FORMAT});
+    QCOMPARE(watch.bare, 0);
   }
   void theEndOfAVoiceThatNobodyWaitsForDoesNothing() {
     Open(SDMANAGEMENT);

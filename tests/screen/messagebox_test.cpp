@@ -119,6 +119,7 @@ private slots:
   void linesAreAlignedAsTheMessageSays();
   void anotherAlignmentKeepsWhatWas();
   void theTextIsWhiteAndHasTheMessagesSize();
+  void theTextHasTheConfiguredColour();
   void aTextIsNeverReadAsHtml();
   void aTextOfSingleBytesIsDecoded_data();
   void aTextOfSingleBytesIsDecoded();
@@ -206,6 +207,13 @@ void MessageBoxTest::theTextIsWhiteAndHasTheMessagesSize() {
       QVERIFY(white);
     }
   }
+}
+
+void MessageBoxTest::theTextHasTheConfiguredColour() {
+  gColor.PreviewText = {64, 200, 224};
+  Show(0, 0, 0, "one");
+  QCOMPARE(Line("one")->styleSheet(), "QLabel {background:transparent;color:rgb(64,200,224);}");
+  GetConfig();
 }
 
 void MessageBoxTest::aTextIsNeverReadAsHtml() {

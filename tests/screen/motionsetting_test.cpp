@@ -1,5 +1,6 @@
 #include "gui/setup/motionsetting.h"
 
+#include "tests/fake/boxwatch.h"
 #include "tests/fake/screentest.h"
 
 static TestRoot root;
@@ -150,6 +151,29 @@ private slots:
     QCOMPARE(Box(), int{MOTION_SETTING_APPLY});
     TapRightButton();
     QCOMPARE(Box(), int{MOTION_SETTING_TO_MENU});
+  }
+  void theNextBoxTakesThePlaceOfTheQuestion_data() {
+    QTest::addColumn<bool>("yes");
+    QTest::addColumn<int>("fps");
+    QTest::addColumn<int>("box");
+    QTest::newRow("no") << false << 0 << int{MOTION_SETTING_TO_MENU};
+    QTest::newRow("yes") << true << 0 << int{SETUP_SAVING};
+    QTest::newRow("yes, and a format") << true << 1 << int{FRAME_SETTING_CHANGE_NEED_FORMAT};
+  }
+  void theNextBoxTakesThePlaceOfTheQuestion() {
+    QFETCH(bool, yes);
+    QFETCH(int, fps);
+    QFETCH(int, box);
+    Open(1, kAll, 0);
+    Setting().gps_speed_display = Saved().gps_speed_display + 1;
+    Setting().fps = Saved().fps + fps;
+    PowerKey();
+    QCoreApplication::processEvents();
+    const BoxWatch watch;
+    Tap(yes ? 140 : 340, 236);
+    QCoreApplication::processEvents();
+    QCOMPARE(Box(), box);
+    QCOMPARE(watch.bare, 0);
   }
   void thePowerKeyDoesNotDisturbTheSaving() {
     Open(1, kAll, 0);

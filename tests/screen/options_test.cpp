@@ -511,6 +511,26 @@ private slots:
     QCOMPARE(Setting().lcd_wait_dis, 0);
     QVERIFY(IsDrawn({320, 60}, "lcdsetting/screensaver_off_normal.bmp"));
   }
+  void theLcdsDelayGoesOnFromAnyValue_data() {
+    QTest::addColumn<int>("old");
+    QTest::addColumn<int>("value");
+    const std::pair<int, int> steps[] = {{0, 1}, {1, 2}, {2, 3},  {3, 4},  {4, 1},  {5, 1},       {6, 2},
+                                         {7, 3}, {9, 1}, {-1, 1}, {-2, 4}, {-7, 4}, {INT_MAX, 3}, {INT_MIN, 3}};
+    for (const auto& [old, value] : steps) QTest::addRow("%d", old) << old << value;
+  }
+  void theLcdsDelayGoesOnFromAnyValue() {
+    QFETCH(int, old);
+    QFETCH(int, value);
+    Open(LCDSETTING);
+    Setting().lcd_auto_off = old;
+    TapTile(1, 1);
+    QCOMPARE(Setting().lcd_auto_off, value);
+    QVERIFY(Asked().contains(Command(SEND_LCD_AUTO_OFF, value)));
+    const char* const pictures[] = {"lcdsetting/lcd_second_10_normal.bmp", "lcdsetting/lcd_second_30_normal.bmp",
+                                    "lcdsetting/lcd_second_60_normal.bmp",
+                                    "lcdsetting/lcd_second_continuous_normal.bmp"};
+    QVERIFY(IsDrawn({0, 60}, pictures[value - 1]));
+  }
   void brightnessIsSeenAtOnce() {
     Setting().lcd_bright = 1;
     Open(LCDSETTING);

@@ -1,5 +1,7 @@
 #include "gui/setup/timelayout.h"
 
+#include "gui/base/eventgate.h"
+#include "tests/fake/boxwatch.h"
 #include "tests/fake/screentest.h"
 
 static TestRoot root;
@@ -307,6 +309,24 @@ private slots:
     QCOMPARE(Asked().size(), 2);
   }
 
+  // A box is being shown while the finger comes and goes: both wait, and come in their order.
+  void aReleaseComesAfterItsPress() {
+    Open();
+    TimeLayout* screen = Top<TimeLayout>();
+    std::function<void()> press = [&] {
+      if (gEventGate.Enter(screen, press)) screen->Touch(TOUCH_PRESS, 320, 290);
+    };
+    QMetaObject::invokeMethod(screen, press, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        screen, [screen] { screen->touchReleaseEvent(true); }, Qt::QueuedConnection);
+    gEventGate.ProcessEvents();
+    QCOMPARE(Text(L::Time_Year), QStringLiteral("2026"));
+    QTRY_COMPARE(Text(L::Time_Year), QStringLiteral("2027"));
+    QTRY_COMPARE(Armed("mTimLongPress"), -1);
+    Tap(320, 290);  // a new press, not the old one held on
+    QCOMPARE(Asked(), (QStringList{Click(), Click()}));
+  }
+
   // ---- leaving
 
   void leavingResetsTheFlag_data() {
@@ -393,6 +413,17 @@ private slots:
     QCOMPARE(int{block.min}, edited.min);
     QCOMPARE(int{block.gmt_hour}, edited.gmt);
     QCOMPARE(Setting().time_set_flag, 0);  // once
+  }
+  void theSavingTakesThePlaceOfTheQuestion() {
+    Open();
+    Up();
+    Confirm();
+    QCoreApplication::processEvents();
+    const BoxWatch watch;
+    TapLeftButton();
+    QCoreApplication::processEvents();
+    QCOMPARE(Box(), int{SETUP_SAVING});
+    QCOMPARE(watch.bare, 0);
   }
   void zoneAndTimeSetTheClock() {
     Open();

@@ -1,5 +1,6 @@
 #include "gui/setup/voltagecompensation.h"
 
+#include "tests/fake/boxwatch.h"
 #include "tests/fake/screentest.h"
 
 static TestRoot root;
@@ -166,6 +167,28 @@ private slots:
     Fire("mEventTimer");
     QCOMPARE(Asked(), QStringList(QStringLiteral("back")));
     QCOMPARE(TopId(), LOWVOLDETECTIONSETTING);
+  }
+  void theVerdictTakesThePlaceOfTheWaiting_data() {
+    QTest::addColumn<int>("value");
+    QTest::newRow("success") << 1;
+    QTest::newRow("failure") << 0;
+    QTest::newRow("none") << -1;
+  }
+  void theVerdictTakesThePlaceOfTheWaiting() {
+    QFETCH(int, value);
+    Open();
+    Measure(kBefore);
+    Measure(kAfter);
+    QCoreApplication::processEvents();
+    QCOMPARE(Box(), int{VOLCOM_ALL_COMPLETE});
+    const BoxWatch watch;
+    if (value < 0)
+      Fire("timRecvResult");
+    else
+      TopScreen()->recvEvent(RECV_ZEL_STATUS_VOLT_SET, value);
+    QCoreApplication::processEvents();
+    QCOMPARE(Box(), value == 1 ? int{VOLCOM_RESULT_SUCCESS} : int{VOLCOM_RESULT_FAIL});
+    QCOMPARE(watch.bare, 0);
   }
   void withoutAVerdictItHasFailed() {
     Open();
