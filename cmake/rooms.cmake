@@ -8,6 +8,7 @@ function(add_room name)
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PUBLIC ${ROOM_LIBRARIES})
   set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+  target_precompile_headers(${name} REUSE_FROM precompiled)
   # moc runs when a file that it knows has changed; a new file must make it run, too.
   set(known "")
   if(EXISTS ${CMAKE_CURRENT_BINARY_DIR}/${name}.sources)
