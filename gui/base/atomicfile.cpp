@@ -22,11 +22,15 @@ bool SyncFolder(const QString& folder) {
 }  // namespace
 
 QString BehindLinks(const QString& file) {
-  std::filesystem::path path = QFile::encodeName(file).toStdString();
+  namespace fs = std::filesystem;
+  fs::path path = QFile::encodeName(file).toStdString();
+  std::error_code error;
   for (int links = 0; links <= kMostLinks; ++links) {
-    std::error_code isNoLink;
-    const std::filesystem::path target = std::filesystem::read_symlink(path, isNoLink);
-    if (isNoLink) return QFile::decodeName(path.c_str());
+    const fs::path target = fs::read_symlink(path, error);
+    if (error) {  // it is none
+      const fs::path folder = fs::canonical(path.parent_path(), error);
+      return QFile::decodeName(error ? path.c_str() : (folder / path.filename()).c_str());
+    }
     path = path.parent_path() / target;
   }
   return {};

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QSettings>
 #include <algorithm>
 #include <cmath>
@@ -23,43 +24,79 @@ constexpr int kFactoryMapLow = -1;
 
 constexpr qint64 kLargestIni = 65536;  // bytes; all keys take about 1,200
 
+constexpr qint64 kLongestSaveMs = 10000;
+
+// The file itself: a link to it stays. One that leads in a circle gives way to a file.
+QString FileOf(const QString& path) {
+  const QString file = DevicePath(path);
+  const QString behind = BehindLinks(file);
+  return behind.isEmpty() ? file : behind;
+}
+
 // A damaged file system can put anything in the place of a file: reading a pipe never ends, and gigabytes do not fit.
-bool IsReadable(const QString& path) {
-  const QFileInfo file(DevicePath(path));
-  return file.isFile() && file.size() <= kLargestIni;
+bool IsReadable(const QString& file) {
+  const QFileInfo info(file);
+  return info.isFile() && info.size() <= kLargestIni;
 }
 
-// What a save leaves behind that was ended by the power: a lock, which would hold the next save up for half a minute,
-// and the new file, half written. Only this program saves it.
-void RemoveInterruptedSave() {
-  const QFileInfo file(DevicePath(config_firm_path));
-  QDir folder = file.dir();
-  const QStringList left = folder.entryList({file.fileName() + QStringLiteral(".*")}, QDir::Files | QDir::Hidden);
-  for (const QString& name : left) folder.remove(name);
-}
-
+// To be read; what cannot be read holds no key.
 QSettings Open(const QString& path) {
-  return {DevicePath(path), QSettings::IniFormat};
+  const QString file = FileOf(path);
+  return {IsReadable(file) ? file : QProcess::nullDevice(), QSettings::IniFormat};
 }
 
-int ReadInt(const QSettings& file, const SettingKey& row) {
-  return file.value(QLatin1String(row.key)).toInt();
+// To be written. What stands there and cannot be the own file gives way; what a link leads to stays, whatever it is.
+QSettings OpenOwn() {
+  const QString named = DevicePath(config_firm_path);
+  if (QFile::exists(named) && !IsReadable(named)) QFile::remove(named);
+  return {FileOf(config_firm_path), QSettings::IniFormat};
 }
 
-// A file can say "nan", with which nothing would ever be equal.
-float ReadFloat(const QSettings& file, const SettingKey& row) {
-  const float volts = file.value(QLatin1String(row.key)).toFloat();
-  return std::isfinite(volts) ? volts : 0;
+// What a save leaves behind that was ended by the power: its lock, which would hold the next save up for half a minute,
+// and the new file, half written, with six random letters behind its name. Anything else beside the own file is
+// somebody's: letters go only with a lock, and when a save that held it can have written them.
+void RemoveInterruptedSave() {
+  const QFileInfo file(FileOf(config_firm_path));
+  const QFileInfo lock(file.filePath() + QStringLiteral(".lock"));
+  if (!lock.exists()) return;
+  const QString letters = file.fileName() + u'.' + QStringLiteral("[A-Za-z]").repeated(6);
+  const QFileInfoList beside = file.dir().entryInfoList({letters}, QDir::Files);
+  for (const QFileInfo& left : beside) {
+    const qint64 after = lock.lastModified().msecsTo(left.lastModified());
+    if (after >= 0 && after <= kLongestSaveMs) QFile::remove(left.filePath());
+  }
+  QFile::remove(lock.filePath());
+}
+
+// Of a damaged file a part may be readable.
+bool HoldsASetting(const QSettings& file) {
+  const QStringList keys = file.allKeys();
+  return std::ranges::any_of(SettingKeys(),
+                             [&](const SettingKey& row) { return keys.contains(QLatin1String(row.key)); });
+}
+
+// `otherwise` when the file has no such key, or no number for it.
+int ReadInt(const QSettings& file, const SettingKey& row, int otherwise) {
+  bool isNumber = false;
+  const int value = file.value(QLatin1String(row.key)).toInt(&isNumber);
+  return isNumber ? value : otherwise;
+}
+
+// The same; a file can say "nan", with which nothing would ever be equal.
+float ReadFloat(const QSettings& file, const SettingKey& row, float otherwise) {
+  bool isNumber = false;
+  const float volts = file.value(QLatin1String(row.key)).toFloat(&isNumber);
+  return isNumber && std::isfinite(volts) ? volts : otherwise;
 }
 
 int GetInt(const QString& path, Setting_Id id) {
   const SettingKey* row = FindSettingKey(id);
-  return row && row->place != SettingPlace::LowVoltCut ? ReadInt(Open(path), *row) : 0;
+  return row && row->place != SettingPlace::LowVoltCut ? ReadInt(Open(path), *row, 0) : 0;
 }
 
 float GetFloat(const QString& path, Setting_Id id) {
   const SettingKey* row = FindSettingKey(id);
-  return row && row->place == SettingPlace::LowVoltCut ? ReadFloat(Open(path), *row) : 0;
+  return row && row->place == SettingPlace::LowVoltCut ? ReadFloat(Open(path), *row, 0) : 0;
 }
 
 // A motion map is kept as two signed words.
@@ -86,50 +123,45 @@ void SetWord(Setting_Config& setting, int word, int value) {
 
 void Settings::Load(const QSettings& file) {
   for (const SettingKey& row : SettingKeys()) {
+    const auto read = [&](int& value) { value = ReadInt(file, row, value); };
     switch (row.place) {
       case SettingPlace::Field:
-        mSetting.*row.field = ReadInt(file, row);
+        read(mSetting.*row.field);
         break;
       case SettingPlace::LowVoltCut:
-        mSetting.low_volt_cut[row.index] = ReadFloat(file, row);
+        mSetting.low_volt_cut[row.index] = ReadFloat(file, row, mSetting.low_volt_cut[row.index]);
         break;
       case SettingPlace::MotionWord:
-        SetWord(mSetting, row.index, ReadInt(file, row));
+        SetWord(mSetting, row.index, ReadInt(file, row, GetWord(mSetting, row.index)));
         break;
       case SettingPlace::Mirroring:
-        mMirroring = ReadInt(file, row);
+        read(mMirroring);
         break;
       case SettingPlace::MovingPip:
-        mMovingPip = ReadInt(file, row);
+        read(mMovingPip);
         break;
     }
   }
 }
 
-bool Settings::LoadRecorders() {
-  if (!IsReadable(config_init_path)) return false;
-  const QSettings recorder = Open(config_init_path);
-  const auto holds = [&recorder](const SettingKey& row) { return recorder.contains(QLatin1String(row.key)); };
-  if (recorder.status() != QSettings::NoError || std::ranges::none_of(SettingKeys(), holds)) return false;
-  Load(recorder);
-  return true;
-}
-
 void Settings::InitSettingConfig() {
   RemoveInterruptedSave();
-  if (!IsReadable(config_firm_path)) QFile::remove(DevicePath(config_firm_path));
-  if (!LoadRecorders()) Load(Open(config_firm_path));
+  const QSettings recorder = Open(config_init_path);
+  if (!HoldsASetting(recorder) || recorder.status() != QSettings::NoError) Load(Open(config_firm_path));
+  Load(recorder);
   if (mSetting.lcd_auto_off == 0) mSetting.lcd_auto_off = 1;  // 0 is never kept at a start
   AllSetSettingConfig();
 }
 
 void Settings::AllGetSettingConfig() {
-  Load(Open(config_firm_path));
+  const QSettings file = Open(config_firm_path);
+  if (!HoldsASetting(file)) return;
+  Load(file);
   mOldSetting = mSetting;
 }
 
 void Settings::AllSetSettingConfig() {
-  QSettings file = Open(config_firm_path);
+  QSettings file = OpenOwn();
   const auto value = [this](const SettingKey& row) -> QVariant {
     switch (row.place) {
       case SettingPlace::Field:
@@ -168,7 +200,7 @@ float Settings::GetFWSettingConfigF(Setting_Id id) const {
 void Settings::SetSettingConfig(Setting_Id id, int value) {
   const SettingKey* row = FindSettingKey(id);
   if (!row || row->place == SettingPlace::LowVoltCut) return;
-  if (row->rule != SettingRule::Memory) Open(config_firm_path).setValue(QLatin1String(row->key), value);
+  if (row->rule != SettingRule::Memory) OpenOwn().setValue(QLatin1String(row->key), value);
   if (row->rule != SettingRule::FileOnly) mSetting.*row->field = value;
 }
 
@@ -189,7 +221,7 @@ void Settings::SettingMirroringAndMovingPipValue(bool load) {
 }
 
 void Settings::INIMotionSettingValue(bool load, int camera, int frontHigh, int frontLow, int rearHigh, int rearLow) {
-  QSettings file = Open(load ? config_init_path : config_firm_path);
+  QSettings file = load ? Open(config_init_path) : OpenOwn();
   const auto key = [](Setting_Id id) { return QLatin1String(FindSettingKey(id)->key); };
   if (load) {
     const auto map = [&](Setting_Id high, Setting_Id low) {

@@ -24,17 +24,20 @@ inline constexpr int kTouchTargetY[9] = {160, 35, 35, 35, 160, 285, 285, 285, 16
 
 /// The settings of the camera: the working copy, the copy as last loaded or applied, their INI file, and the packed
 /// block that the recorder takes. The recorder's INI file is the master at every start; the interface's own mirrors it.
-/// No file error is reported: what cannot be read is 0, what cannot be written is not. GUI thread, but for mTouchValue.
+/// No file error is reported: what cannot be read leaves what is in memory, which is 0 before the start; what cannot be
+/// written is not. GUI thread, but for mTouchValue.
 class Settings {
 public:
-  /// At the start: the recorder's values, or without its file the interface's own ones; written to the own file.
+  /// At the start: the recorder's values, or without its file the interface's own ones; written to the own file. Of a
+  /// recorder's file that is damaged or cut off what it says counts, and the own file for the rest.
   void InitSettingConfig();
-  /// Everything from the own file; mOldSetting is then the same.
+  /// What the own file says; the rest stays. mOldSetting is then the same. From a file that cannot be read or holds
+  /// none of the keys nothing is taken, and mOldSetting stays, too: what was edited is still to be applied.
   void AllGetSettingConfig();
   /// Everything to the own file, in one write; mOldSetting is then the same.
   void AllSetSettingConfig();
 
-  /// One int key of the own file, of the recorder's file; 0 for an id without one.
+  /// One int key of the own file, of the recorder's file; 0 for an id without one, and when the file has none.
   int GetSettingConfig(Setting_Id id) const;
   int GetFWSettingConfig(Setting_Id id) const;
   /// The same for the float keys, Set_Cfg_LowVolCut_1 .. 12: volts, finite.
@@ -80,7 +83,6 @@ public:
 
 private:
   void Load(const QSettings& file);
-  bool LoadRecorders();  ///< false, and nothing loaded, when the recorder left no settings
 };
 
 extern Settings gEnvirnmentSettings;

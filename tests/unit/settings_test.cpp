@@ -1,7 +1,9 @@
 // The settings and their files.
 #include "gui/settings/settings.h"
 
+#include <fcntl.h>
 #include <signal.h>
+#include <sys/ptrace.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -126,6 +128,7 @@ private:
 
 private slots:
   void init() {
+    QDir().rmdir(root.Path(QLatin1String(kOwn)));
     root.Remove(QLatin1String(kOwn));
     root.Remove(QLatin1String(kFirmware));
     for (const char* file : {"/opt/touch.zel", "/opt/touch_tuning.zel", "/mnt/mmc/touch.txt"})
@@ -335,6 +338,203 @@ private slots:
     QCOMPARE(other.mSetting.motion_area2, quint64{0xFFFF0FFFFFFFFFFFU});
     QCOMPARE(std::memcmp(&other.mSetting, &mSettings.mSetting, sizeof other.mSetting), 0);
     QVERIFY(!other.compareSettingValue());
+  }
+
+  // ---- a reload of what is damaged
+
+  void aReloadTakesNothingFromWhatIsNoFileOfSettings_data() {
+    QTest::addColumn<QByteArray>("bytes");  // or what stands there
+    QTest::newRow("vanished") << QByteArray();
+    QTest::newRow("folder") << QByteArray();
+    QTest::newRow("pipe") << QByteArray();
+    QTest::newRow("link to nothing") << QByteArray();
+    QTest::newRow("circle") << QByteArray();
+    QTest::newRow("empty") << QByteArray("");
+    QTest::newRow("too large") << QByteArray("[view]\ndisplay=5\n") + QByteArray(70000, ';');
+    QTest::newRow("zeros") << QByteArray(1500, '\0');
+    QTest::newRow("garbage") << QByteArray(1500, '\xFF');
+    QTest::newRow("not ours") << QByteArray("[other]\nkey=5\ndisplay=3\n[view]\nDisplay=3\n");
+    QTest::newRow("no section") << QByteArray("display=3\nfps=3\n");
+    QTest::newRow("cut in the first section") << QByteArray("[view");
+    QTest::newRow("cut in the first key") << QByteArray("[view]\ndispl");
+  }
+  void aReloadTakesNothingFromWhatIsNoFileOfSettings() {
+    QFETCH(QByteArray, bytes);
+    WriteDistinct(kFirmware, 5000);
+    mSettings.InitSettingConfig();
+    mSettings.mSetting.fps = 7;  // edited, not applied
+    const QByteArray tag = QTest::currentDataTag();
+    const QString path = root.Path(QLatin1String(kOwn));
+    QVERIFY(QFile::remove(path));
+    if (tag == "folder") QVERIFY(QDir().mkdir(path));
+    if (tag == "pipe") MakePipe(QLatin1String(kOwn));
+    if (tag == "link to nothing") QVERIFY(symlink("none.ini", qPrintable(path)) == 0);
+    if (tag == "circle") QVERIFY(symlink("config_firm.ini", qPrintable(path)) == 0);
+    if (!bytes.isNull()) root.Write(QLatin1String(kOwn), bytes);
+    mSettings.AllGetSettingConfig();
+    QCOMPARE(mSettings.mSetting.fps, 7);
+    QCOMPARE(mSettings.mOldSetting.fps, 5003);
+    QVERIFY(mSettings.compareSettingValue());  // it is still to be applied
+    mSettings.mSetting.fps = 5003;
+    AllFieldsFrom(5000);
+    if (tag == "folder") QVERIFY(QDir().rmdir(path));
+    // The next save has all of it again.
+    mSettings.AllSetSettingConfig();
+    mSettings.~Settings();
+    new (&mSettings) Settings;
+    mSettings.AllGetSettingConfig();
+    AllFieldsFrom(5000);
+    root.Remove(QStringLiteral("/opt/gui/ini/none.ini"));
+  }
+  void anEditThatIsNotAppliedIsForgottenByAReload() {
+    WriteDistinct(kOwn, 1000);
+    mSettings.AllGetSettingConfig();
+    mSettings.mSetting.fps = 7;
+    mSettings.AllGetSettingConfig();
+    AllFieldsFrom(1000);
+    QVERIFY(!mSettings.compareSettingValue());
+  }
+  void aKeyThatTheFileLacksKeepsItsValue() {
+    WriteDistinct(kFirmware, 5000);
+    mSettings.InitSettingConfig();
+    root.Write(QLatin1String(kOwn), "[view]\ndisplay=2\nmirroring=\n[timesetting]\nyear=20x3\ngmt=-9\nmon");
+    mSettings.AllGetSettingConfig();
+    QCOMPARE(mSettings.mSetting.display, 2);
+    QCOMPARE(mSettings.mSetting.gmt, -9);
+    mSettings.mSetting.display = 5019;
+    mSettings.mSetting.gmt = 5004;
+    AllFieldsFrom(5000);
+    QCOMPARE(mSettings.mOldSetting.display, 2);
+    QCOMPARE(mSettings.mOldSetting.year, 5022);
+  }
+  // Wherever a whole file is cut off, nothing becomes 0; at most the value that was cut is neither the file's nor the
+  // old one.
+  void aFileThatIsCutOffAnywhere_data() {
+    QTest::addColumn<bool>("atStart");
+    QTest::addColumn<int>("step");
+    QTest::newRow("reload") << false << 1;
+    QTest::newRow("start without the recorder's file") << true << 11;  // it saves each time
+  }
+  void aFileThatIsCutOffAnywhere() {
+    QFETCH(bool, atStart);
+    QFETCH(int, step);
+    WriteDistinct(kFirmware, 1000);
+    mSettings.InitSettingConfig();
+    mSettings.mSetting.motion_area1 = mSettings.mSetting.motion_area2 = 0xFFFF0FFFFFFFFFFFU;
+    mSettings.AllSetSettingConfig();
+    const QByteArray whole = root.Read(QLatin1String(kOwn));
+    const Setting_Config inFile = mSettings.mSetting;
+    root.Remove(QLatin1String(kFirmware));
+    Settings before;
+    if (!atStart) {
+      WriteDistinct(kOwn, 5000);
+      before.AllGetSettingConfig();
+    }
+    QVERIFY(whole.size() > 1000);
+    for (qsizetype size = whole.size() % step; size <= whole.size(); size += step) {
+      root.Write(QLatin1String(kOwn), whole.left(size));
+      mSettings.mSetting = before.mSetting;
+      mSettings.mMirroring = before.mMirroring;
+      mSettings.mMovingPip = before.mMovingPip;
+      atStart ? mSettings.InitSettingConfig() : mSettings.AllGetSettingConfig();
+      if (atStart && mSettings.mSetting.lcd_auto_off == 1) mSettings.mSetting.lcd_auto_off = 0;  // as at every start
+      int strange = 0;
+      const auto look = [&](auto now, auto was, auto wholeValue) {
+        if (now != was && now != wholeValue) ++strange;
+        if (now == 0) QVERIFY(was == 0);
+      };
+      const Setting_Config& now = mSettings.mSetting;
+      for (const Key& key : kIntKeys)
+        if (key.field) look(now.*key.field, before.mSetting.*key.field, inFile.*key.field);
+      for (int i = 0; i < 12; ++i) look(now.low_volt_cut[i], before.mSetting.low_volt_cut[i], inFile.low_volt_cut[i]);
+      for (const int shift : {0, 32}) {
+        const auto word = [shift](quint64 map) { return quint32(map >> shift); };
+        look(word(now.motion_area1), word(before.mSetting.motion_area1), word(inFile.motion_area1));
+        look(word(now.motion_area2), word(before.mSetting.motion_area2), word(inFile.motion_area2));
+      }
+      look(mSettings.mMirroring, before.mMirroring, 1042);
+      look(mSettings.mMovingPip, before.mMovingPip, 1043);
+      QVERIFY2(strange <= 1, qPrintable(QStringLiteral("%1 bytes").arg(size)));
+    }
+    QCOMPARE(std::memcmp(&mSettings.mSetting, &inFile, sizeof inFile), 0);
+  }
+  // Of a recorder's file that is damaged what it says counts; the rest is the own file's, not 0.
+  void aRecordersFileThatIsCutOffInsideAKey() {
+    WriteDistinct(kOwn, 1000);
+    root.Write(QLatin1String(kFirmware), "[view]\ndisplay=2\n[timesetting]\ngmt=3\nyea");
+    mSettings.InitSettingConfig();
+    QCOMPARE(mSettings.mSetting.display, 2);
+    QCOMPARE(mSettings.mSetting.gmt, 3);
+    mSettings.mSetting.display = 1019;
+    mSettings.mSetting.gmt = 1004;
+    AllFieldsFrom(1000);
+  }
+  void aMissingKeyOfAWholeRecordersFileIsZero() {
+    WriteDistinct(kOwn, 1000);
+    root.Write(QLatin1String(kFirmware), "[view]\ndisplay=2\n");
+    mSettings.InitSettingConfig();
+    QCOMPARE(mSettings.mSetting.display, 2);
+    QCOMPARE(mSettings.mSetting.gmt, 0);
+    QCOMPARE(mSettings.mMirroring, 0);
+  }
+
+  // ---- links
+
+  void aLinkToTheOwnFileStays_data() {
+    QTest::addColumn<QStringList>("links");  // name, target; the last one leads to the file
+    QTest::addColumn<QString>("file");
+    const QString own = QLatin1String(kOwn);
+    QTest::newRow("absolute") << QStringList{own, root.Path(QStringLiteral("/mnt/nand/f.ini"))} << "/mnt/nand/f.ini";
+    QTest::newRow("relative") << QStringList{own, "../../f.ini"} << "/opt/f.ini";
+    QTest::newRow("chain") << QStringList{own, "l2", "/opt/gui/ini/l2", "l3", "/opt/gui/ini/l3", "f.ini"}
+                           << "/opt/gui/ini/f.ini";
+    QTest::newRow("in a folder that is a link")
+        << QStringList{"/opt/gui/away", "../../mnt/nand", "/mnt/nand/l2", "../f.ini", own, "../away/l2"}
+        << "/mnt/f.ini";
+  }
+  void aLinkToTheOwnFileStays() {
+    QFETCH(QStringList, links);
+    QFETCH(QString, file);
+    for (int i = 0; i < links.size(); i += 2)
+      QCOMPARE(symlink(qPrintable(links[i + 1]), qPrintable(root.Path(links[i]))), 0);
+    WriteDistinct(kFirmware, 5000);
+    mSettings.InitSettingConfig();
+    mSettings.SetSettingConfig(Set_Cfg_Display, 1);
+    mSettings.INIMotionSettingValue(false, 1, 8, 9, 0, 0);
+    for (int i = 0; i < links.size(); i += 2) QVERIFY(QFileInfo(root.Path(links[i])).isSymLink());
+    const QSettings written(root.Path(file), QSettings::IniFormat);
+    QCOMPARE(written.value(QStringLiteral("view/display")).toInt(), 1);
+    QCOMPARE(written.value(QStringLiteral("motionmap/front_l")).toInt(), 9);
+    QCOMPARE(written.value(QStringLiteral("timesetting/gmt")).toInt(), 5004);
+    QCOMPARE(mSettings.GetSettingConfig(Set_Cfg_Display), 1);
+    for (int i = 0; i < links.size(); i += 2) root.Remove(links[i]);
+    root.Remove(file);
+  }
+  void aLinkToWhatIsNoFileGivesWay_data() {
+    QTest::addColumn<QString>("target");
+    QTest::newRow("a pipe") << "pipe";
+    QTest::newRow("a folder") << ".";
+    QTest::newRow("a circle") << "config_firm.ini";
+  }
+  void aLinkToWhatIsNoFileGivesWay() {
+    QFETCH(QString, target);
+    MakePipe(QStringLiteral("/opt/gui/ini/pipe"));
+    QCOMPARE(symlink(qPrintable(target), qPrintable(root.Path(QLatin1String(kOwn)))), 0);
+    WriteDistinct(kFirmware, 5000);
+    mSettings.InitSettingConfig();
+    QVERIFY(!QFileInfo(root.Path(QLatin1String(kOwn))).isSymLink());
+    QCOMPARE(mSettings.GetSettingConfig(Set_Cfg_Display), 5019);
+    QVERIFY(QFile::remove(root.Path(QStringLiteral("/opt/gui/ini/pipe"))));
+  }
+  // Nothing waits for a pipe that takes the file's place while the interface runs.
+  void aPipeHoldsNothingUp() {
+    for (const char* file : {kOwn, kFirmware}) MakePipe(QLatin1String(file));
+    QCOMPARE(mSettings.GetSettingConfig(Set_Cfg_Display), 0);
+    QCOMPARE(mSettings.GetFWSettingConfigF(Set_Cfg_LowVolCut_1), 0.0F);
+    mSettings.INIMotionSettingValue(true, 0, 0, 0, 0, 0);
+    QCOMPARE(mSettings.mSetting.motion_area1, quint64{0xFFFF0FFFFFFFFFFFU});
+    mSettings.SetSettingConfig(Set_Cfg_Display, 2);
+    QCOMPARE(mSettings.GetSettingConfig(Set_Cfg_Display), 2);
   }
 
   // ---- what asks for a restart of the recording
@@ -606,7 +806,7 @@ private slots:
   // behind.
   void aSaveThatThePowerEndedDoesNotHoldTheNextStartUp() {
     const QStringList left{QLatin1String(kOwn) + QStringLiteral(".lock"),
-                           QLatin1String(kOwn) + QStringLiteral(".Xy12ab")};
+                           QLatin1String(kOwn) + QStringLiteral(".XyzzaB")};
     for (const QString& file : left) root.Write(file, "");
     root.Write(QLatin1String(kFirmware), "[drivingsetting]\nfps=3\n");
     QElapsedTimer clock;
@@ -615,6 +815,77 @@ private slots:
     QVERIFY2(clock.elapsed() < 5000, qPrintable(QString::number(clock.elapsed())));
     for (const QString& file : left) QVERIFY(!root.Exists(file));
     QCOMPARE(QSettings(root.Path(kOwn), QSettings::IniFormat).value(QStringLiteral("drivingsetting/fps")).toInt(), 3);
+  }
+  // What a killed save really leaves, also beside the file that a link names.
+  void theStartTidiesUpAfterAKilledSave_data() {
+    QTest::addColumn<bool>("link");
+    QTest::newRow("a file") << false;
+    QTest::newRow("a link") << true;
+  }
+  void theStartTidiesUpAfterAKilledSave() {
+    QFETCH(bool, link);
+    const QString folder = link ? QStringLiteral("/mnt/nand") : QStringLiteral("/opt/gui/ini");
+    if (link) QVERIFY(QFile::link(QStringLiteral("../../../mnt/nand/own.ini"), root.Path(QLatin1String(kOwn))));
+    WriteDistinct(kFirmware, 5000);
+    const auto files = [&] { return QDir(root.Path(folder)).entryList({"*.ini*"}, QDir::Files | QDir::Hidden); };
+    int leftovers = 0;
+    for (int steps = 0; leftovers < 2; ++steps) {  // until it was killed with both beside the file
+      QVERIFY(steps < 20000);
+      const pid_t writer = fork();
+      if (writer == 0) {
+        ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+        raise(SIGSTOP);
+        gEnvirnmentSettings.AllSetSettingConfig();
+        _exit(0);
+      }
+      int status = 0;
+      waitpid(writer, &status, 0);
+      for (int step = 0; step < steps && !WIFEXITED(status); ++step) {
+        ptrace(PTRACE_SYSCALL, writer, nullptr, nullptr);
+        waitpid(writer, &status, 0);
+      }
+      QVERIFY(!WIFEXITED(status));
+      kill(writer, SIGKILL);
+      waitpid(writer, &status, 0);
+      const QStringList left = files().filter(QStringLiteral(".ini."));
+      leftovers = std::max(leftovers, int(left.size()));
+      mSettings.InitSettingConfig();
+      QCOMPARE(files(), QStringList(link ? "own.ini" : "config_firm.ini"));
+    }
+    root.Remove(QStringLiteral("/mnt/nand/own.ini"));
+  }
+  void theStartLeavesWhatOthersPutBesideTheFile_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("hasLock");
+    QTest::addColumn<int>("age");  // seconds after the lock
+    for (const char* name : {".bak", ".backup", ".old", ".orig", ".Backup", ".1", "~", ".backups", ".2023-01-01",
+                             ".tmp", ".locked", ".lock2"}) {
+      QTest::addRow("%s", name) << name << false << 0;
+      for (const int age : {-3600, -1, 11, 3600})
+        QTest::addRow("%s, %d s after a lock", name, age) << name << true << age;
+    }
+    for (const char* name : {".bak", ".old", ".orig", "~", ".backups", ".XyZab1", ".tmp", ".lock2"})
+      QTest::addRow("%s, with a lock", name) << name << true << 0;
+  }
+  void theStartLeavesWhatOthersPutBesideTheFile() {
+    QFETCH(QString, name);
+    QFETCH(bool, hasLock);
+    QFETCH(int, age);
+    const QString lock = QLatin1String(kOwn) + QStringLiteral(".lock");
+    const auto put = [](const QString& path, int seconds) {
+      root.Write(path, "somebody's");
+      const timespec time{1700000000 + seconds, 0};
+      const timespec times[] = {time, time};
+      QCOMPARE(utimensat(AT_FDCWD, qPrintable(root.Path(path)), times, 0), 0);
+    };
+    if (hasLock) put(lock, 0);
+    put(QLatin1String(kOwn) + name, age);
+    WriteDistinct(kFirmware, 5000);
+    mSettings.InitSettingConfig();
+    QCOMPARE(root.Read(QLatin1String(kOwn) + name), QByteArray("somebody's"));
+    QVERIFY(!root.Exists(lock));
+    QCOMPARE(InFile(kOwn, QStringLiteral("view/display")).toInt(), 5019);
+    root.Remove(QLatin1String(kOwn) + name);
   }
 
   // A process that saves again and again, all values once 1 and once 2, is killed at any moment, a hundred times.
