@@ -116,7 +116,7 @@ int LedFileManager::GetValidLedList() const {
   return mLed_zel->Number == kMostLedEntries ? 0 : 1;
 }
 
-// --------------------------------------------------------------------------------------------------------- the file
+// ---- the file
 
 void LedFileManager::ReadLedFile() {
   if (!isExistsLedFile()) {
@@ -170,7 +170,7 @@ bool LedFileManager::UpdateLedFile(const QString& number) {
   return WritingLedFile(false);
 }
 
-// ---------------------------------------------------------------------------------------------------------- the rows
+// ---- the rows
 
 bool LedFileManager::UpdateLedFile(int mode, QList<Led_File_Item>* items) {
   if (!mLed_zel) return true;

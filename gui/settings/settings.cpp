@@ -119,7 +119,7 @@ void SetWord(Setting_Config& setting, int word, int value) {
 }
 }  // namespace
 
-// ------------------------------------------------------------------------------------------------------ the INI files
+// ---- the INI files
 
 void Settings::Load(const QSettings& file) {
   for (const SettingKey& row : SettingKeys()) {
@@ -238,7 +238,7 @@ void Settings::INIMotionSettingValue(bool load, int camera, int frontHigh, int f
   file.sync();
 }
 
-// -------------------------------------------------------------------------------------------- changes, the setup block
+// ---- changes, the setup block
 
 bool Settings::compareSettingValue() const {
   return std::ranges::any_of(SettingKeys(), [this](const SettingKey& row) {
@@ -301,7 +301,7 @@ void Settings::settingSetup() {
   mSetup_value = to;
 }
 
-// ----------------------------------------------------------------------------------------------- the touch calibration
+// ---- the touch calibration
 
 namespace {
 constexpr qsizetype kTouchBytes = 6 * sizeof(double);

@@ -55,7 +55,7 @@ struct Failure : std::runtime_error {
   explicit Failure(const QString& what) : std::runtime_error(what.toStdString()) {}
 };
 
-// ------------------------------------------------------------------------------------------------------ the witness
+// ---- the witness
 
 /// What it costs to run.
 struct Burden {
@@ -213,7 +213,7 @@ private:
   Burden mWarm;
 };
 
-// ------------------------------------------------------------------------------------------------------- the driver
+// ---- the driver
 
 /// Goes back to the live preview, from wherever the monkey has left the camera.
 class Driver : public Witness {
@@ -307,7 +307,7 @@ private:
   qint64 mUnanswered = 0;
 };
 
-// ------------------------------------------------------------------------------------------------------- the monkey
+// ---- the monkey
 
 class Monkey : public Driver {
 public:
