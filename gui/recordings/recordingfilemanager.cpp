@@ -11,7 +11,9 @@
 #include <QtDebug>
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <optional>
+#include <utility>
 
 #include "gui/base/devicepath.h"
 #include "gui/recordings/aviheader.h"
@@ -30,6 +32,7 @@ constexpr char kFlagsFollow = '^';
 
 constexpr int kMostStopLines = 10000;
 constexpr int kMostLineBytes = 4096;
+constexpr qint64 kMostStopBytes = qint64{kMostStopLines} * kMostLineBytes;
 
 constexpr int kAnyFlag = -1;
 struct IconRow {
@@ -121,17 +124,26 @@ VideoData ReadVideo(int folder, const char* path, struct stat* status) {
   close(file);
   return data;
 }
+}  // namespace
 
-struct NameParts {
+struct RecordingFileManager::NameParts {
   int mode;  // File_Prefix
   int camMode;
-  QStringView day, time;  // of the name that was taken apart
+  QString date;
   bool isMarker;
   bool rtcErrorFlag;
 };
 
+/// A file of the card that may be a recording.
+struct RecordingFileManager::FoundFile {
+  QString name;
+  qint64 modified;                 // ms since 1970
+  std::optional<NameParts> parts;  // nothing when it is not the name of a recording
+  VideoData data;                  // of a video
+};
+
 // Nothing when it is not the name of a recording.
-std::optional<NameParts> PartsOf(QStringView name) {
+std::optional<RecordingFileManager::NameParts> RecordingFileManager::PartsOf(QStringView name) {
   if (name.size() != kNameLength && name.size() != kLongNameLength) return {};
   if (name[3] != u'0' && name[3] != u'1') return {};
   const Parts<2> dotted(name, u'.');
@@ -143,14 +155,12 @@ std::optional<NameParts> PartsOf(QStringView name) {
   const auto prefix = std::find(std::begin(kPrefixes), std::end(kPrefixes), word.first(3));
   if (prefix == std::end(kPrefixes)) return {};
   const bool isMarker = dotted[1] == kMarkerExtension;
-  return NameParts{int(prefix - kPrefixes),
-                   word[3] == u'0' ? 0 : 1,
-                   parts[1],
-                   isMarker ? parts[2].chopped(1) : parts[2],
-                   isMarker,
+  return NameParts{int(prefix - kPrefixes), word[3] == u'0' ? 0 : 1,
+                   parts[1] % u'_' % (isMarker ? parts[2].chopped(1) : parts[2]), isMarker,
                    !isMarker && name.size() == kLongNameLength};
 }
 
+namespace {
 // "2023-01-01 12:34:56" of "20230101_123456"; what has another form gets its separators at the same places.
 QString DisplayText(const QString& date) {
   if (date.size() == 15 && date[8] == u'_' && date.count(u'_') == 1) {
@@ -165,13 +175,6 @@ QString DisplayText(const QString& date) {
   return day % u' ' % time;
 }
 }  // namespace
-
-/// A file of the card that may be a recording.
-struct RecordingFileManager::FoundFile {
-  QString name;
-  qint64 modified;  // ms since 1970
-  VideoData data;   // of a video
-};
 
 RecordingFileManager::RecordingFileManager() {
   InitData();
@@ -208,9 +211,9 @@ std::optional<RecordingFileManager::FoundFile> RecordingFileManager::Find(int fo
   const bool isFile = entry.d_type == DT_REG;
   if (!isFile && (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)) return {};
   if (!isFile && (fstatat(folder, entry.d_name, &status, 0) != 0 || !S_ISREG(status.st_mode))) return {};
-  FoundFile file{QString::fromUtf8(entry.d_name), 0, {}};
-  const auto parts = PartsOf(file.name);
-  if (parts && !parts->isMarker) file.data = ReadVideo(folder, entry.d_name, &status);
+  FoundFile file{QString::fromUtf8(entry.d_name), 0, {}, {}};
+  file.parts = PartsOf(file.name);
+  if (file.parts && !file.parts->isMarker) file.data = ReadVideo(folder, entry.d_name, &status);
   if (status.st_mode == 0 && fstatat(folder, entry.d_name, &status, 0) != 0) return {};
   file.modified = qint64{status.st_mtim.tv_sec} * 1000 + status.st_mtim.tv_nsec / 1000000;
   return file;
@@ -239,11 +242,8 @@ bool RecordingFileManager::ReadFileList(const QString& dirPath) {
   mFileListEntry->reserve(qsizetype(files->size()));
   int rejected = 0;
   const bool isCard = dirPath == QLatin1String(device::kCard);
-  for (const FoundFile& file : *files) {
-    if (isCard) mAhead = &file;
-    if (!AddFileList(file.name)) ++rejected;
-  }
-  mAhead = nullptr;
+  for (const FoundFile& file : *files)
+    if (!file.parts || !Add(*file.parts, isCard ? &file : nullptr)) ++rejected;
   qDebug("invalid num = %d", rejected);
 
   CreateRecStopInfoList();
@@ -255,11 +255,14 @@ bool RecordingFileManager::ReadFileList(const QString& dirPath) {
 
 bool RecordingFileManager::AddFileList(const QString& name) {
   const auto parts = PartsOf(name);
-  if (!parts) return false;
-  FilelistEntry entry = NewFileListEntry(parts->mode, false, parts->camMode, parts->day % u'_' % parts->time,
-                                         parts->isMarker, parts->rtcErrorFlag);
+  return parts && Add(*parts, nullptr);
+}
+
+bool RecordingFileManager::Add(const NameParts& parts, const FoundFile* found) {
+  FilelistEntry entry =
+      NewFileListEntry(parts.mode, false, parts.camMode, parts.date, parts.isMarker, parts.rtcErrorFlag, found);
   // Markers come from the recorder's list alone: one that has a file of its own has no end.
-  if (parts->isMarker && entry.recStopData.isEmpty()) {
+  if (parts.isMarker) {
     qDebug("recStop error");
     return false;
   }
@@ -268,7 +271,7 @@ bool RecordingFileManager::AddFileList(const QString& name) {
 }
 
 FilelistEntry RecordingFileManager::NewFileListEntry(int mode, bool eventFlag, int camMode, const QString& date,
-                                                     bool recStopFlag, bool rtcErrorFlag) {
+                                                     bool recStopFlag, bool rtcErrorFlag, const FoundFile* found) {
   FilelistEntry entry;
   entry.mode = mode;
   entry.camMode = camMode;
@@ -279,15 +282,16 @@ FilelistEntry RecordingFileManager::NewFileListEntry(int mode, bool eventFlag, i
   entry.rtcErrorFlag = rtcErrorFlag;
   entry.date = date;
   entry.fileName = recStopFlag ? MarkerPath(mode, camMode, date) : VideoPath(mode, camMode, date, rtcErrorFlag);
-  if (!recStopFlag) GetFileData(&entry);
+  if (!recStopFlag) GetFileData(&entry, found);
   return entry;
 }
 
-bool RecordingFileManager::GetFileData(FilelistEntry* entry) {
+// The path of a recording may name another file than the one that was found.
+bool RecordingFileManager::GetFileData(FilelistEntry* entry, const FoundFile* found) {
   VideoData data;
   struct stat status {};
-  if (mAhead != nullptr && QStringView(entry->fileName).sliced(kCardLength) == mAhead->name)
-    data = mAhead->data;
+  if (found != nullptr && QStringView(entry->fileName).sliced(kCardLength) == found->name)
+    data = found->data;
   else
     data = ReadVideo(AT_FDCWD, QFile::encodeName(DevicePath(entry->fileName)).constData(), &status);
   if (data.reading == Reading::Absent) return false;
@@ -314,16 +318,17 @@ bool RecordingFileManager::GetRecordStopFileInfo(const QString& path, RecStopInf
   QFile file(ours);
   if (list == nullptr || !QFileInfo(ours).isFile() || !file.open(QIODevice::ReadOnly)) return false;
   bool isStart = true;  // of a line; else the rest of a long one
-  for (int i = 0; i < kMostStopLines && !file.atEnd(); ++i) {
-    const QByteArray line = file.readLine(kMostLineBytes + 3);  // its end, and the 0 that is not returned
+  for (int lines = 0; lines < kMostStopLines && file.pos() < kMostStopBytes && !file.atEnd();) {
+    QByteArray line = file.readLine(kMostLineBytes + 3);  // its end, and the 0 that is not returned
     const bool isEnd = line.endsWith('\n') || file.atEnd();
-    if (isStart && isEnd) {
-      QString text = QString::fromUtf8(line);
-      while (text.endsWith(u'\n') || text.endsWith(u'\r')) text.chop(1);
+    while (line.endsWith('\n') || line.endsWith('\r')) line.chop(1);
+    if (isStart && isEnd && line.size() <= kMostLineBytes) {
+      const QString text = QString::fromUtf8(line);
       const Parts<2> parts(text, u' ');
       if (parts.count > 0) list->append({parts[0].toString(), parts[1].toString()});
     }
     isStart = isEnd;
+    if (isEnd) ++lines;
   }
   return true;
 }
@@ -349,9 +354,10 @@ bool RecordingFileManager::SortingFileList(const RecStopInfoList* stopList, File
     const auto later = std::upper_bound(latest.begin(), latest.end(), record.startTime,
                                         [&](const QString& start, qsizetype i) { return start < entries->at(i).date; });
     const qsizetype files = later == latest.end() ? entries->size() : *later;
-    qDebug("p = %d", int(files + (place - sorted.begin())));
+    std::printf("p = %d\n", int(files + (place - sorted.begin())));  // whoever works on the recorder reads it there
     sorted.insert(place, &record);
   }
+  std::fflush(stdout);
 
   FilelistEntryList merged;
   merged.reserve(entries->size() + stopList->size());

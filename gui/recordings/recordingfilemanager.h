@@ -97,6 +97,8 @@ using FileItemList = QList<const FileItem*>;
 /// The catalogue of the recordings on the card. It is built once, by RecFileThread, and not changed afterwards; it is
 /// read on the GUI thread.
 class RecordingFileManager {
+  struct FoundFile;
+
 public:
   RecordingFileManager();
   ~RecordingFileManager();
@@ -116,35 +118,40 @@ public:
 
   // The steps of the scan.
 
+  /// A new empty list of entries.
+  void CreateFileListEntry();
+  /// The entries, in the order of the scan.
+  FilelistEntryList* GetFileListEntry() { return mFileListEntry.get(); }
   /// Adds the recording of this name, read from the card. False when the name is not one of a recording.
   bool AddFileList(const QString& name);
   /// A new entry with the next key. `mode` is a File_Prefix, `camMode` 0 or 1, `date` goes into the path as it is. A
-  /// video's file is read.
+  /// video's file is read, unless it is `found`, which the scan has read.
   FilelistEntry NewFileListEntry(int mode, bool eventFlag, int camMode, const QString& date, bool recStopFlag,
-                                 bool rtcErrorFlag);
-  /// Sets flag and duration from the file, which is opened for writing, too, and not written. False when the file
-  /// cannot be opened, is empty or no whole AVI header.
-  bool GetFileData(FilelistEntry* entry);
+                                 bool rtcErrorFlag, const FoundFile* found = nullptr);
+  /// Sets flag and duration from the file, which is opened for writing, too, and not written; from `found` when it is
+  /// that. False when the file cannot be opened, is empty or no whole AVI header.
+  static bool GetFileData(FilelistEntry* entry, const FoundFile* found = nullptr);
   /// Reads the text of a stop marker's own file, at most 4 KiB. False when it cannot be read. The scan does not use it.
   static bool GetRecStopFileData(FilelistEntry* entry);
   /// A new empty list of stop records.
   void CreateRecStopInfoList();
-  /// Appends the stop records of the file `path` of the camera: at most 10,000 lines; lines above 4 KiB and those
-  /// without a word are left out. False when the list is null or the file cannot be read.
+  /// Appends the stop records of the file `path` of the camera: at most 10,000 lines, of at most 40 MB; lines above
+  /// 4 KiB and those without a word are left out. False when the list is null or the file cannot be read.
   static bool GetRecordStopFileInfo(const QString& path, RecStopInfoList* list);
-  /// Puts a marker for each stop record in front of the first entry that is later. False when a list is null.
+  /// Puts a marker for each stop record in front of the first entry that is later, and prints its place on the standard
+  /// output. False when a list is null.
   static bool SortingFileList(const RecStopInfoList* stopList, FilelistEntryList* entries);
   /// Fills the item lists from the entries; leaves them as they are when there is none.
   void AddFileItem(bool);
 
 private:
-  friend class RecordingFileManagerTest;
-  struct FoundFile;
+  struct NameParts;
 
+  static std::optional<NameParts> PartsOf(QStringView name);
   static std::optional<FoundFile> Find(int folder, const dirent& entry);
   static std::optional<std::vector<FoundFile>> FindFiles(const QString& dirPath);
+  bool Add(const NameParts& parts, const FoundFile* found);
   void InitData();
-  void CreateFileListEntry();
   void AllRemoveFileList();
 
   std::unique_ptr<FilelistEntryList> mFileListEntry;
@@ -153,6 +160,5 @@ private:
   std::unique_ptr<RecStopInfoList> mRecStopInfoList;
   int mKey;
 
-  const FoundFile* mAhead = nullptr;  // the file whose turn it is in a scan: it is not opened again
-  std::vector<FileItem> mItems;       // what the lists point to
+  std::vector<FileItem> mItems;  // what the lists point to
 };

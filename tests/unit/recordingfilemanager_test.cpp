@@ -1,6 +1,7 @@
 #include "gui/recordings/recordingfilemanager.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -57,6 +58,21 @@ QList<int> MergeOneByOne(const RecStopInfoList& records, FilelistEntryList* entr
 }
 
 QStringList gSaid;
+
+/// The lines that `call` prints on the standard output.
+template <typename Call>
+QStringList Printed(Call call) {
+  fflush(stdout);
+  const int ours = memfd_create("printed", MFD_CLOEXEC);
+  const int before = dup(STDOUT_FILENO);
+  dup2(ours, STDOUT_FILENO);
+  call();
+  dup2(before, STDOUT_FILENO);  // what the call has not flushed is not there
+  close(before);
+  QFile file;
+  if (!file.open(ours, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle) || !file.seek(0)) return {"unread"};
+  return QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+}
 }  // namespace
 
 class RecordingFileManagerTest : public QObject {
@@ -77,7 +93,8 @@ class RecordingFileManagerTest : public QObject {
     QCOMPARE(utimensat(AT_FDCWD, qPrintable(root.Path(kCardPath + name)), times, 0), 0);
   }
   bool Scan() { return mManager->ReadFileList(kCardPath); }
-  const FilelistEntryList& Entries() const { return *mManager->mFileListEntry; }
+  int NextKey() { return mManager->NewFileListEntry(0, false, 0, {}, true, false).key; }
+  const FilelistEntryList& Entries() const { return *mManager->GetFileListEntry(); }
   QStringList Dates() const {
     QStringList dates;
     for (const FilelistEntry& entry : Entries()) dates << entry.date;
@@ -217,7 +234,7 @@ private slots:
     QFETCH(QString, name);
     QVERIFY(!mManager->AddFileList(name));
     QVERIFY(Entries().isEmpty());
-    QCOMPARE(mManager->mKey, -1);
+    QCOMPARE(NextKey(), -1);
     QVERIFY(gSaid.isEmpty());
   }
 
@@ -237,7 +254,7 @@ private slots:
     QVERIFY(!mManager->AddFileList(name));
     QVERIFY(Entries().isEmpty());
     QCOMPARE(gSaid, QStringList("recStop error"));
-    QCOMPARE(mManager->mKey, 0);  // it had the number -1
+    QCOMPARE(NextKey(), 0);  // it had the number -1
   }
   void aMarkersPath() {
     const FilelistEntry marker = mManager->NewFileListEntry(2, false, 1, "20230101_123456", true, false);
@@ -461,7 +478,7 @@ private slots:
   }
   void aNewManagerHasNothing() {
     QVERIFY(Entries().isEmpty());
-    QCOMPARE(mManager->mKey, -1);
+    QCOMPARE(NextKey(), -1);
     QVERIFY(!mManager->GetCurItem());
     for (const int i : {-1, INT_MIN, int{RECORDING_FILE_INDEX_MAX}, INT_MAX, 0, 19}) QVERIFY(!mManager->GetFileItem(i));
   }
@@ -597,11 +614,32 @@ private slots:
     root.Write(kStopFile, QByteArray(20000, '\n') + "late e\n");
     QVERIFY(ReadStops().isEmpty());
   }
+  void aLongLineOfStopsIsOneLine() {
+    const QByteArray longLine = QByteArray(3000000, 'x') + '\n';
+    QByteArray lines = longLine + longLine;
+    for (int i = 0; i < 9999; ++i) lines += "s" + QByteArray::number(i) + " e\n";
+    root.Write(kStopFile, lines);
+    const RecStopInfoList list = ReadStops();
+    QCOMPARE(list.size(), 9998);
+    QCOMPARE(list.last().startTime, QStringLiteral("s9997"));
+  }
+  // A line of gigabytes is not waited for.
+  void farBehindTheStopsNothingIsRead() {
+    root.Write(kStopFile, "a b\n");
+    QFile file(root.Path(kStopFile));
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.resize(3LL << 30));
+    QVERIFY(file.seek(42000000));
+    file.write("\nlate e\n");
+    file.close();
+    QCOMPARE(ReadStops().size(), 1);
+  }
   void longLinesOfStopsAreLeftOut_data() {
     QTest::addColumn<int>("bytes");
     QTest::addColumn<bool>("isTaken");
     QTest::newRow("4 KiB") << 4096 << true;
-    for (const int bytes : {4099, 8192, 8196, 100000, 10000000}) QTest::addRow("%d", bytes) << bytes << false;
+    for (const int bytes : {4097, 4098, 4099, 8192, 8196, 100000, 10000000})
+      QTest::addRow("%d", bytes) << bytes << false;
   }
   void longLinesOfStopsAreLeftOut() {
     QFETCH(int, bytes);
@@ -670,8 +708,8 @@ private slots:
     for (const QString& date : files) entries << Entry(date, 2, 1);
     RecStopInfoList list;
     for (const QString& start : stops) list.append({start, start + "end"});
-    QVERIFY(RecordingFileManager::SortingFileList(&list, &entries));
-    QStringList merged, said;
+    const QStringList said = Printed([&] { QVERIFY(RecordingFileManager::SortingFileList(&list, &entries)); });
+    QStringList merged, expected;
     for (const FilelistEntry& entry : entries) {
       merged << entry.date + (entry.recStopFlag ? "~" : "");
       QCOMPARE(entry.mode, entry.recStopFlag ? 0 : 2);
@@ -683,8 +721,9 @@ private slots:
       QVERIFY(!entry.rtcErrorFlag && !entry.eventFlag);
     }
     QTEST(merged, "merged");
-    for (const int place : places) said << QStringLiteral("p = %1").arg(place);
-    QCOMPARE(gSaid, said);
+    for (const int place : places) expected << QStringLiteral("p = %1").arg(place);
+    QCOMPARE(said, expected);
+    QVERIFY(gSaid.isEmpty());
   }
   void withoutOneOfBothListsNothingIsMerged() {
     FilelistEntryList entries{Entry("10")};
@@ -711,9 +750,7 @@ private slots:
       FilelistEntryList expected = entries;
       QStringList places;
       for (const int place : MergeOneByOne(list, &expected)) places << QStringLiteral("p = %1").arg(place);
-      gSaid.clear();
-      QVERIFY(RecordingFileManager::SortingFileList(&list, &entries));
-      QCOMPARE(gSaid, places);
+      QCOMPARE(Printed([&] { QVERIFY(RecordingFileManager::SortingFileList(&list, &entries)); }), places);
       QCOMPARE(entries.size(), expected.size());
       for (int i = 0; i < entries.size(); ++i) {
         QCOMPARE(entries[i].key, expected[i].key);
@@ -744,9 +781,8 @@ private slots:
                "20230101_100400 20230101_100500\n"    // with a file
                "20230101_100900\n"                    // after all, and still
                "20221231_000000 20221231_000001\n");  // the oldest comes last
-    QVERIFY(Scan());
-    QCOMPARE(gSaid, QStringList({"file number = 12", "recStop error", "invalid num = 2", "p = 0", "p = 6", "p = 9",
-                                 "p = 13", "p = 0"}));
+    QCOMPARE(Printed([&] { QVERIFY(Scan()); }), QStringList({"p = 0", "p = 6", "p = 9", "p = 13", "p = 0"}));
+    QCOMPARE(gSaid, QStringList({"file number = 12", "recStop error", "invalid num = 2"}));
     const QStringList front{"00:00:00~20221231_000001",
                             "09:59:00~20230101_100000",
                             "10:00:00",
@@ -838,7 +874,7 @@ private slots:
     for (int flag = 0; flag < icons.size(); ++flag) {
       FilelistEntry entry = Entry("20230101_100000", mode);
       entry.fileFlag = flag;
-      mManager->mFileListEntry->append(entry);
+      mManager->GetFileListEntry()->append(entry);
     }
     mManager->AddFileItem(false);
     const FileItemList& list = *mManager->GetFileItem(4 + mode * 4 + 2);
@@ -875,7 +911,7 @@ private slots:
   }
   void timesAsTheyAreShown() {
     QFETCH(QString, date);
-    mManager->mFileListEntry->append(Entry(date));
+    mManager->GetFileListEntry()->append(Entry(date));
     mManager->AddFileItem(false);
     QTEST(mManager->GetFileItem(0)->first()->fileName, "shown");
   }
