@@ -47,6 +47,7 @@ RecordingFileList::RecordingFileList(QWidget* parent)
 void RecordingFileList::SetListItem(int index) {
   mListType = index;
   mCurFileItem = mRecordingFileManager ? mRecordingFileManager->GetFileItem(index) : nullptr;
+  if (mRecordingFileManager) mRecordingFileManager->SetCurItem(mCurFileItem);
   ProcessPageOperation(mCurFileItem ? int(mCurFileItem->size()) : 0);
   ShowPage();
   SetPageDisplay();

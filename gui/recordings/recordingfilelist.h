@@ -47,7 +47,7 @@ private:
   int mListType = -1;   // RecordingFileIndex
   QString mFileTypeImgPath, mCameraTypeImgPath, mOrderTypeImgPath;
   std::array<RecordingFileItem*, kRows> mFileItemWidget;
-  const RecordingFileManager* mRecordingFileManager;  // the window's; null when there is none
-  const FileItemList* mCurFileItem = nullptr;         // one of its lists, or null
-  int mNeedFormatFlag = 0;  // of the format that is asked for: 1 resolution, 2 frame rate, 3 both
+  RecordingFileManager* mRecordingFileManager;  // the window's; null when there is none
+  const FileItemList* mCurFileItem = nullptr;   // one of its lists, or null
+  int mNeedFormatFlag = 0;                      // of the format that is asked for: 1 resolution, 2 frame rate, 3 both
 };

@@ -255,6 +255,20 @@ private slots:
 
   // ---- toggles
 
+  void theCatalogueKnowsTheListThatIsShown() {
+    OpenMixed();
+    const RecordingFileManager& catalogue = *mHost->catalogue;
+    QVERIFY(catalogue.GetCurItem());
+    QCOMPARE(catalogue.GetCurItem(), catalogue.GetFileItem(ALL_ASCENDING_FRONT));
+    const std::pair<int, int> steps[] = {{265, ALL_ASCENDING_REAR},     // the camera
+                                         {355, ALL_DECENDING_REAR},     // the order
+                                         {150, NORMAL_DECENDING_REAR},  // the kind
+                                         {265, NORMAL_DECENDING_FRONT}};
+    for (const auto& [toggle, index] : steps) {
+      Tap(toggle, 30);
+      QCOMPARE(catalogue.GetCurItem(), catalogue.GetFileItem(index));
+    }
+  }
   void kindToggleGoesRound() {
     OpenMixed();
     const char* const pictures[] = {"filelist/title_entire_normal.bmp", "filelist/title_normal_normal.bmp",
