@@ -107,6 +107,12 @@ bool ReadAll(QByteArray* bytes) {
 }
 }  // namespace
 
+void LedFileManager::InitData() {
+  mZelNumber = mZelSize = mZelMode = 0;
+  mIsCheckedSecurityLed = mIsCheckedKorvoBlack = false;
+  mIsExistsLedFile = true;
+}
+
 bool LedFileManager::isExistsLedFile() {
   return QFile::exists(LedFile());
 }
@@ -195,7 +201,7 @@ void LedFileManager::DeleteTicked(QList<Led_File_Item>* items) {
     mIsAllDeleteCheckedFile =
         std::none_of(mLedIdfList.begin(), mLedIdfList.end(), [](const LED_IDF& entry) { return entry.Checked == 1; });
   *mLed_zel = {};
-  mLed_zel->Number = std::uint8_t(mLedIdfList.size());
+  mLed_zel->Number = std::uint8_t(mZelNumber);
   mLed_zel->Size = std::uint16_t(mZelSize);
   mLed_zel->Mode = std::uint8_t(mZelMode);
   std::copy(mLedIdfList.begin(), mLedIdfList.end(), mLed_zel->Led_idf);

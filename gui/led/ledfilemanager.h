@@ -21,6 +21,8 @@ struct Led_File_Item {
 /// SEND_LED_FILE_UPDATE. Entry 0 is the security pattern, entry 1 the brand's. GUI thread.
 class LedFileManager {
 public:
+  LedFileManager() { InitData(); }
+
   /// Reads the file. A head that cannot be right gives an empty list.
   void ReadLedFile();
 
@@ -56,6 +58,7 @@ public:
   void SetIsAllDeleteCheckedFile(bool all) { mIsAllDeleteCheckedFile = all; }
 
 private:
+  void InitData();
   QByteArray FileBytes() const;
   void AddFileItem();
   void DeleteTicked(QList<Led_File_Item>* items);
@@ -64,12 +67,12 @@ private:
   std::unique_ptr<LED_ZEL> mLed_zel;
   QList<LED_IDF> mLedIdfList;
   QList<Led_File_Item> mLedFileItem;
-  bool mIsExistsLedFile = true;
-  int mZelNumber = 0;
-  int mZelSize = 0;
-  int mZelMode = 0;
-  bool mIsCheckedSecurityLed = false;
-  bool mIsCheckedKorvoBlack = false;
+  bool mIsExistsLedFile;
+  int mZelNumber;  // of the entries in mLedIdfList
+  int mZelSize;
+  int mZelMode;
+  bool mIsCheckedSecurityLed;
+  bool mIsCheckedKorvoBlack;
   bool mIsAllDeleteCheckedFile = false;
 };
 
