@@ -1,7 +1,6 @@
 #include "gui/touch/calibrationfit.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 using Sum = std::int64_t;
@@ -19,7 +18,6 @@ Sum Determinant(const Matrix& m) {
 
 struct Plane {
   double a, b, c;
-  bool IsFinite() const { return std::isfinite(a) && std::isfinite(b) && std::isfinite(c); }
 };
 
 // Cramer's rule with the right-hand side (xt, yt, t).
@@ -59,7 +57,6 @@ bool FitTouch(const int* panelX, const int* panelY, const int* targetX, const in
   };
   const Plane x = solve(targetX);
   const Plane y = solve(targetY);
-  if (!x.IsFinite() || !y.IsFinite()) return false;
   *touch = {x.a, y.a, x.b, y.b, x.c, y.c};
   return true;
 }
