@@ -22,6 +22,12 @@ struct Font_Config {
 struct Lcd_Config {
   int Width, Height;
 };
+struct Language_Config {
+  QString Language;
+};
+struct Logo_Config {
+  QString Logo;
+};
 struct Button_Config {
   QString PressImage, ReleaseImage, DisableImage;
 };
@@ -159,6 +165,7 @@ struct TimeSet_Config {
 };
 /// The message boxes.
 struct MessageBox_Config {
+  Color Text;
   QString DimBg, Box1, Box2, Box3, Alarm, Caution, Caution2, Warning, Error;
   Button_Config Yes, No, Ok, Ok2, Cancel, Front, Rear;
 };
