@@ -194,7 +194,6 @@ void GetTimeSetConfig() {
 }
 
 void GetMessageBoxConfig() {
-  gMessageBox.Text = {255, 255, 255};
   gMessageBox.DimBg = PathOf("messagebox/dim.bmp");
   gMessageBox.Box1 = PathOf("messagebox/message_box1.bmp");
   gMessageBox.Box2 = PathOf("messagebox/message_box2.bmp");

@@ -165,7 +165,6 @@ struct TimeSet_Config {
 };
 /// The message boxes.
 struct MessageBox_Config {
-  Color Text;
   QString DimBg, Box1, Box2, Box3, Alarm, Caution, Caution2, Warning, Error;
   Button_Config Yes, No, Ok, Ok2, Cancel, Front, Rear;
 };

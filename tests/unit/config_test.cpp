@@ -42,7 +42,6 @@ private slots:
     QVERIFY(is(gColor.Trans, 255, 0, 8));
     QVERIFY(is(gColor.Bg, 38, 34, 35));
     QVERIFY(is(gColor.PreviewText, 255, 255, 255));
-    QVERIFY(is(gMessageBox.Text, 255, 255, 255));
     QCOMPARE(gLogo, QStringLiteral("/opt/gui/images/bg/logo.bmp"));
   }
 
