@@ -8,8 +8,8 @@
 /// ended: it removes the status queue and its memory, what the clock shares and, if told so, the root.
 class Janitor {
 public:
-  /// Forks: before anything makes a thread, and after PLATFORM_KEY is set. The lock of the root is the janitor's, too,
-  /// so that nobody takes the root while it works.
+  /// Forks: before anything makes a thread, and after PLATFORM_KEY is set. A root to be removed need not be there yet.
+  /// The lock of one that is kept is the janitor's, too, so that nobody takes the root while it works.
   Janitor(const QString& root, bool removeRoot);
 
   /// Waits until the janitor has done its work; 5 s at most.

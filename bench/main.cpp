@@ -5,6 +5,7 @@
 #include <QRandomGenerator>
 #include <QTextStream>
 #include <memory>
+#include <optional>
 
 #include "bench/bench.h"
 #include "bench/janitor.h"
@@ -166,9 +167,13 @@ int main(int argc, char** argv) {
       (!session.begin.Read(options.replay, &error) || !recordroot::Check(session.begin.root, &error)))
     return Fail(2, error);
   RootFolder root;
-  if (!root.Take(options.root, &error)) return Fail(1, error);
+  if (!root.Choose(options.root, &error)) return Fail(1, error);
   qputenv("PLATFORM_KEY", QByteArray::number(root.PlatformKey()));
-  const Janitor janitor(root.Path(), root.IsFresh());
-  if (!janitor.IsReady()) return Fail(1, QStringLiteral("No process can be made."));
+  // A bench that is killed the moment it has made its root leaves nothing, either; one that is kept is locked first.
+  std::optional<Janitor> janitor;
+  if (root.IsFresh()) janitor.emplace(root.Path(), true);
+  if (!root.Take(&error)) return Fail(1, error);
+  if (!janitor) janitor.emplace(root.Path(), false);
+  if (!janitor->IsReady()) return Fail(1, QStringLiteral("No process can be made."));
   return Run(root, options, &session);
 }

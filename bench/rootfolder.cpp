@@ -8,7 +8,7 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
+#include <QRandomGenerator>
 #include <QtEndian>
 
 #include "bench/device.h"
@@ -17,6 +17,8 @@ namespace {
 constexpr int kLockWait = 2000;  // milliseconds: the janitor of a bench that was killed is at work
 // The recorder's socket lies below it, and such a path has 107 bytes at most.
 constexpr int kLongestPath = 80;
+
+const QString kCannotBeMade = QStringLiteral("The root folder cannot be made: %1.");
 
 const char* const kFolders[] = {"/bin", "/run", "/dev/input", "/proc/pwm", "/proc/sys/vm", "/opt/gui", "/usr/local"};
 
@@ -30,13 +32,12 @@ constexpr char kStandIn[] =
     "printf '%s\\n' \"${0##*/} $*\" 1<>\"$DASHCAM_ROOT/run/shell\"\n";
 const char* const kStandIns[] = {"/bin/aplay", "/bin/sync"};
 
+// A name that nobody has or can guess.
 QString FreshFolder() {
   QString place = qEnvironmentVariable("XDG_RUNTIME_DIR");
   if (place.isEmpty() || place.contains(u':') || place.size() > kLongestPath - 20 || !QFileInfo(place).isWritable())
     place = QStringLiteral("/tmp");
-  QTemporaryDir folder(place + QStringLiteral("/dashcam-XXXXXX"));
-  folder.setAutoRemove(false);
-  return folder.isValid() ? folder.path() : QString();
+  return place + QStringLiteral("/dashcam-") + QString::number(QRandomGenerator::system()->generate64() >> 14, 36);
 }
 
 bool Write(const QString& path, const QByteArray& bytes) {
@@ -57,7 +58,7 @@ RootFolder::~RootFolder() {
   if (mLock >= 0) close(mLock);
 }
 
-bool RootFolder::Take(const QString& folder, QString* error) {
+bool RootFolder::Choose(const QString& folder, QString* error) {
   mIsFresh = folder.isEmpty();
   if (mIsFresh) {
     mPath = FreshFolder();
@@ -65,7 +66,7 @@ bool RootFolder::Take(const QString& folder, QString* error) {
     mPath = QDir(folder).canonicalPath();
   }
   if (mPath.isEmpty() || mPath == QLatin1String("/")) {
-    *error = QStringLiteral("The root folder cannot be made: %1.").arg(mIsFresh ? QStringLiteral("/tmp") : folder);
+    *error = kCannotBeMade.arg(folder);
     return false;
   }
   if (mPath.contains(u':') || mPath.contains(u'\n') || QFile::encodeName(mPath).size() > kLongestPath) {
@@ -74,10 +75,14 @@ bool RootFolder::Take(const QString& folder, QString* error) {
                  .arg(mPath);
     return false;
   }
-  return Lock(error);
+  return true;
 }
 
-bool RootFolder::Lock(QString* error) {
+bool RootFolder::Take(QString* error) {
+  if (mIsFresh && !QDir().mkdir(mPath, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner)) {
+    *error = kCannotBeMade.arg(mPath);
+    return false;
+  }
   QDir().mkpath(Path("/run"));
   // Not for the programs that the bench starts; the janitor is no such program and keeps it.
   mLock = open(QFile::encodeName(Path("/run/bench.lock")).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);

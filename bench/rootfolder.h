@@ -10,9 +10,13 @@ public:
   RootFolder(const RootFolder&) = delete;
   RootFolder& operator=(const RootFolder&) = delete;
 
-  /// Takes `folder`, or makes a fresh one when that is empty, and locks it for this bench. False with one sentence in
-  /// `error`: it cannot be used, or another bench has it.
-  bool Take(const QString& folder, QString* error);
+  /// It is to be `folder`, which is made when there is none, or a fresh one when that is empty. False with one sentence
+  /// in `error`: it cannot be used.
+  bool Choose(const QString& folder, QString* error);
+
+  /// Makes the fresh one; locks it for this bench. False with one sentence in `error`: it cannot be made, or another
+  /// bench has it.
+  bool Take(QString* error);
 
   /// Makes what a camera has beside the recorder's own files: pictures (links to `pictures`, the folder of the build),
   /// backlight, device folders, and stand-ins for the commands of its shell. False with one sentence in `error`.
@@ -29,8 +33,6 @@ public:
   quint32 PlatformKey() const;
 
 private:
-  bool Lock(QString* error);
-
   QString mPath;
   bool mIsFresh = false;
   int mLock = -1;

@@ -318,7 +318,8 @@ int main(int argc, char** argv) {
   if (argc != 2) Fail("usage: perf-measure FILE");
   RootFolder root;
   QString error;
-  if (!root.Take(QString(), &error) || !root.Furnish(QStringLiteral(BINARY_DIR "/pictures"), &error))
+  if (!root.Choose(QString(), &error) || !root.Take(&error) ||
+      !root.Furnish(QStringLiteral(BINARY_DIR "/pictures"), &error))
     Fail(qPrintable(error));
   qputenv("PLATFORM_KEY", QByteArray::number(root.PlatformKey()));
   QDir().mkpath(root.Path("/run"));

@@ -23,9 +23,11 @@ class BenchLifeTest : public QObject {
   Q_OBJECT
 
   // 0: there is no such file.
-  static ino_t InodeOf(const QString& path) {
+  // Which file stands there, empty when none does. The number alone may come again at once.
+  static QString FileAt(const QString& path) {
     struct stat state {};
-    return stat(qPrintable(path), &state) == 0 ? state.st_ino : 0;
+    if (stat(qPrintable(path), &state) != 0) return {};
+    return QStringLiteral("%1 %2.%3").arg(state.st_ino).arg(state.st_ctim.tv_sec).arg(state.st_ctim.tv_nsec);
   }
 
   // The one process of this name that belongs to the bench; 0: none or several.
@@ -103,8 +105,8 @@ private slots:
     QVERIFY(ProcessOf(bench, "dashcam-gui") != 0);
     QVERIFY(ProcessOf(bench, "Xvfb") != 0);
     const QString socket = QStringLiteral("/tmp/.X11-unix/X") + BenchRun::DisplayOf(root);
-    const ino_t inode = InodeOf(socket);
-    QVERIFY(inode != 0);
+    const QString made = FileAt(socket);
+    QVERIFY(!made.isEmpty());
     struct stat state {};
     QCOMPARE(stat(qPrintable(root), &state), 0);
     QCOMPARE(state.st_mode & 0777, mode_t{0700});
@@ -120,7 +122,7 @@ private slots:
     QTRY_VERIFY(!QFile::exists(root));
     QTRY_VERIFY(!HasTransport(key));
     for (const QString& file : clock) QTRY_VERIFY(!QFile::exists(file));
-    QTRY_VERIFY(InodeOf(socket) != inode);  // the next X server may have its name
+    QTRY_VERIFY(FileAt(socket) != made);  // the next X server may have its name
   }
 
   // One that is killed while everything starts leaves nothing, either.

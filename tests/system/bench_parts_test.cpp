@@ -288,10 +288,10 @@ private slots:
     const QTemporaryDir folder;
     QString error;
     RootFolder first;
-    QVERIFY(first.Take(folder.path(), &error));
+    QVERIFY(first.Choose(folder.path(), &error) && first.Take(&error));
     QVERIFY(!first.IsFresh());
     RootFolder other;
-    QVERIFY(other.Take(QString(), &error));
+    QVERIFY(other.Choose(QString(), &error) && other.Take(&error));
     QVERIFY(other.IsFresh());
     QVERIFY(other.Path() != first.Path());
     QVERIFY(other.PlatformKey() != first.PlatformKey());
@@ -310,7 +310,7 @@ private slots:
     QFETCH(QString, folder);
     RootFolder root;
     QString error;
-    QVERIFY(!root.Take(folder, &error));
+    QVERIFY(!root.Choose(folder, &error) || !root.Take(&error));
     QVERIFY(IsSentence(error));
     if (folder.size() > 10) QDir().rmdir(folder);
   }
@@ -319,7 +319,7 @@ private slots:
     const QTemporaryDir folder;
     RootFolder root;
     QString error;
-    QVERIFY(root.Take(folder.path(), &error));
+    QVERIFY(root.Choose(folder.path(), &error) && root.Take(&error));
     QVERIFY(root.Furnish(folder.path(), &error));
     ShellWatch shell(root.Path());
     QVERIFY(shell.Open(&error));
