@@ -68,7 +68,7 @@ void RemoveInterruptedSave() {
   QFile::remove(lock.filePath());
 }
 
-// Of a damaged file a part may be readable.
+// Reads all of the file: its status then says whether it is damaged.
 bool HoldsASetting(const QSettings& file) {
   const QStringList keys = file.allKeys();
   return std::ranges::any_of(SettingKeys(),
