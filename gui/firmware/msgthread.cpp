@@ -106,8 +106,8 @@ int MsgThread::Receive(GUI_MSG_BUF* buf) {
     bytes = msgrcv(GuiMsgQId, buf, GUI_MSG_SIZE, GUI_ID, flags);
   } while (bytes < 0 && errno == EINTR);
   const int result = bytes < 0 ? -errno : int(bytes);
-  if (result == -ENOMSG) msleep(kRetryMs);
   setTerminationEnabled(false);
+  if (result == -ENOMSG) msleep(kRetryMs);
   return result;
 }
 

@@ -485,7 +485,8 @@ void MsgThreadTest::eventsArriveThroughAQueueThatIsFullOfThem() {
   connect(
       mLink.get(), &MsgThread::msgEvent, mLink.get(),
       [&, first = true]() mutable {
-        if (!std::exchange(first, false)) return;
+        if (!first) return;
+        first = false;
         standsStill.release();
         goesOn.acquire();
       },
