@@ -109,9 +109,10 @@ void Replay::Store() {
 
 // ---- what is given
 
-// A finger that is down moves or is lifted when its time has come, whatever is shown.
+// A finger that is down moves or is lifted when its time has come, whatever is shown. Everything else waits for what
+// the interface had said by then, however soon after the last input it was.
 bool Replay::IsAwaiting() const {
-  return !Next().Seen().isEmpty() || Next().kind == Kind::End;
+  return Next().kind != Kind::Touch || !mBench.TheFinger().IsDown();
 }
 
 bool Replay::HaveAllCome() const {
@@ -155,8 +156,8 @@ void Replay::Go() {
     mMet.invalidate();
   else if (!mMet.isValid())
     mMet.start();
-  const qint64 least = Least(gap);
-  if (isMet && since >= least && mMet.elapsed() >= std::min(gap, kSettled)) {
+  const qint64 settled = Next().Seen().isEmpty() ? 0 : std::min(gap, kSettled);
+  if (isMet && since >= Least(gap) && mMet.elapsed() >= settled) {
     mMargin = kMargin;
     Give({});
   } else if (since >= gap + mMargin) {

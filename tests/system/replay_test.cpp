@@ -238,6 +238,24 @@ private slots:
     const Replayed replayed = Replay(File("all.jsonl"));
     QVERIFY2(replayed.code == 0, qPrintable(replayed.lines.join(u'\n') + replayed.error));
   }
+  // What was pressed as soon as it was there is pressed as soon as it is there, and not before.
+  void aHastyDriverIsFollowed() {
+    QVERIFY(StartCamera({QStringLiteral("--record"), File("calm.jsonl")}));
+    OpenList();
+    QVERIFY(Tap({430, 30}));
+    QTRY_COMPARE(Screen(), QStringLiteral("MAINMENU"));
+    End();
+    RecordFile recording;
+    QString error;
+    QVERIFY2(recording.Read(File("calm.jsonl"), &error), qPrintable(error));
+    for (RecordEntry& entry : recording.entries) {
+      entry.ms = 0;
+      if (entry.kind == Kind::Touch) entry.body.remove(QStringLiteral("seen"));
+    }
+    QVERIFY(WriteRecording(File("hasty.jsonl"), recording));
+    const Replayed replayed = Replay(File("hasty.jsonl"));
+    QVERIFY2(replayed.code == 0, qPrintable(replayed.lines.join(u'\n') + replayed.error));
+  }
   // A card with recordings, another clock, a panel that is mounted askew: the second run begins with them.
   void aKeptRootIsThereAgain() {
     const QStringList root{QStringLiteral("--root"), File("root")};
