@@ -113,6 +113,7 @@ void BaseWidget::PaintMessageBox(int messageId, bool recv, int value, int timeou
   int kind = 0, a = 0, b = 0, c = 2, d = 24;
   const QString text = GetMessageBoxString(messageId, &kind, &a, &b, &c, &d, value);
   mMessageBoxType = kind;
+  (recv ? mRecvMessageText : mMessageText) = text;
   ShowMessageBox(kind, a, b, text, recv, c, d);
   QTimer* timer = recv ? mRecvMessageBoxTimer : mMessageBoxTimer;
   if (timeoutMs < 1)
@@ -154,8 +155,13 @@ void BaseWidget::DelRecvMessageBox() {
   RepaintCurrentScreen();
 }
 
+// A box that is there already may be reported over and over: a touch of it still counts.
 void BaseWidget::ReportBoxes() {
-  if (IsCurrentScreen()) TopHasChanged();
+  const Box top = TopBox();
+  const QString text = top == Box::None ? QString() : top == Box::Event ? mRecvMessageText : mMessageText;
+  if ((top != mTopBox || text != mTopText) && IsCurrentScreen()) TopHasChanged();
+  mTopBox = top;
+  mTopText = text;
   ReportTop();
   onTopChanged();
 }

@@ -125,5 +125,8 @@ private:
   void ReportBoxes();
   void SaveAndRestartRecording();
 
+  QString mRecvMessageText, mMessageText;
   bool mIsRecvBoxOnTop = false;  // of two boxes the event's was painted last
+  Box mTopBox = Box::None;       // as last reported
+  QString mTopText;
 };

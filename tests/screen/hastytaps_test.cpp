@@ -88,6 +88,19 @@ private slots:
     Tap(kYes);
     QCOMPARE(TopId(), RECORDINGLIST);
   }
+  // The recorder says it again at the moment of the touch: the same trouble closes, another one has not been read.
+  void aBoxThatComesAgainTakesTheTouchOfTheOneBefore() {
+    mWindow->recvEvent(RECV_ZEL_STATUS_HW_ERROR, 3);
+    PostTouch(300, 200);
+    mWindow->recvEvent(RECV_ZEL_STATUS_HW_ERROR, 3);
+    Settle();
+    QCOMPARE(EventBox(), -1);
+    mWindow->recvEvent(RECV_ZEL_STATUS_HW_ERROR, 3);
+    PostTouch(300, 200);
+    mWindow->recvEvent(RECV_ZEL_STATUS_HW_ERROR, 4);
+    Settle();
+    QCOMPARE(EventBox(), int{R_HW_ERROR});
+  }
   void theThirdTapCounts() {
     OpenList();
     TapAgainDuring("8586", kRow4);
