@@ -50,14 +50,16 @@ export async function openPage(browser, bench, options = {}) {
   page.complaints = [];
   page.on('console', (message) => { if (message.type() === 'error') page.complaints.push(message.text()); });
   page.on('pageerror', (error) => page.complaints.push(error.message));
-  // On a slow machine half a minute passes without a touch: the LCD is dark, and a touch only lights it.
-  if ((await bench.state()).lcd.backlight === 0) await bench.post('touch', {action: 'tap', x: 240, y: 160});
   await page.goto(bench.url);
   await page.locator('#controls form').first().waitFor({state: 'attached'});
-  await page.waitForFunction(() => {
-    const lcd = document.getElementById('lcd');
-    return lcd.getContext('2d').getImageData(0, 0, lcd.width, lcd.height).data.some((value, i) => i % 4 !== 3 && value > 0);
-  });
+  await until(async () => {
+    // On a slow machine half a minute passes without a touch: the LCD is dark, and a touch only lights it.
+    if ((await bench.state()).lcd.backlight === 0) await bench.post('touch', {action: 'tap', x: 240, y: 160});
+    return page.evaluate(() => {
+      const lcd = document.getElementById('lcd');
+      return lcd.getContext('2d').getImageData(0, 0, lcd.width, lcd.height).data.some((value, i) => i % 4 !== 3 && value > 0);
+    });
+  }, 'a picture on the page');
   return page;
 }
 
