@@ -7,7 +7,7 @@
 #include "bench/device.h"
 #include "bench/members.h"
 #include "bench/ownpicture.h"
-#include "gui/main.h"
+#include "gui/vocabulary/vocabulary.h"
 
 namespace {
 constexpr char kProcesses[] = "Processes";

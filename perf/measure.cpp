@@ -22,7 +22,7 @@
 
 #include "bench/rootfolder.h"
 #include "bench/touchpanel.h"
-#include "gui/main.h"
+#include "gui/vocabulary/vocabulary.h"
 #include "recorder/recorder.h"
 
 namespace {

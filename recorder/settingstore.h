@@ -8,7 +8,7 @@
 #include <array>
 #include <optional>
 
-#include "gui/main.h"
+#include "gui/vocabulary/vocabulary.h"
 
 namespace recorder {
 

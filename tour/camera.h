@@ -6,7 +6,7 @@
 #include "bench/roadvideo.h"
 #include "bench/touchpanel.h"
 #include "gui/app/mainwindow.h"
-#include "gui/main.h"
+#include "gui/vocabulary/vocabulary.h"
 #include "tour/flashwatch.h"
 
 class TestRoot;

@@ -3,7 +3,7 @@
 #include <functional>
 #include <span>
 
-#include "gui/main.h"
+#include "gui/vocabulary/vocabulary.h"
 
 class Camera;
 

@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "gui/main.h"
+#include "gui/vocabulary/vocabulary.h"
 
 class BaseWidget;
 class MainWindow;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gui/main.h"
+#include "gui/vocabulary/vocabulary.h"
 
 /// What goes to the recorder for a command.
 enum class CommandKind {

@@ -5,7 +5,7 @@
 #include <deque>
 
 #include "gui/base/relaxed.h"
-#include "gui/main.h"
+#include "gui/vocabulary/vocabulary.h"
 #include "platform/Msg_Def.h"
 
 /// The link to the recorder. Its thread waits for status messages and turns them into msgEvent; commands go the other

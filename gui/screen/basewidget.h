@@ -5,7 +5,7 @@
 #include <functional>
 #include <utility>
 
-#include "gui/main.h"
+#include "gui/vocabulary/vocabulary.h"
 
 class MessageBox;
 class QTimer;

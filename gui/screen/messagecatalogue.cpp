@@ -3,7 +3,7 @@
 #include <QStringView>
 #include <iterator>
 
-#include "gui/main.h"
+#include "gui/vocabulary/vocabulary.h"
 
 namespace {
 /// How a message is laid out; see MessageBox.

@@ -4,7 +4,7 @@
 #include <QString>
 #include <memory>
 
-#include "gui/main.h"
+#include "gui/vocabulary/vocabulary.h"
 
 class FormatQuestion;
 class RecordingFileManager;

@@ -3,7 +3,16 @@
 #include <QList>
 
 #include "gui/base/relaxed.h"
-#include "gui/main.h"
+#include "gui/vocabulary/vocabulary.h"
+
+class BaseWidget;
+
+/// One screen on the stack.
+struct WidgetInfo {
+  WidgetId id = UNKNOWN;
+  BaseWidget* widget = nullptr;  ///< owned by the stack
+  int depth = -1;                ///< 0 = bottom
+};
 
 /// The stack of screens; its top is what the window shows. It owns the screens. GUI thread, but for GetCurWidgetId.
 class WidgetManager {

@@ -2,8 +2,8 @@
 
 #include <span>
 
-#include "gui/main.h"
 #include "gui/settings/settingconfig.h"
+#include "gui/vocabulary/vocabulary.h"
 
 /// Where a setting's value is kept.
 enum class SettingPlace {

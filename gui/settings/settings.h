@@ -3,9 +3,9 @@
 #include <QString>
 
 #include "gui/base/published.h"
-#include "gui/main.h"
 #include "gui/settings/settingconfig.h"
 #include "gui/settings/setupvalue.h"
+#include "gui/vocabulary/vocabulary.h"
 
 class QSettings;
 

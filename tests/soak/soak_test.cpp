@@ -17,9 +17,9 @@
 #include <optional>
 #include <stdexcept>
 
-#include "gui/main.h"
 #include "gui/screen/messagecatalogue.h"
 #include "gui/settings/settingkeys.h"
+#include "gui/vocabulary/vocabulary.h"
 #include "tests/soak/tables.h"
 #include "tests/system/camerarun.h"
 

@@ -9,7 +9,7 @@
 #include <QRandomGenerator>
 #include <limits>
 
-#include "gui/main.h"
+#include "gui/vocabulary/vocabulary.h"
 #include "platform/Msg_Def.h"
 #include "tests/system/camerarun.h"
 

@@ -11,7 +11,7 @@
 #include <QtEndian>
 #include <cstring>
 
-#include "gui/main.h"
+#include "gui/vocabulary/vocabulary.h"
 #include "platform/Msg_Def.h"
 #include "platform/gui_interface.h"
 #include "platform/sysctrl.h"

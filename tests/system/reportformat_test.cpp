@@ -1,5 +1,5 @@
 // The end of a parking, and a card that fails, on the real camera.
-#include "gui/main.h"
+#include "gui/vocabulary/vocabulary.h"
 #include "tests/system/camerarun.h"
 
 class ReportFormatTest : public CameraRun {

@@ -5,7 +5,7 @@
 #include <climits>
 #include <iterator>
 
-#include "gui/main.h"
+#include "gui/vocabulary/vocabulary.h"
 
 namespace {
 // What a caller has before it asks.

@@ -2,8 +2,6 @@
 
 #include <QMetaEnum>
 
-class BaseWidget;
-
 /// The vocabulary that the whole interface shares: the enumerations, and the names of their values for diagnostics.
 /// The enumerators are global names; the namespace only lets Qt know their names.
 namespace Vocabulary {
@@ -377,13 +375,6 @@ Q_ENUM_NS(Touch_Type)
 }  // namespace Vocabulary
 
 using namespace Vocabulary;
-
-/// One screen on the stack.
-struct WidgetInfo {
-  WidgetId id = UNKNOWN;
-  BaseWidget* widget = nullptr;  ///< owned by the stack
-  int depth = -1;                ///< 0 = bottom
-};
 
 /// The name of an enumerator, for diagnostics and logs: "PREVIEW"; "?" for a value that has none.
 template <typename Enumeration>

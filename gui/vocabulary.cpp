@@ -1,1 +1,0 @@
-#include "gui/main.h"  // its meta object comes with the moc output of this library
