@@ -59,41 +59,41 @@ int Whole(double value) {
 
 template <RECV_ZEL_STATUS_EVENT event, int value = 0>
 bool Tell(Parts& parts, const Values&, QString*) {
-  return parts.hub.Send(event, value);
+  return parts.sink.Send(event, value);
 }
 
 // Tells what became of the card.
 template <RECV_ZEL_STATUS_EVENT event, int value = 0>
 bool TellCard(Parts& parts, const char* card) {
   parts.card.SetState(card);
-  return parts.hub.Send(event, value);
+  return parts.sink.Send(event, value);
 }
 
 // Tells what spoils the recording under way.
 template <RECV_ZEL_STATUS_EVENT event, Label::Cut cut>
 bool TellCut(Parts& parts, const Values&, QString*) {
   parts.recording.SetCut(cut);
-  return parts.hub.Send(event);
+  return parts.sink.Send(event);
 }
 
 bool SetCardError(Parts& parts, const Values& values, QString*) {
   parts.card.SetState("error");
-  return parts.hub.Send(RECV_ZEL_STATUS_SD_ERROR, QByteArray(kCardErrors[static_cast<size_t>(values[0])]).toInt());
+  return parts.sink.Send(RECV_ZEL_STATUS_SD_ERROR, QByteArray(kCardErrors[static_cast<size_t>(values[0])]).toInt());
 }
 
 bool SetGps(Parts& parts, const Values& values, QString*) {
   parts.facts.gps = Whole(values[0]);
-  return parts.hub.Send(RECV_ZEL_STATUS_GPS_CONNECT, parts.facts.gps);
+  return parts.sink.Send(RECV_ZEL_STATUS_GPS_CONNECT, parts.facts.gps);
 }
 
 bool SetSpeed(Parts& parts, const Values& values, QString*) {
   parts.facts.speed = Whole(values[0]);
-  return parts.hub.Send(RECV_ZEL_STATUS_SPEED, parts.facts.speed);
+  return parts.sink.Send(RECV_ZEL_STATUS_SPEED, parts.facts.speed);
 }
 
 bool SetAccModel(Parts& parts, const Values& values, QString*) {
   parts.facts.accModel = values[0] != 0;
-  return parts.hub.Send(RECV_ZEL_STATUS_ACC_SUPPORT, parts.facts.accModel);
+  return parts.sink.Send(RECV_ZEL_STATUS_ACC_SUPPORT, parts.facts.accModel);
 }
 
 bool RecordShock(Parts& parts, const Values&, QString* error) {
@@ -126,7 +126,7 @@ bool ResetSettings(Parts& parts, const Values&, QString* error) {
     return false;
   }
   parts.cameras.Start();
-  emit parts.hub.recorder.RestartWanted();
+  emit parts.sink.RestartWanted();
   return true;
 }
 
@@ -135,7 +135,7 @@ bool MakeMarker(Parts& parts, const char* path, QString* error) {
     *error = QStringLiteral("The marker %1 cannot be written.").arg(QLatin1String(path));
     return false;
   }
-  emit parts.hub.recorder.RestartWanted();
+  emit parts.sink.RestartWanted();
   return true;
 }
 
@@ -200,7 +200,7 @@ constexpr Action kActions[] = {
      [](P& p, const V& v, QString*) {
        const bool told = p.power.SetType(v[0] != 0);
        p.hub.settings.Save();
-       emit p.hub.recorder.RestartWanted();
+       emit p.sink.RestartWanted();
        return told;
      },
      {Argument{"type", 0, 0, 0, false, false, kBatteryTypes}}},
@@ -219,7 +219,7 @@ constexpr Action kActions[] = {
     {"accModel", "Power", "Accessory-power model", SetAccModel, {Argument{"state", 0, 0, 0, false, false, kSwitch}}},
 
     {"sdOut", "SD card", "Take the card out",
-     [](P& p, const V&, QString* e) { return p.card.TakeOut(e) && p.hub.Send(RECV_ZEL_STATUS_NO_SD); }},
+     [](P& p, const V&, QString* e) { return p.card.TakeOut(e) && p.sink.Send(RECV_ZEL_STATUS_NO_SD); }},
     {"sdIn", "SD card", "Put a good card in", [](P& p, const V&, QString* e) { return p.card.PutIn(e); }},
     {"sdFull",
      "SD card",
@@ -256,12 +256,12 @@ constexpr Action kActions[] = {
     {"hwError",
      "Faults",
      "Hardware error",
-     [](P& p, const V& v, QString*) { return p.hub.Send(RECV_ZEL_STATUS_HW_ERROR, Whole(v[0])); },
+     [](P& p, const V& v, QString*) { return p.sink.Send(RECV_ZEL_STATUS_HW_ERROR, Whole(v[0])); },
      {Argument{"code", 0, 18, 0}}},
     {"clockBroken", "Faults", "Clock broken",
      [](P& p, const V&, QString*) {
        p.recording.SetClockBroken(true);
-       return p.hub.Send(RECV_ZEL_STATUS_RTC_ERROR);
+       return p.sink.Send(RECV_ZEL_STATUS_RTC_ERROR);
      }},
     {"ledFailed", "Faults", "Front LED unit failed", Tell<RECV_ZEL_STATUS_FRONTLED_ERROR>},
 
@@ -278,7 +278,7 @@ constexpr Action kActions[] = {
      "Sound",
      "Mute",
      [](P& p, const V& v, QString*) {
-       return p.hub.Send(v[0] != 0 ? RECV_ZEL_STATUS_MUTE_ON : RECV_ZEL_STATUS_MUTE_OFF);
+       return p.sink.Send(v[0] != 0 ? RECV_ZEL_STATUS_MUTE_ON : RECV_ZEL_STATUS_MUTE_OFF);
      },
      {Argument{"state", 0, 0, 0, false, false, kSwitch}}},
     {"blackspot", "Sound", "Accident blackspot ahead", Tell<RECV_ZEL_STATUS_ACC_VOICE>},
@@ -295,13 +295,13 @@ constexpr Action kActions[] = {
     {"notice",
      "Notices",
      "Notice (restart, rear camera, LCD off, exit)",
-     [](P& p, const V& v, QString*) { return p.hub.Send(static_cast<RECV_ZEL_STATUS_EVENT>(Whole(v[0]))); },
+     [](P& p, const V& v, QString*) { return p.sink.Send(static_cast<RECV_ZEL_STATUS_EVENT>(Whole(v[0]))); },
      {Argument{"number", 1, 4, 1}}},
     {"event",
      "Notices",
      "Any status event",
      [](P& p, const V& v, QString*) {
-       return p.hub.Send(static_cast<RECV_ZEL_STATUS_EVENT>(Whole(v[0])), Whole(v[1]));
+       return p.sink.Send(static_cast<RECV_ZEL_STATUS_EVENT>(Whole(v[0])), Whole(v[1]));
      },
      {Argument{"event", 1, 38, 1},
       Argument{"value", std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), 0}}},

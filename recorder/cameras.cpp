@@ -48,7 +48,7 @@ void Cameras::Parked(bool parked) {
 bool Cameras::PlugRear(bool plugged) {
   mPlugged = plugged;
   Changed();
-  return mHub.Send(plugged ? RECV_ZEL_STATUS_REARCAM_CONNECT : RECV_ZEL_STATUS_REARCAM_DISCONNECT);
+  return mHub.sink.Send(plugged ? RECV_ZEL_STATUS_REARCAM_CONNECT : RECV_ZEL_STATUS_REARCAM_DISCONNECT);
 }
 
 QJsonObject Cameras::State() const {
@@ -61,7 +61,7 @@ QJsonObject Cameras::State() const {
 
 void Cameras::Changed() {
   mVideo.rearAlive = mPlugged && mPowered;
-  emit mHub.recorder.VideoChanged();
+  emit mHub.sink.VideoChanged();
 }
 
 }  // namespace recorder

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "recorder/hub.h"
+#include "recorder/videoplane.h"
 
 namespace recorder {
 

@@ -27,7 +27,7 @@ Card::Card(Hub& hub) : mHub(hub), mFolder(hub.Path(kCardFiles)) {
 
 void Card::Start() {
   QString error;
-  if (QFile::exists(mHub.Path(kCardFilesAway)) && !PutIn(&error)) mHub.Note(error);
+  if (QFile::exists(mHub.Path(kCardFilesAway)) && !PutIn(&error)) mHub.sink.Note(error);
 }
 
 void Card::Finish() {
@@ -79,12 +79,12 @@ void Card::EndCheck() {
 
 // The interface waits for it, so it is told again and again until the queue takes it.
 void Card::Tell(const Answer& answer) {
-  if (!mHub.Send(answer.event, answer.value)) {
+  if (!mHub.sink.Send(answer.event, answer.value)) {
     mAnswers << answer;
     mAgain.start(kAgain);
   }
-  emit mHub.recorder.VideoChanged();
-  emit mHub.recorder.StateChanged();
+  emit mHub.sink.VideoChanged();
+  emit mHub.sink.StateChanged();
 }
 
 bool Card::Fill(int number, QString* error) {

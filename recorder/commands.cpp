@@ -137,14 +137,14 @@ int EndRecording(Parts& parts, Request& request) {
 int TakeSetup(Parts& parts, Request& request) {
   QString error;
   if (!parts.hub.settings.TakeBlock(request.data, &error)) {
-    parts.hub.Note(error);
+    parts.sink.Note(error);
     return kRefused;
   }
   if (parts.hub.settings.Block().value(QLatin1String("time_set_flag")).toInt() == 1)
     parts.recording.SetClockBroken(false);
   parts.cameras.Follow();
   if (const auto& clock = parts.hub.settings.TakenClock(); clock && !parts.hub.clock.Set(*clock))
-    parts.hub.Note(QStringLiteral("The clock cannot be kept."));
+    parts.sink.Note(QStringLiteral("The clock cannot be kept."));
   return 0;
 }
 
@@ -169,7 +169,7 @@ int InitUserData(Parts& parts, Request&) {
   parts.hub.settings.Reset();
   parts.hub.settings.Save();  // before anybody restarts
   parts.cameras.Start();
-  parts.hub.Send(RECV_ZEL_STATUS_POWER_OFF);
+  parts.sink.Send(RECV_ZEL_STATUS_POWER_OFF);
   parts.restart.start(parts.hub.delays.restart);
   return 0;
 }
@@ -249,12 +249,12 @@ void Log(Parts& parts, quint32 number, const Field* field, const Request& reques
   } else {
     entry.insert(QStringLiteral("data"), QLatin1String(request.data.toHex()));
   }
-  emit parts.hub.recorder.Logged(entry);
+  emit parts.sink.Logged(entry);
 }
 
 }  // namespace
 
-CommandServer::Answer DoCommand(Parts& parts, CommandServer::Client& client, quint32 number, const QByteArray& data) {
+CommandServer::Answer DoCommand(Parts& parts, quint32 number, const QByteArray& data) {
   Request request{data, 0, {}, {}};
   if (data.size() == kInt) std::memcpy(&request.value, data.constData(), kInt);
   const Field* field = FindField(number);
@@ -265,20 +265,16 @@ CommandServer::Answer DoCommand(Parts& parts, CommandServer::Client& client, qui
   else if (fits)
     result = field->react(parts, request);
   else
-    parts.hub.Note(field ? QStringLiteral("%1 takes %2 bytes, not %3.")
-                               .arg(QLatin1String(field->name))
-                               .arg(field->length)
-                               .arg(data.size())
-                         : QStringLiteral("There is no field %1.").arg(number));
+    parts.sink.Note(field ? QStringLiteral("%1 takes %2 bytes, not %3.")
+                                .arg(QLatin1String(field->name))
+                                .arg(field->length)
+                                .arg(data.size())
+                          : QStringLiteral("There is no field %1.").arg(number));
   const bool isQuery = !request.shown.isNull();
   Log(parts, number, field, request, result);
   if (!isQuery && result >= 0) {
-    if (!parts.hub.settings.Save()) parts.hub.Note(QStringLiteral("The INI file cannot be written."));
-    emit parts.hub.recorder.StateChanged();
-  }
-  if (number == SFIELD_GET_VOLTAGE && result >= 0 && !client.greeted) {
-    client.greeted = true;
-    parts.Greet();
+    if (!parts.hub.settings.Save()) parts.sink.Note(QStringLiteral("The INI file cannot be written."));
+    emit parts.sink.StateChanged();
   }
   return {result, request.answer};
 }

@@ -57,7 +57,7 @@ void FrontLed::Read() {
   QFile file(mHub.Path(kLedList));
   if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly) ||
       !Take(file.read(kLedHeader + kLedMost * kLedEntry), &mShown))
-    mHub.Note(QStringLiteral("The list of the front LED cannot be read."));
+    mHub.sink.Note(QStringLiteral("The list of the front LED cannot be read."));
 }
 
 QJsonObject FrontLed::State() const {

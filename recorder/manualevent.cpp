@@ -26,8 +26,8 @@ bool ManualEvent::Begin() {
 void ManualEvent::End() {
   mRecording.EndProtected();
   QFile::remove(mHub.Path(kManualEvent));
-  mHub.Note(QStringLiteral("The manual event recording has ended."));
-  emit mHub.recorder.StateChanged();
+  mHub.sink.Note(QStringLiteral("The manual event recording has ended."));
+  emit mHub.sink.StateChanged();
 }
 
 }  // namespace recorder

@@ -44,7 +44,7 @@ bool Parking::Begin(int minutesAgo, QString* error) {
   mMotions.clear();
   mCameras.Parked(true);
   mRecording.SetParked(true);
-  return mHub.Send(RECV_ZEL_STATUS_PARK_MODE_IN);
+  return mHub.sink.Send(RECV_ZEL_STATUS_PARK_MODE_IN);
 }
 
 bool Parking::End(bool lowVoltage, QString* error) {
@@ -64,8 +64,8 @@ bool Parking::End(bool lowVoltage, QString* error) {
 
 bool Parking::TellEnd(const QByteArray& report) {
   if (!WriteWhole(mHub.Path(kParkingReport), report))
-    mHub.Note(QStringLiteral("The parking report cannot be written."));
-  return mHub.Send(RECV_ZEL_STATUS_PARK_MODE_OUT);
+    mHub.sink.Note(QStringLiteral("The parking report cannot be written."));
+  return mHub.sink.Send(RECV_ZEL_STATUS_PARK_MODE_OUT);
 }
 
 QByteArray Parking::Bytes(Sample sample) const {

@@ -1,19 +1,22 @@
 #pragma once
 
+#include <QTimer>
+
 #include "recorder/cameras.h"
 #include "recorder/card.h"
 #include "recorder/clipfacts.h"
-#include "recorder/commandserver.h"
 #include "recorder/frontled.h"
+#include "recorder/hub.h"
 #include "recorder/manualevent.h"
 #include "recorder/parking.h"
 #include "recorder/playback.h"
 #include "recorder/power.h"
 #include "recorder/recording.h"
-#include "recorder/scenario.h"
+#include "recorder/sink.h"
 #include "recorder/statuschannel.h"
 #include "recorder/stock.h"
 #include "recorder/update.h"
+#include "recorder/voice.h"
 
 namespace recorder {
 
@@ -27,17 +30,15 @@ struct Facts {
 
 /// The recorder taken apart.
 struct Parts {
-  Parts(Recorder& recorder, const QString& root);
+  explicit Parts(const QString& root);
 
-  /// An interface has made its first query: tells it the state, and begins a scenario that waits for it.
-  void Greet();
-
+  StatusChannel status;
+  Sink sink{status};
   Hub hub;
   CameraSource source = DrawStripes;
-  StatusChannel status;
   Cameras cameras{hub};
   Power power{hub};
-  Voice voice{hub};
+  Voice voice{sink};
   FrontLed frontLed{hub};
   Card card{hub};
   ClipMaker clips{[this](int camera, qint64 ms, Picture* picture) { source(camera, ms, picture); }};  // of a replay
@@ -48,9 +49,6 @@ struct Parts {
   Update update{hub};
   Facts facts;
   QTimer restart;  // to the restart of the device
-  Scenario scenario{hub};
-  bool greeted = false;  // an interface has made its first query in this run
-  CommandServer server;
 };
 
 }  // namespace recorder

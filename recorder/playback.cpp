@@ -70,7 +70,7 @@ void Playback::Seek(int ms) {
 
 void Playback::Stop() {
   mNext.stop();
-  if (std::exchange(mReader, nullptr)) emit mHub.recorder.VideoChanged();
+  if (std::exchange(mReader, nullptr)) emit mHub.sink.VideoChanged();
 }
 
 void Playback::Advance(bool afresh) {
@@ -80,7 +80,7 @@ void Playback::Advance(bool afresh) {
     return End(StatusOf(result));
   }
   if (mReader->At() / 1000 != mTold) Tell(mReader->At());
-  emit mHub.recorder.VideoChanged();
+  emit mHub.sink.VideoChanged();
   Wait(afresh);
 }
 
@@ -100,13 +100,13 @@ void Playback::End(int status) {
   mNext.stop();
   mEnded = true;
   if (status != kEnd) Stop();
-  mHub.Send(RECV_ZEL_STATUS_PLAY_STATUS, status);
-  emit mHub.recorder.StateChanged();
+  mHub.sink.Send(RECV_ZEL_STATUS_PLAY_STATUS, status);
+  emit mHub.sink.StateChanged();
 }
 
 void Playback::Tell(qint64 ms) {
   mTold = ms / 1000;
-  mHub.Send(RECV_ZEL_STATUS_PLAY_CUR, static_cast<int>(std::min<qint64>(ms, std::numeric_limits<int>::max())));
+  mHub.sink.Send(RECV_ZEL_STATUS_PLAY_CUR, static_cast<int>(std::min<qint64>(ms, std::numeric_limits<int>::max())));
 }
 
 QJsonObject Playback::State() const {

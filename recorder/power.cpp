@@ -19,11 +19,12 @@ Power::Power(Hub& hub) : mHub(hub) {
   mClock.start();
   mPowerOff.setSingleShot(true);
   mPowerOff.callOnTimeout([this] {
-    mHub.Send(RECV_ZEL_STATUS_POWER_OFF);
-    emit mHub.recorder.StateChanged();
+    mHub.sink.Send(RECV_ZEL_STATUS_POWER_OFF);
+    emit mHub.sink.StateChanged();
   });
   mTellVerdict.setSingleShot(true);
-  mTellVerdict.callOnTimeout([this] { mHub.Send(RECV_ZEL_STATUS_VOLT_SET, mVerdict == Verdict::Success ? 1 : 0); });
+  mTellVerdict.callOnTimeout(
+      [this] { mHub.sink.Send(RECV_ZEL_STATUS_VOLT_SET, mVerdict == Verdict::Success ? 1 : 0); });
 }
 
 void Power::Compensate(int step) {
@@ -62,7 +63,7 @@ bool Power::Count(bool on) {
     mPowerOff.start(mHub.delays.powerOff);
   else
     mPowerOff.stop();
-  return mHub.Send(RECV_ZEL_STATUS_LOW_VOLTAGE_POWER_OFF_COUNT, on);
+  return mHub.sink.Send(RECV_ZEL_STATUS_LOW_VOLTAGE_POWER_OFF_COUNT, on);
 }
 
 QJsonObject Power::State() const {

@@ -3,47 +3,71 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <utility>
 
+#include "platform/sysctrl.h"
 #include "recorder/actions.h"
 #include "recorder/commands.h"
+#include "recorder/commandserver.h"
 #include "recorder/files.h"
 #include "recorder/parts.h"
-
-namespace recorder {
-
-Parts::Parts(Recorder& recorder, const QString& root)
-    : hub{recorder, root, Recorder::Delays(), SettingStore(root + QLatin1String(kIniFile)),
-          Clock(root + QLatin1String(kClock))},
-      server([this](CommandServer::Client& client, quint32 field,
-                    const QByteArray& data) { return DoCommand(*this, client, field, data); },
-             [this](const QString& sentence) { hub.Note(sentence); }) {
-  restart.setSingleShot(true);
-  restart.callOnTimeout([this] { emit hub.recorder.RestartWanted(); });
-}
-
-void Parts::Greet() {
-  hub.Note(QStringLiteral("An interface has started."));
-  hub.Send(RECV_ZEL_STATUS_CAM_CNT, cameras.Count());
-  hub.Send(RECV_ZEL_STATUS_ACC_SUPPORT, facts.accModel);
-  hub.Send(RECV_ZEL_STATUS_GPS_CONNECT, facts.gps);
-  hub.Send(RECV_ZEL_STATUS_SPEED, facts.speed);
-  // One that was started again in the middle of something.
-  if (parking.IsParked()) hub.Send(RECV_ZEL_STATUS_PARK_MODE_IN);
-  if (power.Counting()) power.Count(true);
-  if (recording.IsStopped()) {  // it does not know that it has stopped it
-    playback.Stop();
-    recording.Begin();
-  }
-  if (!greeted) scenario.Start();
-  greeted = true;
-}
-
-}  // namespace recorder
+#include "recorder/scenario.h"
 
 using namespace recorder;
 
 Recorder::Recorder(const QString& root, QObject* parent)
-    : QObject(parent), mParts(std::make_unique<Parts>(*this, root)) {}
+    : QObject(parent),
+      mParts(std::make_unique<Parts>(root)),
+      mScenario(std::make_unique<Scenario>(mParts->sink)),
+      mServer(std::make_unique<CommandServer>(
+          [this](CommandServer::Client& client, quint32 field, const QByteArray& data) {
+            const CommandServer::Answer answer = DoCommand(*mParts, field, data);
+            if (field == SFIELD_GET_VOLTAGE && answer.result >= 0 && !std::exchange(client.greeted, true)) Greet();
+            return answer;
+          },
+          [this](const QString& sentence) { mParts->sink.Note(sentence); })) {
+  Connect();
+}
+
+void Recorder::Connect() {
+  const Sink* sink = &mParts->sink;
+  connect(sink, &Sink::Logged, this, &Recorder::Logged);
+  connect(sink, &Sink::StateChanged, this, &Recorder::StateChanged);
+  connect(sink, &Sink::VideoChanged, this, &Recorder::VideoChanged);
+  connect(sink, &Sink::Stored, this, &Recorder::Stored);
+  connect(sink, &Sink::RestartWanted, this, &Recorder::RestartWanted);
+  connect(sink, &Sink::InterfaceEndWanted, this, &Recorder::InterfaceEndWanted);
+  connect(mScenario.get(), &Scenario::TapWanted, this, &Recorder::TapWanted);
+  connect(mScenario.get(), &Scenario::EventWanted, this, [this](int event, int value) {
+    emit EventWanted({{QStringLiteral("event"), event}, {QStringLiteral("value"), value}});
+    SendStatus(event, value);
+  });
+  connect(mScenario.get(), &Scenario::ActionWanted, this, [this](const QString& name, const QJsonObject& arguments) {
+    QJsonObject request = arguments;
+    request.insert(QStringLiteral("name"), name);
+    emit ActionWanted(request);
+    QString error;  // of one that cannot be done now: it is in the log
+    Do(name, arguments, &error);
+  });
+}
+
+// An interface has made its first query: tells it the state, and begins a scenario that waits for it.
+void Recorder::Greet() {
+  Sink& sink = mParts->sink;
+  sink.Note(QStringLiteral("An interface has started."));
+  sink.Send(RECV_ZEL_STATUS_CAM_CNT, mParts->cameras.Count());
+  sink.Send(RECV_ZEL_STATUS_ACC_SUPPORT, mParts->facts.accModel);
+  sink.Send(RECV_ZEL_STATUS_GPS_CONNECT, mParts->facts.gps);
+  sink.Send(RECV_ZEL_STATUS_SPEED, mParts->facts.speed);
+  // One that was started again in the middle of something.
+  if (mParts->parking.IsParked()) sink.Send(RECV_ZEL_STATUS_PARK_MODE_IN);
+  if (mParts->power.Counting()) mParts->power.Count(true);
+  if (mParts->recording.IsStopped()) {  // it does not know that it has stopped it
+    mParts->playback.Stop();
+    mParts->recording.Begin();
+  }
+  if (!std::exchange(mGreeted, true)) mScenario->Start();
+}
 
 Recorder::~Recorder() {
   mParts->recording.Finish();
@@ -66,7 +90,7 @@ bool Recorder::Start(QString* error) {
     return false;
   }
   // First the socket: another recorder below this root keeps its files and its queue.
-  if (!mParts->server.Listen(hub.Path(kSocket), error) || !mParts->status.Open(error)) return false;
+  if (!mServer->Listen(hub.Path(kSocket), error) || !mParts->status.Open(error)) return false;
   mParts->card.Start();
   if (!PrepareRoot(hub.root, error)) return false;
   hub.settings.Load();
@@ -86,7 +110,7 @@ void Recorder::SetMachineClock(const QDateTime& now, bool wasTaken) {
 }
 
 void Recorder::SkipTime(qint64 ms) {
-  if (!mParts->hub.clock.Skip(ms)) mParts->hub.Note(QStringLiteral("The clock cannot be kept."));
+  if (!mParts->hub.clock.Skip(ms)) mParts->sink.Note(QStringLiteral("The clock cannot be kept."));
 }
 
 void Recorder::FollowReplay() {
@@ -123,14 +147,7 @@ void Recorder::RemoveTransport() {
 }
 
 bool Recorder::SendStatus(int event, int value) {
-  const bool known = event >= RECV_ZEL_STATUS_SYS_RESTART && event <= RECV_ZEL_STATUS_PARK_INFO_CLOSE;
-  const bool sent = known && mParts->status.Send(event, value);
-  emit Logged({{QStringLiteral("kind"), QStringLiteral("event")},
-               {QStringLiteral("name"), QLatin1String(NameOf(static_cast<RECV_ZEL_STATUS_EVENT>(event)))},
-               {QStringLiteral("event"), event},
-               {QStringLiteral("value"), value},
-               {QStringLiteral("result"), sent ? 0 : -1}});
-  return sent;
+  return mParts->sink.Send(event, value);
 }
 
 bool Recorder::Do(const QString& name, const QJsonObject& arguments, QString* error) {
@@ -157,7 +174,7 @@ bool Recorder::PutOwnPicture(const QByteArray& bmp, QString* error) {
     return false;
   }
   QFile::remove(hub.Path(kOwnPictureCopy));  // the memory of the device is empty after a restart
-  hub.Note(QStringLiteral("A picture of the driver's is on the card."));
+  hub.sink.Note(QStringLiteral("A picture of the driver's is on the card."));
   emit RestartWanted();
   return true;
 }
@@ -167,8 +184,8 @@ QJsonArray Recorder::Actions() {
 }
 
 bool Recorder::PlayScenario(const QString& file, QString* error) {
-  if (!mParts->scenario.Load(file, error)) return false;
-  if (mParts->greeted) mParts->scenario.Start();
+  if (!mScenario->Load(file, error)) return false;
+  if (mGreeted) mScenario->Start();
   return true;
 }
 
@@ -192,8 +209,8 @@ QJsonObject Recorder::State() const {
           {QStringLiteral("speed"), parts.facts.speed},
           {QStringLiteral("accModel"), parts.facts.accModel},
           {QStringLiteral("update"), parts.update.State()},
-          {QStringLiteral("scenario"), parts.scenario.IsPlaying()},
-          {QStringLiteral("connections"), parts.server.Connections()},
+          {QStringLiteral("scenario"), mScenario->IsPlaying()},
+          {QStringLiteral("connections"), mServer->Connections()},
           {QStringLiteral("waitingEvents"), parts.status.Waiting()}};
 }
 

@@ -5,29 +5,17 @@
 #include <QJsonObject>
 #include <QObject>
 #include <QString>
-#include <QStringList>
 #include <memory>
 
+#include "recorder/delays.h"
 #include "recorder/picture.h"
+#include "recorder/videoplane.h"
 
 namespace recorder {
+class CommandServer;
+class Scenario;
 struct Parts;
-}
-
-/// What the video plane of the LCD shows, behind the interface.
-struct VideoPlane {
-  enum class View { Pip = 0, Front = 1, Rear = 2 };
-  View view = View::Pip;
-  bool mirrored = false;  ///< the rear picture is mirrored
-  int pipCorner = 0;      ///< where the small picture stands: 0 right bottom, 1 right top, 2 left top, 3 left bottom
-  bool rearAlive = true;  ///< false: the rear camera is unplugged or switched off; its picture is black
-  bool recording = true;  ///< a recording is under way
-  /// The picture of the recording that is being played, in place of the cameras; null: none is.
-  std::shared_ptr<const Picture> played;
-  /// What the firmware shows during its update, in front of all, with full backlight: files of this machine, from the
-  /// back to the front, each as wide as the LCD and at its bottom. Empty: no update.
-  QStringList update;
-};
+}  // namespace recorder
 
 /// The simulated recorder firmware: everything that the interface talks to over the platform library's transport, and
 /// the files that the firmware leaves below the root. It knows no screen. One thread, the one it was made in.
@@ -42,23 +30,7 @@ class Recorder : public QObject {
   Q_OBJECT
 
 public:
-  /// How long the firmware takes, in milliseconds; each above 0.
-  struct Delays {
-    int voice = 1500;         ///< a spoken confirmation
-    int stopVoice = 2000;     ///< the voice after a recording was stopped
-    int manualEvent = 10000;  ///< a manual event recording
-    int powerOff = 30000;     ///< from the low-voltage countdown to the power-off
-    int restart = 2000;       ///< from the notice of a restart to the restart
-    int drift = 60000;        ///< one swing of the supply voltage
-    int lcdStep = 7000;       ///< between two levels of the automatic backlight
-    int picture = 250;        ///< between two pictures of a recording; they are 250 ms of its time apart
-    int clip = 20000;         ///< a recording, of its own time: 1000..60000; one of an impact or movement takes half
-    int format = 3000;        ///< the format of the card
-    int check = 2000;         ///< the check of the card
-    int verdict = 1500;       ///< from the second voltage measurement to the verdict
-    int playSecond = 1000;    ///< a second of a recording that is played
-    int update = 500;         ///< half a blink of an update; it takes 14 of them
-  };
+  using Delays = recorder::Delays;
 
   /// `root` is the folder that stands for the device's file system; without a slash at its end.
   explicit Recorder(const QString& root, QObject* parent = nullptr);
@@ -145,5 +117,11 @@ signals:
   void InterfaceEndWanted();
 
 private:
+  void Connect();
+  void Greet();
+
   std::unique_ptr<recorder::Parts> mParts;
+  std::unique_ptr<recorder::Scenario> mScenario;
+  std::unique_ptr<recorder::CommandServer> mServer;
+  bool mGreeted = false;  // an interface has made its first query in this run
 };

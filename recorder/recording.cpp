@@ -38,7 +38,7 @@ void Recording::Begin() {
   mOn = true;
   mTick.start(mHub.delays.picture);
   mVoice.Speak(mHub.delays.voice);
-  emit mHub.recorder.VideoChanged();
+  emit mHub.sink.VideoChanged();
 }
 
 // A card that was formatted meanwhile knows of no stop.
@@ -47,8 +47,8 @@ void Recording::NoteStop() {
   const QDateTime formatted = mCard.Folder().Formatted();
   if (!mCard.IsReady() || (formatted.isValid() && formatted.addSecs(mHub.clock.Offset()) >= mStopped)) return;
   const QDateTime now = mHub.clock.Now();
-  if (!mCard.Folder().AddStop(mStopped, now)) mHub.Note(QStringLiteral("The list of stops cannot be written."));
-  emit mHub.recorder.Stored({{QStringLiteral("from"), TimeText(mStopped)}, {QStringLiteral("to"), TimeText(now)}});
+  if (!mCard.Folder().AddStop(mStopped, now)) mHub.sink.Note(QStringLiteral("The list of stops cannot be written."));
+  emit mHub.sink.Stored({{QStringLiteral("from"), TimeText(mStopped)}, {QStringLiteral("to"), TimeText(now)}});
 }
 
 void Recording::End(int why) {
@@ -57,7 +57,7 @@ void Recording::End(int why) {
   if (mOn) mStopped = mHub.clock.Now();
   mOn = false;
   if (why == kSave || why == kCard) mVoice.Speak(mHub.delays.stopVoice);
-  emit mHub.recorder.VideoChanged();
+  emit mHub.sink.VideoChanged();
 }
 
 void Recording::Finish() {
@@ -159,9 +159,9 @@ void Recording::Store(const Take& take, qint64 changed) {
     good = mCard.Folder().Write(take.label, camera, writer->Finish(), changed + camera) && good;
     const ClipFacts facts{FileName(take.label, camera), Trailer(take.label), writer->Pictures() * kPictureMs, 0,
                           changed + camera};
-    emit mHub.recorder.Stored(facts.ToJson());
+    emit mHub.sink.Stored(facts.ToJson());
   }
-  if (!good) mHub.Note(QStringLiteral("A recording cannot be written."));
+  if (!good) mHub.sink.Note(QStringLiteral("A recording cannot be written."));
   mCard.Folder().Trim(kMost, 2);
 }
 

@@ -26,7 +26,7 @@ bool TakeInt(QJsonObject* object, const char* key, int least, int most, int* num
 
 }  // namespace
 
-Scenario::Scenario(Hub& hub) : mHub(hub) {
+Scenario::Scenario(Sink& sink) : mSink(sink) {
   mTimer.setSingleShot(true);
   mTimer.setTimerType(Qt::PreciseTimer);
   mTimer.callOnTimeout([this] { Play(); });
@@ -103,23 +103,17 @@ void Scenario::Wait() {
   if (mNext < mSteps.size())
     mTimer.start(static_cast<int>(std::max<qint64>(0, mSteps[mNext].ms - mClock.elapsed())));
   else if (!mSteps.isEmpty())
-    mHub.Note(QStringLiteral("The scenario has ended."));
+    mSink.Note(QStringLiteral("The scenario has ended."));
 }
 
 void Scenario::Play() {
   const Step step = mSteps[mNext++];
-  QString error;  // of an action that cannot be done now: it is in the log
-  if (step.isTouch) {
-    emit mHub.recorder.TapWanted(step.x, step.y);
-  } else if (step.event > 0) {
-    emit mHub.recorder.EventWanted({{QStringLiteral("event"), step.event}, {QStringLiteral("value"), step.value}});
-    mHub.recorder.SendStatus(step.event, step.value);
-  } else {
-    QJsonObject request = step.arguments;
-    request.insert(QStringLiteral("name"), step.action);
-    emit mHub.recorder.ActionWanted(request);
-    mHub.recorder.Do(step.action, step.arguments, &error);
-  }
+  if (step.isTouch)
+    emit TapWanted(step.x, step.y);
+  else if (step.event > 0)
+    emit EventWanted(step.event, step.value);
+  else
+    emit ActionWanted(step.action, step.arguments);
   Wait();
 }
 

@@ -1,17 +1,22 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QJsonObject>
 #include <QList>
+#include <QObject>
+#include <QString>
 #include <QTimer>
 
-#include "recorder/hub.h"
+#include "recorder/sink.h"
 
 namespace recorder {
 
-/// A file of events, actions and touches with their times.
-class Scenario {
+/// A file of events, actions and touches with their times. When its time has come each is wanted by a signal.
+class Scenario : public QObject {
+  Q_OBJECT
+
 public:
-  explicit Scenario(Hub& hub);
+  explicit Scenario(Sink& sink);
 
   /// Reads and checks `file`. False, with one sentence in `error` that names the line, when anything is wrong; what was
   /// read before stays then.
@@ -21,6 +26,11 @@ public:
   void Start();
 
   bool IsPlaying() const { return mTimer.isActive(); }
+
+signals:
+  void TapWanted(int x, int y);
+  void EventWanted(int event, int value);
+  void ActionWanted(const QString& name, const QJsonObject& arguments);
 
 private:
   struct Step {
@@ -40,7 +50,7 @@ private:
   void Play();
   void Wait();
 
-  Hub& mHub;
+  Sink& mSink;
   QList<Step> mSteps;  // in the order of their times
   qsizetype mNext = 0;
   QElapsedTimer mClock;

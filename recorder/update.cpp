@@ -26,15 +26,15 @@ bool Update::Begin(const char* marker, QString* error) {
   mMarker = marker;
   mStep = 0;
   mTimer.start(mHub.delays.update);
-  emit mHub.recorder.InterfaceEndWanted();
-  emit mHub.recorder.VideoChanged();
+  emit mHub.sink.InterfaceEndWanted();
+  emit mHub.sink.VideoChanged();
   return true;
 }
 
 void Update::Finish() {
   if (!IsRunning()) return;
   mTimer.stop();
-  emit mHub.recorder.RestartWanted();
+  emit mHub.sink.RestartWanted();
 }
 
 int Update::Phase() const {
@@ -56,11 +56,11 @@ void Update::Step() {
   if (++mStep == kSteps) {
     mTimer.stop();
     if (!WriteWhole(mHub.Path(mMarker), QByteArray()))
-      mHub.Note(QStringLiteral("The marker %1 cannot be written.").arg(QLatin1String(mMarker)));
-    emit mHub.recorder.RestartWanted();
+      mHub.sink.Note(QStringLiteral("The marker %1 cannot be written.").arg(QLatin1String(mMarker)));
+    emit mHub.sink.RestartWanted();
   }
-  emit mHub.recorder.VideoChanged();
-  emit mHub.recorder.StateChanged();
+  emit mHub.sink.VideoChanged();
+  emit mHub.sink.StateChanged();
 }
 
 }  // namespace recorder

@@ -4,11 +4,11 @@
 
 namespace recorder {
 
-Voice::Voice(Hub& hub) : mHub(hub) {
+Voice::Voice(Sink& sink) : mSink(sink) {
   mEnd.setSingleShot(true);
   mEnd.callOnTimeout([this] {
-    if (!mSuppressed) mHub.Send(RECV_ZEL_STATUS_VOICE_PLAY_END);
-    emit mHub.recorder.StateChanged();
+    if (!mSuppressed) mSink.Send(RECV_ZEL_STATUS_VOICE_PLAY_END);
+    emit mSink.StateChanged();
   });
 }
 
@@ -18,7 +18,7 @@ void Voice::Speak(int ms) {
 
 bool Voice::EndNow() {
   mEnd.stop();
-  return mHub.Send(RECV_ZEL_STATUS_VOICE_PLAY_END);
+  return mSink.Send(RECV_ZEL_STATUS_VOICE_PLAY_END);
 }
 
 QJsonObject Voice::State() const {

@@ -2,7 +2,7 @@
 
 #include <QTimer>
 
-#include "recorder/hub.h"
+#include "recorder/sink.h"
 
 namespace recorder {
 
@@ -10,7 +10,7 @@ namespace recorder {
 /// told always, also of a voice that is muted.
 class Voice {
 public:
-  explicit Voice(Hub& hub);
+  explicit Voice(Sink& sink);
 
   /// Says something that ends in `ms`. What is being said is cut off, but the end never comes earlier for that.
   void Speak(int ms);
@@ -24,7 +24,7 @@ public:
   QJsonObject State() const;
 
 private:
-  Hub& mHub;
+  Sink& mSink;
   QTimer mEnd;
   bool mSuppressed = false;
 };
