@@ -17,7 +17,7 @@
 #include "bench/shellwatch.h"
 #include "bench/supervisor.h"
 #include "bench/touchpanel.h"
-#include "recorder/recorder.h"
+#include "recorder/firmware/recorder.h"
 
 /// The camera around the interface: recorder, LCD, touch panel, shell, and the interface itself.
 class Bench : public QObject {

@@ -3,7 +3,7 @@
 #include <QImage>
 #include <QRegion>
 
-#include "recorder/picture.h"
+#include "recorder/base/picture.h"
 
 /// Where the interface paints this colour, the video shows.
 inline constexpr QRgb kKeyColour = qRgb(255, 0, 8);

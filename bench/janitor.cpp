@@ -9,7 +9,7 @@
 #include <QElapsedTimer>
 
 #include "bench/fakeclock.h"
-#include "recorder/recorder.h"
+#include "recorder/link/statuschannel.h"
 
 namespace {
 constexpr int kMostWait = 5000;  // milliseconds
@@ -42,7 +42,7 @@ Janitor::Janitor(const QString& root, bool removeRoot) {
   close(ends[1]);
   Detach();
   WaitForEnd(ends[0]);
-  Recorder::RemoveTransport();
+  recorder::StatusChannel::Remove();
   fakeclock::Remove();
   if (removeRoot) QDir(root).removeRecursively();
   _exit(0);

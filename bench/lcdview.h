@@ -8,7 +8,7 @@
 
 #include "bench/lcd.h"
 #include "bench/roadvideo.h"
-#include "recorder/recorder.h"
+#include "recorder/base/videoplane.h"
 
 /// The LCD as a person sees it: what the interface has drawn, the video behind it, and the backlight. It looks at the
 /// framebuffer only when it is asked, or while somebody watches.

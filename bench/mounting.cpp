@@ -4,7 +4,7 @@
 #include <QFileInfo>
 #include <cmath>
 
-#include "recorder/files.h"
+#include "recorder/base/files.h"
 
 namespace {
 constexpr QPointF kMiddle(240, 160);

@@ -6,10 +6,10 @@
 #include <QJsonArray>
 #include <algorithm>
 
-#include "recorder/clipfacts.h"
-#include "recorder/files.h"
-#include "recorder/recording.h"
-#include "recorder/stock.h"
+#include "recorder/base/files.h"
+#include "recorder/card/clipfacts.h"
+#include "recorder/card/stock.h"
+#include "recorder/recording/recording.h"
 
 namespace recordroot {
 namespace {

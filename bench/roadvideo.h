@@ -2,7 +2,7 @@
 
 #include <QImage>
 
-#include "recorder/recorder.h"
+#include "recorder/base/videoplane.h"
 
 /// The pictures of the two cameras: a road ahead by day, and the road behind in the evening light, with the car that
 /// follows. Drawn, not played: the same arguments give the same picture.

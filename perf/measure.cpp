@@ -23,7 +23,7 @@
 #include "bench/rootfolder.h"
 #include "bench/touchpanel.h"
 #include "gui/vocabulary/vocabulary.h"
-#include "recorder/recorder.h"
+#include "recorder/firmware/recorder.h"
 
 namespace {
 constexpr int kStarts = 15, kTouches = 1000, kEvents = 300, kIdleSeconds = 60;

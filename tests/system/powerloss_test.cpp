@@ -12,7 +12,7 @@
 
 #include "bench/touchpanel.h"
 #include "gui/settings/settingkeys.h"
-#include "recorder/recorder.h"
+#include "recorder/firmware/recorder.h"
 #include "tests/fake/testroot.h"
 
 static const TestRoot root;

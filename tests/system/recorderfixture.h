@@ -15,7 +15,7 @@
 #include "platform/Msg_Def.h"
 #include "platform/gui_interface.h"
 #include "platform/sysctrl.h"
-#include "recorder/recorder.h"
+#include "recorder/firmware/recorder.h"
 #include "tests/fake/testroot.h"
 
 inline const TestRoot root;

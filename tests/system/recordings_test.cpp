@@ -10,9 +10,9 @@
 
 #include "bench/compose.h"
 #include "bench/roadvideo.h"
-#include "recorder/cardfolder.h"
-#include "recorder/clip.h"
-#include "recorder/stock.h"
+#include "recorder/card/cardfolder.h"
+#include "recorder/card/clip.h"
+#include "recorder/card/stock.h"
 #include "tests/system/benchrun.h"
 #include "tests/system/recorderfixture.h"
 

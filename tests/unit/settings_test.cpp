@@ -18,7 +18,7 @@
 #include <limits>
 
 #include "gui/settings/settingkeys.h"
-#include "recorder/settingstore.h"
+#include "recorder/base/settingstore.h"
 #include "tests/fake/platformfake.h"
 #include "tests/fake/testroot.h"
 

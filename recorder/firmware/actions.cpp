@@ -1,0 +1,430 @@
+#include "recorder/firmware/actions.h"
+
+#include <QFile>
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <span>
+
+#include "recorder/base/files.h"
+#include "recorder/firmware/parts.h"
+
+namespace recorder {
+namespace {
+
+using Choices = std::span<const char* const>;
+
+// A number from `least` to `most`, or, with choices, one of these texts.
+struct Argument {
+  const char* name = nullptr;
+  double least = 0;
+  double most = 0;
+  double standard = 0;
+  bool fraction = false;
+  bool optional = false;
+  Choices choices = {};
+};
+
+// The arguments of one call in the order of the table: a number, or the index of the choice.
+using Values = std::array<double, 2>;
+
+struct Action {
+  const char* name;
+  const char* group;
+  const char* label;
+  bool (*act)(Parts& parts, const Values& values, QString* error);
+  std::array<Argument, 2> arguments = {};
+};
+
+constexpr const char* kSwitch[] = {"off", "on"};
+constexpr const char* kBatteryTypes[] = {"12 V", "24 V"};
+constexpr const char* kVerdicts[] = {"success", "failure", "no answer"};
+constexpr const char* kClocks[] = {"real", "midnight", "leap day", "invalid"};
+constexpr const char* kGpsStates[] = {"none", "searching", "fix"};
+constexpr const char* kCardErrors[] = {"0", "5", "7"};
+constexpr const char* kFaults[] = {"0", "1", "5", "7"};
+constexpr const char* kDamages[] = {"cut", "scribbled"};
+constexpr const char* kUpdateMarkers[] = {"update.zel", "update.zel2"};
+constexpr const char* kReports[] = {"1 level", "3 levels", "5 levels", "no recordings",
+                                    "empty",   "short",    "lying",    "huge"};
+constexpr const char* kTouchMarkers[] = {"check", "test", "reset"};
+constexpr const char* kTouchMarkerFiles[] = {kTouchCheckMarker, kTouchTestMarker, kTouchResetMarker};
+
+constexpr double kMostMinutes = 14400;  // ten days
+constexpr Argument kMinutesAgo{"minutesAgo", 0, kMostMinutes, 0, false, true};
+
+int Whole(double value) {
+  return static_cast<int>(value);
+}
+
+template <RECV_ZEL_STATUS_EVENT event, int value = 0>
+bool Tell(Parts& parts, const Values&, QString*) {
+  return parts.sink.Send(event, value);
+}
+
+// Tells what became of the card.
+template <RECV_ZEL_STATUS_EVENT event, int value = 0>
+bool TellCard(Parts& parts, const char* card) {
+  parts.card.SetState(card);
+  return parts.sink.Send(event, value);
+}
+
+// Tells what spoils the recording under way.
+template <RECV_ZEL_STATUS_EVENT event, Label::Cut cut>
+bool TellCut(Parts& parts, const Values&, QString*) {
+  parts.recording.SetCut(cut);
+  return parts.sink.Send(event);
+}
+
+bool SetCardError(Parts& parts, const Values& values, QString*) {
+  parts.card.SetState("error");
+  return parts.sink.Send(RECV_ZEL_STATUS_SD_ERROR, QByteArray(kCardErrors[static_cast<size_t>(values[0])]).toInt());
+}
+
+bool SetGps(Parts& parts, const Values& values, QString*) {
+  parts.facts.gps = Whole(values[0]);
+  return parts.sink.Send(RECV_ZEL_STATUS_GPS_CONNECT, parts.facts.gps);
+}
+
+bool SetSpeed(Parts& parts, const Values& values, QString*) {
+  parts.facts.speed = Whole(values[0]);
+  return parts.sink.Send(RECV_ZEL_STATUS_SPEED, parts.facts.speed);
+}
+
+bool SetAccModel(Parts& parts, const Values& values, QString*) {
+  parts.facts.accModel = values[0] != 0;
+  return parts.sink.Send(RECV_ZEL_STATUS_ACC_SUPPORT, parts.facts.accModel);
+}
+
+bool RecordShock(Parts& parts, const Values&, QString* error) {
+  if (parts.parking.IsParked() || !parts.recording.IsOn()) {
+    *error = QStringLiteral("The car is parked, or nothing is being recorded.");
+    return false;
+  }
+  parts.recording.Mark(Label::Kind::Event, Label::Trigger::Impact);
+  return true;
+}
+
+// Ten seconds before a day that is worth seeing, or a day that no camera knows.
+bool SetClock(Parts& parts, const Values& values, QString* error) {
+  Clock& clock = parts.hub.clock;
+  const QTime late(23, 59, 50);
+  const QDateTime times[] = {{},
+                             QDateTime(clock.Machine().date(), late),
+                             QDateTime(QDate(2028, 2, 28), late),
+                             QDateTime(QDate(2100, 1, 1), QTime(0, 0))};
+  const QDateTime& to = times[static_cast<size_t>(values[0])];
+  if (to.isNull() ? clock.SetReal() : clock.Set(to)) return true;
+  *error = QStringLiteral("The clock cannot be kept.");
+  return false;
+}
+
+bool ResetSettings(Parts& parts, const Values&, QString* error) {
+  parts.hub.settings.Reset();
+  if (!parts.hub.settings.Save()) {
+    *error = QStringLiteral("The INI file cannot be written.");
+    return false;
+  }
+  parts.cameras.Start();
+  emit parts.sink.RestartWanted();
+  return true;
+}
+
+bool MakeMarker(Parts& parts, const char* path, QString* error) {
+  if (!WriteWhole(parts.hub.Path(path), QByteArray())) {
+    *error = QStringLiteral("The marker %1 cannot be written.").arg(QLatin1String(path));
+    return false;
+  }
+  emit parts.sink.RestartWanted();
+  return true;
+}
+
+bool RemoveMarkers(Parts& parts, const Values&, QString*) {
+  for (const char* marker : {kUpdateMarker, kUpdateMarker2, kTouchCheckMarker, kTouchTestMarker, kTouchResetMarker})
+    QFile::remove(parts.hub.Path(marker));
+  return true;
+}
+
+using P = Parts;
+using V = Values;
+
+constexpr Action kActions[] = {
+    {"powerKey", "Keys", "Power (LCD) key", Tell<RECV_ZEL_STATUS_LCD_KEY>},
+
+    {"rearPlug", "Cameras", "Plug the rear camera in",
+     [](P& p, const V&, QString*) { return p.cameras.PlugRear(true); }},
+    {"rearUnplug", "Cameras", "Unplug the rear camera",
+     [](P& p, const V&, QString*) { return p.cameras.PlugRear(false); }},
+    {"rearError", "Cameras", "Rear camera fails", Tell<RECV_ZEL_STATUS_REARCAM_ERROR>},
+
+    {"shock", "Driving", "Impact while driving", RecordShock},
+
+    {"parkIn",
+     "Parking",
+     "Park",
+     [](P& p, const V& v, QString* e) { return p.parking.Begin(Whole(v[0]), e); },
+     {kMinutesAgo}},
+    {"impact",
+     "Parking",
+     "Impact while parked",
+     [](P& p, const V& v, QString* e) { return p.parking.Record(true, Whole(v[0]), e); },
+     {kMinutesAgo}},
+    {"motion",
+     "Parking",
+     "Motion while parked",
+     [](P& p, const V& v, QString* e) { return p.parking.Record(false, Whole(v[0]), e); },
+     {kMinutesAgo}},
+    {"parkOut", "Parking", "Drive off", [](P& p, const V&, QString* e) { return p.parking.End(false, e); }},
+    {"parkLowVoltage", "Parking", "Parking ends by low voltage",
+     [](P& p, const V&, QString* e) { return p.parking.End(true, e); }},
+    {"report",
+     "Parking",
+     "Parking ends with a report",
+     [](P& p, const V& v, QString* e) { return p.parking.Leave(static_cast<Parking::Sample>(Whole(v[0])), e); },
+     {Argument{"kind", 0, 0, 0, false, false, kReports}}},
+    {"closeReport", "Parking", "Close the parking report", Tell<RECV_ZEL_STATUS_PARK_INFO_CLOSE>},
+
+    {"battery",
+     "Power",
+     "Battery (V)",
+     [](P& p, const V& v, QString*) { return p.power.SetBattery(v[0]); },
+     {Argument{"volts", 0, 32, 12.34, true}}},
+    {"countdown",
+     "Power",
+     "Low-voltage countdown",
+     [](P& p, const V& v, QString*) { return p.power.Count(v[0] != 0); },
+     {Argument{"state", 0, 0, 0, false, false, kSwitch}}},
+    {"batteryType",
+     "Power",
+     "Battery type: restart",
+     [](P& p, const V& v, QString*) {
+       const bool told = p.power.SetType(v[0] != 0);
+       p.hub.settings.Save();
+       emit p.sink.RestartWanted();
+       return told;
+     },
+     {Argument{"type", 0, 0, 0, false, false, kBatteryTypes}}},
+    {"voltageVerdict",
+     "Power",
+     "Voltage compensation ends with",
+     [](P& p, const V& v, QString*) {
+       p.power.SetVerdict(static_cast<Power::Verdict>(Whole(v[0])));
+       return true;
+     },
+     {Argument{"verdict", 0, 0, 0, false, false, kVerdicts}}},
+    {"underVoltage", "Power", "Voltage too low", TellCut<RECV_ZEL_STATUS_UNDER_VOLTAGE, Label::Cut::LowVoltage>},
+    {"normalVoltage", "Power", "Voltage normal", Tell<RECV_ZEL_STATUS_NORMAL_VOLTAGE>},
+    {"overTemperature", "Power", "Too hot", TellCut<RECV_ZEL_STATUS_OVER_TEMP, Label::Cut::Temperature>},
+    {"normalTemperature", "Power", "Temperature normal", Tell<RECV_ZEL_STATUS_NORMAL_TEMP>},
+    {"accModel", "Power", "Accessory-power model", SetAccModel, {Argument{"state", 0, 0, 0, false, false, kSwitch}}},
+
+    {"sdOut", "SD card", "Take the card out",
+     [](P& p, const V&, QString* e) { return p.card.TakeOut(e) && p.sink.Send(RECV_ZEL_STATUS_NO_SD); }},
+    {"sdIn", "SD card", "Put a good card in", [](P& p, const V&, QString* e) { return p.card.PutIn(e); }},
+    {"sdFull",
+     "SD card",
+     "Card full of recordings",
+     [](P& p, const V& v, QString* e) { return p.card.Fill(Whole(v[0]), e); },
+     {Argument{"recordings", 1, 50000, 1000}}},
+    {"sdCorrupt",
+     "SD card",
+     "Damage the newest recording",
+     [](P& p, const V& v, QString* e) { return p.card.Corrupt(v[0] == 0, e); },
+     {Argument{"how", 0, 0, 0, false, false, kDamages}}},
+    {"sdCheckFinds",
+     "SD card",
+     "Next check finds",
+     [](P& p, const V& v, QString*) {
+       p.card.SetNextFault(QByteArray(kFaults[static_cast<size_t>(v[0])]).toInt());
+       return true;
+     },
+     {Argument{"fault", 0, 0, 0, false, false, kFaults}}},
+    {"sdFormatFails", "SD card", "Next format fails",
+     [](P& p, const V&, QString*) {
+       p.card.FailNextFormat();
+       return true;
+     }},
+    {"sdError", "SD card", "Card error", SetCardError, {Argument{"code", 0, 0, 0, false, false, kCardErrors}}},
+    {"sdWorn", "SD card", "Card worn out",
+     [](P& p, const V&, QString*) { return TellCard<RECV_ZEL_STATUS_HW_ERROR, 8>(p, "worn"); }},
+    {"sdFormatNeeded", "SD card", "Card needs a format",
+     [](P& p, const V&, QString*) { return TellCard<RECV_ZEL_STATUS_SD_FORMAT_INF>(p, "needs format"); }},
+
+    {"gps", "GPS", "GPS", SetGps, {Argument{"state", 0, 0, 0, false, false, kGpsStates}}},
+    {"speed", "GPS", "Speed (km/h)", SetSpeed, {Argument{"kmh", 0, 300, 60}}},
+
+    {"hwError",
+     "Faults",
+     "Hardware error",
+     [](P& p, const V& v, QString*) { return p.sink.Send(RECV_ZEL_STATUS_HW_ERROR, Whole(v[0])); },
+     {Argument{"code", 0, 18, 0}}},
+    {"clockBroken", "Faults", "Clock broken",
+     [](P& p, const V&, QString*) {
+       p.recording.SetClockBroken(true);
+       return p.sink.Send(RECV_ZEL_STATUS_RTC_ERROR);
+     }},
+    {"ledFailed", "Faults", "Front LED unit failed", Tell<RECV_ZEL_STATUS_FRONTLED_ERROR>},
+
+    {"commandsFail",
+     "Faults",
+     "The next commands fail",
+     [](P& p, const V& v, QString*) {
+       p.facts.failing = Whole(v[0]);
+       return true;
+     },
+     {Argument{"number", 0, 1000, 1}}},
+
+    {"mute",
+     "Sound",
+     "Mute",
+     [](P& p, const V& v, QString*) {
+       return p.sink.Send(v[0] != 0 ? RECV_ZEL_STATUS_MUTE_ON : RECV_ZEL_STATUS_MUTE_OFF);
+     },
+     {Argument{"state", 0, 0, 0, false, false, kSwitch}}},
+    {"blackspot", "Sound", "Accident blackspot ahead", Tell<RECV_ZEL_STATUS_ACC_VOICE>},
+    {"voiceEndNow", "Sound", "Voice ends now", [](P& p, const V&, QString*) { return p.voice.EndNow(); }},
+    {"voiceEndSuppress",
+     "Sound",
+     "Never tell the end of a voice",
+     [](P& p, const V& v, QString*) {
+       p.voice.Suppress(v[0] != 0);
+       return true;
+     },
+     {Argument{"state", 0, 0, 0, false, false, kSwitch}}},
+
+    {"notice",
+     "Notices",
+     "Notice (restart, rear camera, LCD off, exit)",
+     [](P& p, const V& v, QString*) { return p.sink.Send(static_cast<RECV_ZEL_STATUS_EVENT>(Whole(v[0]))); },
+     {Argument{"number", 1, 4, 1}}},
+    {"event",
+     "Notices",
+     "Any status event",
+     [](P& p, const V& v, QString*) {
+       return p.sink.Send(static_cast<RECV_ZEL_STATUS_EVENT>(Whole(v[0])), Whole(v[1]));
+     },
+     {Argument{"event", 1, 38, 1},
+      Argument{"value", std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), 0}}},
+
+    {"clock", "Clock", "Set the clock", SetClock, {Argument{"to", 0, 0, 0, false, false, kClocks}}},
+
+    {"factoryReset", "Start-up", "Factory settings: restart", ResetSettings},
+    {"updateMarker",
+     "Start-up",
+     "Updated firmware: restart",
+     [](P& p, const V& v, QString* e) { return MakeMarker(p, v[0] == 0 ? kUpdateMarker : kUpdateMarker2, e); },
+     {Argument{"file", 0, 0, 0, false, false, kUpdateMarkers}}},
+    {"update",
+     "Start-up",
+     "Update the firmware: restart",
+     [](P& p, const V& v, QString* e) { return p.update.Begin(v[0] == 0 ? kUpdateMarker : kUpdateMarker2, e); },
+     {Argument{"file", 0, 0, 0, false, false, kUpdateMarkers}}},
+    {"touchMarker",
+     "Start-up",
+     "Touch check (after an update), test, or reset: restart",
+     [](P& p, const V& v, QString* e) { return MakeMarker(p, kTouchMarkerFiles[static_cast<size_t>(v[0])], e); },
+     {Argument{"file", 0, 0, 0, false, false, kTouchMarkers}}},
+    {"removeMarkers", "Start-up", "Remove all these markers", RemoveMarkers},
+};
+
+const Action* FindAction(const QString& name) {
+  const auto* found = std::find_if(std::begin(kActions), std::end(kActions),
+                                   [&name](const Action& action) { return name == QLatin1String(action.name); });
+  return found == std::end(kActions) ? nullptr : found;
+}
+
+QString Wanted(const Argument& argument) {
+  if (argument.choices.empty())
+    return QStringLiteral("%1 from %2 to %3")
+        .arg(argument.fraction ? QStringLiteral("a number") : QStringLiteral("a whole number"),
+             QString::number(argument.least, 'g', 10), QString::number(argument.most, 'g', 10));
+  QStringList choices;
+  for (const char* choice : argument.choices) choices << QLatin1String(choice);
+  return QStringLiteral("one of ") + choices.join(QLatin1String(", "));
+}
+
+bool Take(const Argument& argument, const QJsonValue& given, double* value) {
+  if (given.isUndefined() && argument.optional) {
+    *value = argument.standard;
+    return true;
+  }
+  if (argument.choices.empty()) {
+    *value = given.toDouble();
+    return given.isDouble() && *value >= argument.least && *value <= argument.most &&
+           (argument.fraction || *value == static_cast<int>(*value));
+  }
+  // A choice that is a number may come as one.
+  const QString text = given.toVariant().toString();
+  const auto found = std::find_if(argument.choices.begin(), argument.choices.end(),
+                                  [&text](const char* choice) { return text == QLatin1String(choice); });
+  *value = static_cast<double>(found - argument.choices.begin());
+  return found != argument.choices.end();
+}
+
+// The action of this name with its arguments in order, or null and one sentence in `error`.
+const Action* Prepare(const QString& name, QJsonObject arguments, Values* values, QString* error) {
+  const Action* action = FindAction(name);
+  if (!action) {
+    *error = QStringLiteral("There is no action \"%1\".").arg(name.left(40));
+    return nullptr;
+  }
+  for (size_t i = 0; i < action->arguments.size() && action->arguments[i].name; ++i) {
+    const Argument& argument = action->arguments[i];
+    if (Take(argument, arguments.take(QLatin1String(argument.name)), &(*values)[i])) continue;
+    *error =
+        QStringLiteral("The action %1 wants \"%2\": %3.").arg(name, QLatin1String(argument.name), Wanted(argument));
+    return nullptr;
+  }
+  if (arguments.isEmpty()) return action;
+  *error = QStringLiteral("The action %1 knows no \"%2\".").arg(name, arguments.keys().constFirst().left(40));
+  return nullptr;
+}
+
+QJsonObject Describe(const Argument& argument) {
+  QJsonObject description{{QStringLiteral("name"), QLatin1String(argument.name)}};
+  if (argument.choices.empty()) {
+    description.insert(QStringLiteral("min"), argument.least);
+    description.insert(QStringLiteral("max"), argument.most);
+    description.insert(QStringLiteral("default"), argument.standard);
+    if (argument.fraction) description.insert(QStringLiteral("fraction"), true);
+  } else {
+    QJsonArray choices;
+    for (const char* choice : argument.choices) choices.append(QLatin1String(choice));
+    description.insert(QStringLiteral("choices"), choices);
+  }
+  if (argument.optional) description.insert(QStringLiteral("optional"), true);
+  return description;
+}
+
+}  // namespace
+
+QJsonArray DescribeActions() {
+  QJsonArray actions;
+  for (const Action& action : kActions) {
+    QJsonArray arguments;
+    for (const Argument& argument : action.arguments)
+      if (argument.name) arguments.append(Describe(argument));
+    actions.append(QJsonObject{{QStringLiteral("name"), QLatin1String(action.name)},
+                               {QStringLiteral("group"), QLatin1String(action.group)},
+                               {QStringLiteral("label"), QLatin1String(action.label)},
+                               {QStringLiteral("arguments"), arguments}});
+  }
+  return actions;
+}
+
+bool CheckAction(const QString& name, const QJsonObject& arguments, QString* error) {
+  Values values{};
+  return Prepare(name, arguments, &values, error) != nullptr;
+}
+
+bool DoAction(Parts& parts, const QString& name, const QJsonObject& arguments, QString* error) {
+  Values values{};
+  const Action* action = Prepare(name, arguments, &values, error);
+  if (!action) return false;
+  error->clear();
+  if (action->act(parts, values, error)) return true;
+  if (error->isEmpty()) *error = QStringLiteral("The status queue is full: the interface was not told.");
+  return false;
+}
+
+}  // namespace recorder

@@ -1,0 +1,127 @@
+#pragma once
+
+#include <QDateTime>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QObject>
+#include <QString>
+#include <memory>
+
+#include "recorder/base/delays.h"
+#include "recorder/base/picture.h"
+#include "recorder/base/videoplane.h"
+
+namespace recorder {
+class CommandServer;
+class Scenario;
+struct Parts;
+}  // namespace recorder
+
+/// The simulated recorder firmware: everything that the interface talks to over the platform library's transport, and
+/// the files that the firmware leaves below the root. It knows no screen. One thread, the one it was made in.
+///
+/// Any of recorder and interface may be started first, end and come back:
+/// - the queue and the segment are created by whoever needs them first. A recorder that starts only empties the queue
+///   and never removes it: a living interface waits on that very queue and would never hear of another one;
+/// - the socket file is replaced when the recorder that made it is dead; the interface connects anew by itself;
+/// - each connection's first query of the voltage is taken for a started interface: it is told the state;
+/// - the settings are those of the last INI file, which always holds what the recorder holds.
+class Recorder : public QObject {
+  Q_OBJECT
+
+public:
+  using Delays = recorder::Delays;
+
+  /// `root` is the folder that stands for the device's file system; without a slash at its end.
+  explicit Recorder(const QString& root, QObject* parent = nullptr);
+
+  /// Closes the socket and removes its file. The queue and the segment stay, for the recorder that comes next.
+  ~Recorder() override;
+
+  /// Other delays than the usual ones. Before Start().
+  void SetDelays(const Delays& delays);
+
+  /// What the cameras see; moving stripes unless given. Before Start().
+  void SetCameras(const CameraSource& cameras);
+
+  /// Writes the files that the firmware leaves before the interface starts, creates the queue and the segment (their
+  /// key: environment PLATFORM_KEY), and listens for commands. False, with one sentence in `error`, when that is
+  /// impossible, or when another recorder listens below the same root: its files and its queue are left alone.
+  bool Start(QString* error);
+
+  /// Fills a card that no recorder has formatted yet with the recordings of the last days, 362 of them; the last one
+  /// ends at `until`, without it now. False, with one sentence in `error`, when it is too small.
+  bool FillNewCard(QString* error, const QDateTime& until = {});
+
+  /// What a recording of use and its replay need, so that the same happens at the same time:
+  /// takes `now` for this machine's clock. `wasTaken`: a recorder below this root did so before. Before Start().
+  void SetMachineClock(const QDateTime& now, bool wasTaken);
+  /// Moves that clock on by `ms`, or back: a replay leaves time out.
+  void SkipTime(qint64 ms);
+  /// Nothing is recorded: a replay puts on the card what was. Before Start().
+  void FollowReplay();
+  /// Puts on the card what Stored() told. False, with one sentence in `error`, when it is no such thing.
+  bool Store(const QJsonObject& what, QString* error);
+
+  /// Removes the queue and the segment from the machine. For the end of the bench, when the interface has ended.
+  static void RemoveTransport();
+
+  /// Sends status event `event` (1..38, RECV_ZEL_STATUS_EVENT) with `value` to the interface. False for another event,
+  /// or when the queue is full. Never blocks.
+  bool SendStatus(int event, int value);
+
+  /// Does one of the bench's actions (a button): see Actions(). False, with one sentence in `error`, for an unknown
+  /// name or a bad argument, or when it cannot be done now.
+  bool Do(const QString& name, const QJsonObject& arguments, QString* error);
+
+  /// Puts a picture of the driver's on the card, a BMP file, and restarts the device: the interface takes it at its
+  /// start alone. False, with one sentence in `error`, when there is no card, or it cannot be written.
+  bool PutOwnPicture(const QByteArray& bmp, QString* error);
+
+  /// Every action: [{"name", "group", "label", "arguments": [{"name", "min", "max", "default"} or {"name",
+  /// "choices"}]}] A number is whole unless the argument says "fraction": true. An argument may be left out when it
+  /// says "optional": true. Choices are texts.
+  static QJsonArray Actions();
+
+  /// Plays the scenario of `file`: one JSON object a line, {"ms", "event", "value"}, {"ms", "action", its arguments} or
+  /// {"ms", "touch": {"x", "y"}}; ms (0..86400000) count from the interface's first command, or from now when that has
+  /// come already. The whole file is checked first: false, with one sentence that names the line. It replaces a
+  /// scenario that is being played.
+  bool PlayScenario(const QString& file, QString* error);
+
+  /// The recorder's whole state, for a person and for tests: settings, decoded setup block, cameras, power, card, ...
+  QJsonObject State() const;
+
+  VideoPlane Video() const;
+
+signals:
+  /// One entry of the log: {"kind": "command"|"event"|"action"|"note", "name", "field" or "event", "value", "result",
+  /// ...}
+  ///   command: "name" of the field, "field", "value" (4 bytes) or "data" (hex), "result", "answer" of a query
+  ///   event:   "name", "event", "value", "result" (0, or -1: not sent)
+  ///   action:  "name", "arguments", "result", "error" when refused
+  ///   note:    "name" is one sentence
+  void Logged(const QJsonObject& entry);
+  void StateChanged();
+  void VideoChanged();
+  /// This is on the card now: {"name", ...} a recording, {"from", "to"} a time at which nothing was recorded.
+  void Stored(const QJsonObject& what);
+  /// A scenario is about to send an event ({"event", "value"}), or to do an action ({"name", its arguments}).
+  void EventWanted(const QJsonObject& request);
+  void ActionWanted(const QJsonObject& request);
+  /// A scenario wants a tap on the screen, x 0..479 and y 0..319.
+  void TapWanted(int x, int y);
+  /// The firmware restarts the device: the interface must be ended and started again.
+  void RestartWanted();
+  /// An update begins: the interface must be ended. It comes back by RestartWanted().
+  void InterfaceEndWanted();
+
+private:
+  void Connect();
+  void Greet();
+
+  std::unique_ptr<recorder::Parts> mParts;
+  std::unique_ptr<recorder::Scenario> mScenario;
+  std::unique_ptr<recorder::CommandServer> mServer;
+  bool mGreeted = false;  // an interface has made its first query in this run
+};

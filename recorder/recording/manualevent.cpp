@@ -1,0 +1,33 @@
+#include "recorder/recording/manualevent.h"
+
+#include <QFile>
+
+#include "recorder/base/files.h"
+
+namespace recorder {
+
+ManualEvent::ManualEvent(Hub& hub, Recording& recording) : mHub(hub), mRecording(recording) {
+  mEnd.setSingleShot(true);
+  mEnd.callOnTimeout([this] { End(); });
+}
+
+ManualEvent::~ManualEvent() {
+  if (IsOn()) QFile::remove(mHub.Path(kManualEvent));
+}
+
+bool ManualEvent::Begin() {
+  if (IsOn()) return true;
+  if (!WriteWhole(mHub.Path(kManualEvent), QByteArray())) return false;
+  mEnd.start(mHub.delays.manualEvent);
+  mRecording.Mark(Label::Kind::Protected, Label::Trigger::None);
+  return true;
+}
+
+void ManualEvent::End() {
+  mRecording.EndProtected();
+  QFile::remove(mHub.Path(kManualEvent));
+  mHub.sink.Note(QStringLiteral("The manual event recording has ended."));
+  emit mHub.sink.StateChanged();
+}
+
+}  // namespace recorder
