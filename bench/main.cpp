@@ -7,14 +7,14 @@
 #include <memory>
 #include <optional>
 
-#include "bench/bench.h"
-#include "bench/janitor.h"
-#include "bench/recordroot.h"
-#include "bench/recordwriter.h"
-#include "bench/replay.h"
-#include "bench/rootfolder.h"
-#include "bench/signals.h"
-#include "bench/webserver.h"
+#include "bench/camera/bench.h"
+#include "bench/record/recordroot.h"
+#include "bench/record/recordwriter.h"
+#include "bench/record/replay.h"
+#include "bench/server/webserver.h"
+#include "bench/supervise/janitor.h"
+#include "bench/supervise/rootfolder.h"
+#include "bench/supervise/signals.h"
 
 namespace {
 constexpr char kHelp[] =

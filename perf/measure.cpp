@@ -20,8 +20,8 @@
 #include <functional>
 #include <vector>
 
-#include "bench/rootfolder.h"
-#include "bench/touchpanel.h"
+#include "bench/panel/touchpanel.h"
+#include "bench/supervise/rootfolder.h"
 #include "gui/vocabulary/vocabulary.h"
 #include "recorder/firmware/recorder.h"
 

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "bench/compose.h"
+#include "bench/lcd/compose.h"
 #include "gui/base/globals.h"
 #include "gui/led/ledfilemanager.h"
 #include "gui/screen/basewidget.h"

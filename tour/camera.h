@@ -3,8 +3,8 @@
 #include <QImage>
 #include <memory>
 
-#include "bench/roadvideo.h"
-#include "bench/touchpanel.h"
+#include "bench/lcd/roadvideo.h"
+#include "bench/panel/touchpanel.h"
 #include "gui/app/mainwindow.h"
 #include "gui/vocabulary/vocabulary.h"
 #include "tour/flashwatch.h"

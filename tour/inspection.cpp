@@ -9,7 +9,7 @@
 #include <QScreen>
 #include <QTextStream>
 
-#include "bench/compose.h"
+#include "bench/lcd/compose.h"
 #include "gui/app/mainwindow.h"
 #include "gui/base/devicepath.h"
 #include "gui/screen/widgetmanager.h"

@@ -6,15 +6,15 @@
 #include <QTest>
 #include <QtEndian>
 
-#include "bench/benchlog.h"
-#include "bench/clicksound.h"
-#include "bench/finger.h"
-#include "bench/members.h"
-#include "bench/requesthead.h"
-#include "bench/rootfolder.h"
-#include "bench/screenreport.h"
-#include "bench/shellwatch.h"
-#include "bench/touchpanel.h"
+#include "bench/base/benchlog.h"
+#include "bench/base/members.h"
+#include "bench/panel/finger.h"
+#include "bench/panel/touchpanel.h"
+#include "bench/server/clicksound.h"
+#include "bench/server/requesthead.h"
+#include "bench/supervise/rootfolder.h"
+#include "bench/supervise/screenreport.h"
+#include "bench/supervise/shellwatch.h"
 
 namespace {
 constexpr quint16 kPort = 8480;

@@ -1,6 +1,6 @@
 // What a program is given with the device's clock: another wall clock, and nothing else. The test starts itself anew as
 // that program.
-#include "bench/fakeclock.h"
+#include "bench/supervise/fakeclock.h"
 
 #include <semaphore.h>
 #include <unistd.h>

@@ -10,7 +10,7 @@
 #include <QTest>
 #include <QThread>
 
-#include "bench/touchpanel.h"
+#include "bench/panel/touchpanel.h"
 #include "gui/settings/settingkeys.h"
 #include "recorder/firmware/recorder.h"
 #include "tests/fake/testroot.h"

@@ -8,8 +8,8 @@
 #include <QRandomGenerator>
 #include <QRegularExpression>
 
-#include "bench/compose.h"
-#include "bench/roadvideo.h"
+#include "bench/lcd/compose.h"
+#include "bench/lcd/roadvideo.h"
 #include "recorder/card/cardfolder.h"
 #include "recorder/card/clip.h"
 #include "recorder/card/stock.h"

@@ -1,5 +1,5 @@
 // Recordings of use: what the camera does is the same when it is used in the same way, and what is not is told.
-#include "bench/recordfile.h"
+#include "bench/record/recordfile.h"
 
 #include <QBuffer>
 #include <QImage>

@@ -1,5 +1,5 @@
 // What a person sees of overlay, video and backlight, and where it changed.
-#include "bench/compose.h"
+#include "bench/lcd/compose.h"
 
 #include <QPainter>
 #include <QRandomGenerator>

@@ -1,5 +1,5 @@
 // The framebuffer's file: what an X server writes, and what it must not be able to do to the reader.
-#include "bench/lcd.h"
+#include "bench/lcd/lcd.h"
 
 #include <sys/stat.h>
 

@@ -1,5 +1,5 @@
 // What a recording of use is read as, and what of it a replay compares.
-#include "bench/recordfile.h"
+#include "bench/record/recordfile.h"
 
 #include <QDir>
 #include <QImage>
@@ -8,8 +8,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "bench/recordpicture.h"
-#include "bench/recordroot.h"
+#include "bench/record/recordpicture.h"
+#include "bench/record/recordroot.h"
 
 using Kind = RecordEntry::Kind;
 

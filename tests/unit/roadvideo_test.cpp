@@ -1,5 +1,5 @@
 // The pictures of the two cameras.
-#include "bench/roadvideo.h"
+#include "bench/lcd/roadvideo.h"
 
 #include <QTest>
 

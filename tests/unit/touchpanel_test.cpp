@@ -1,5 +1,5 @@
 // The panel's records, as the interface's reader finds them in the FIFO.
-#include "bench/touchpanel.h"
+#include "bench/panel/touchpanel.h"
 
 #include <fcntl.h>
 #include <linux/input-event-codes.h>

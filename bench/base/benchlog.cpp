@@ -1,0 +1,24 @@
+#include "bench/base/benchlog.h"
+
+#include <QDateTime>
+#include <algorithm>
+
+void BenchLog::Add(QJsonObject entry) {
+  entry.insert(QStringLiteral("number"), ++mLast);
+  entry.insert(QStringLiteral("time"), QDateTime::currentMSecsSinceEpoch());
+  mEntries.push_back(entry);
+  if (mEntries.size() > kMost) mEntries.pop_front();
+  emit Added(entry);
+}
+
+void BenchLog::Add(const char* kind, const QString& name) {
+  Add({{QStringLiteral("kind"), QLatin1String(kind)}, {QStringLiteral("name"), name}});
+}
+
+QJsonArray BenchLog::Since(qint64 since, qsizetype most) const {
+  const auto held = static_cast<qint64>(mEntries.size());
+  const qint64 count = std::clamp<qint64>(mLast - since, 0, std::min<qint64>(held, most));
+  QJsonArray entries;
+  for (auto entry = mEntries.rbegin(); entry != mEntries.rbegin() + count; ++entry) entries.append(*entry);
+  return entries;
+}

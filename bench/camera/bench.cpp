@@ -1,0 +1,382 @@
+#include "bench/camera/bench.h"
+
+#include <QJsonDocument>
+#include <cstring>
+#include <limits>
+
+#include "bench/base/device.h"
+#include "bench/base/members.h"
+#include "bench/lcd/ownpicture.h"
+#include "gui/vocabulary/vocabulary.h"
+
+namespace {
+constexpr char kProcesses[] = "Processes";
+}  // namespace
+
+// A whole number, from `least` to `most`.
+struct Bench::OwnArgument {
+  const char* name = nullptr;
+  int least = 0;
+  int most = 0;
+  int standard = 0;
+};
+
+struct Bench::OwnAction {
+  const char* name;
+  const char* group;
+  const char* label;
+  Reply (*act)(Bench& bench, const OwnValues& values);
+  std::array<OwnArgument, 4> arguments = {};
+};
+
+const Bench::OwnAction Bench::kOwnActions[] = {
+    {"panelAskew",
+     "Touch panel",
+     "Mount it askew",
+     [](Bench& bench, const OwnValues& v) {
+       return bench.MountPanel({v[0], v[1], v[2], v[3]});
+     },
+     {OwnArgument{"skew", -Mounting::kMostSkew, Mounting::kMostSkew, 5},
+      OwnArgument{"x", Mounting::kLeastX, Mounting::kMostX, -30},
+      OwnArgument{"y", Mounting::kLeastY, Mounting::kMostY, 50}, OwnArgument{"noise", 0, Mounting::kMostNoise, 1}}},
+    {"panelStraight", "Touch panel", "Mount it as the factory does",
+     [](Bench& bench, const OwnValues&) { return bench.MountPanel({}); }},
+    {"interfaceRestart", kProcesses, "Restart the interface",
+     [](Bench& bench, const OwnValues&) {
+       bench.RestartInterface();
+       return Reply();
+     }},
+    {"interfaceKill", kProcesses, "Kill the interface",
+     [](Bench& bench, const OwnValues&) { return bench.KillInterface(); }},
+    {"recorderRestart", kProcesses, "Restart the recorder",
+     [](Bench& bench, const OwnValues&) { return bench.RestartRecorder(); }},
+    {"recorderStop", kProcesses, "Stop the recorder",
+     [](Bench& bench, const OwnValues&) { return bench.StopRecorder(); }},
+    {"recorderStart", kProcesses, "Start the recorder",
+     [](Bench& bench, const OwnValues&) { return bench.StartRecorder(); }},
+};
+
+namespace {
+constexpr int kLongestTap = 60000;  // milliseconds
+constexpr int kUsualTap = 60;
+constexpr int kLargestAction = 1024;  // bytes
+
+Reply NoRecorder() {
+  return Reply::NotNow(QStringLiteral("The recorder is stopped."));
+}
+
+QJsonValue TextOrNull(const QString& text) {
+  return text.isEmpty() ? QJsonValue() : QJsonValue(text);
+}
+}  // namespace
+
+Bench::Bench(const QString& interface, const RootFolder& root, QObject* parent)
+    : QObject(parent), mRoot(root), mSupervisor(interface, root.Path()), mShell(root.Path()), mFinger(mPanel, mLog) {
+  Connect();
+}
+
+void Bench::Connect() {
+  connect(&mLog, &BenchLog::Added, this, &Bench::StateChanged);
+  connect(&mFinger, &Finger::Changed, this, &Bench::StateChanged);
+  connect(&mShell, &ShellWatch::Asked, this, [this](const QString& command) { mLog.Add("shell", command); });
+  connect(&mShell, &ShellWatch::Clicked, this, &Bench::Clicked);
+  connect(&mShell, &ShellWatch::BacklightChanged, this, [this] {
+    mLcd.SetBacklight(mShell.Backlight());
+    emit StateChanged();
+  });
+  connect(&mSupervisor, &Supervisor::DisplayReady, this, [this](const QString& file) {
+    if (QString problem; !mLcd.Open(file, &problem)) Note(problem);
+    emit StateChanged();
+  });
+  connect(&mSupervisor, &Supervisor::DisplayLost, this, [this] {
+    mLcd.Close();
+    emit StateChanged();
+  });
+  connect(&mSupervisor, &Supervisor::InterfaceStarted, &mFinger, &Finger::StartAfresh);
+  connect(&mSupervisor, &Supervisor::InterfaceEnded, this, &Bench::InterfaceEnded);
+  connect(&mSupervisor, &Supervisor::Diagnostic, this, &Bench::TakeDiagnostic);
+  connect(&mSupervisor, &Supervisor::Note, this, &Bench::Note);
+}
+
+void Bench::Begin(quint32 seed, const QDateTime& clock, const QObject* replay) {
+  mPanel.Seed(seed);
+  mClock = clock;
+  mReplay = replay;
+}
+
+bool Bench::Start(const QString& scenario, QString* error) {
+  if (!mShell.Open(error)) return false;
+  if (const Reply reply = StartRecorder(); !reply.IsGood()) {
+    *error = reply.error;
+    return false;
+  }
+  if (!scenario.isEmpty() && !mRecorder->PlayScenario(scenario, error)) return false;
+  mPanel.Mount(Mounting::Read(mRoot.Path(device::kPanel)));
+  return mPanel.Open(mRoot.Path(device::kTouchDevice), error) && mSupervisor.Start(error);
+}
+
+void Bench::Stop() {
+  mSupervisor.Stop();
+  mRecorder.reset();
+}
+
+void Bench::InterfaceEnded() {
+  mReport.Forget();
+  Note(QStringLiteral("The interface has ended: %1.").arg(mSupervisor.Interface().Ended()));
+}
+
+// Before the first screen nobody looks into the log yet.
+void Bench::Note(const QString& sentence) {
+  if (!mHasShown) qWarning("%s", qPrintable(sentence));
+  mLog.Add("note", sentence);
+}
+
+void Bench::TakeDiagnostic(const QString& line) {
+  if (!mReport.Take(line)) return mLog.Add("diagnostic", line);
+  mLog.Add("screen", line);
+  if (mHasShown) return;
+  mHasShown = true;
+  emit ScreenShown();
+}
+
+// ---- the recorder
+
+Reply Bench::StartRecorder() {
+  if (mRecorder) return Reply::NotNow(QStringLiteral("The recorder is running."));
+  mRecorder = std::make_unique<Recorder>(mRoot.Path());
+  connect(mRecorder.get(), &Recorder::Logged, this, &Bench::LogRecorder);
+  connect(mRecorder.get(), &Recorder::StateChanged, this, &Bench::StateChanged);
+  connect(mRecorder.get(), &Recorder::VideoChanged, this, &Bench::ShowVideo);
+  connect(mRecorder.get(), &Recorder::RestartWanted, this, &Bench::RestartInterface);
+  connect(mRecorder.get(), &Recorder::InterfaceEndWanted, &mSupervisor, &Supervisor::EndInterface);
+  connect(mRecorder.get(), &Recorder::TapWanted, this, &Bench::TapForScenario);
+  connect(mRecorder.get(), &Recorder::EventWanted, this, &Bench::EventTaken);
+  connect(mRecorder.get(), &Recorder::ActionWanted, this, &Bench::ActionTaken);
+  connect(mRecorder.get(), &Recorder::Stored, this, &Bench::Stored);
+  const bool isFirst = !mSession.isValid();
+  if (isFirst) mSession.start();
+  if (mClock.isValid()) mRecorder->SetMachineClock(mClock.addMSecs(SessionMs()), !isFirst);
+  if (mReplay) mRecorder->FollowReplay();
+  mRecorder->SetCameras([this](int camera, qint64 ms, Picture* picture) {
+    const QImage seen = mLcd.Road().Camera(camera, ms, QSize(picture->width, picture->height));
+    std::memcpy(picture->pixels.data(), seen.constBits(), picture->pixels.size() * sizeof(quint32));
+  });
+  QString error;
+  const bool started = mRecorder->Start(&error) && mRecorder->FillNewCard(&error, mClock);
+  if (!started) mRecorder.reset();
+  ShowVideo();
+  return started ? Reply() : Reply::NotNow(error);
+}
+
+Reply Bench::StopRecorder() {
+  if (!mRecorder) return NoRecorder();
+  mRecorder.reset();
+  Note(QStringLiteral("The recorder has ended."));
+  ShowVideo();
+  return {};
+}
+
+Reply Bench::RestartRecorder() {
+  if (mRecorder) StopRecorder();
+  return StartRecorder();
+}
+
+void Bench::TapForScenario(int x, int y) {
+  const Reply reply = Touch(
+      {{QStringLiteral("action"), QStringLiteral("tap")}, {QStringLiteral("x"), x}, {QStringLiteral("y"), y}}, this);
+  if (!reply.IsGood()) Note(reply.error);
+}
+
+void Bench::LogRecorder(const QJsonObject& entry) {
+  if (entry.value(QStringLiteral("kind")) == QLatin1String("event") &&
+      entry.value(QStringLiteral("result")).toInt() < 0)
+    mIsEventLost = true;
+  mLog.Add(entry);
+}
+
+void Bench::ShowVideo() {
+  mLcd.SetVideo(mRecorder ? std::optional(mRecorder->Video()) : std::nullopt);
+  emit StateChanged();
+}
+
+void Bench::SkipTime(qint64 ms) {
+  mSkipped += ms;
+  if (mRecorder) mRecorder->SkipTime(ms);
+}
+
+void Bench::Store(const QJsonObject& what) {
+  if (QString error; mRecorder && !mRecorder->Store(what, &error)) return Note(error);
+  emit Stored(what);
+}
+
+// ---- what comes from outside
+
+Reply Bench::CheckOwner(const QObject* owner) const {
+  return mReplay && owner != mReplay ? Reply::NotNow(QStringLiteral("A recording is being replayed.")) : Reply();
+}
+
+Reply Bench::Touch(const QJsonObject& request, const QObject* owner) {
+  if (Reply reply = CheckOwner(owner); !reply.IsGood()) return reply;
+  Members members(request);
+  const QString action =
+      members.Choice("action", {QStringLiteral("tap"), QStringLiteral("press"), QStringLiteral("release")});
+  const bool isTap = action == QLatin1String("tap");
+  Finger::Spot spot;
+  if (action != QLatin1String("release")) {
+    spot.isRaw = members.Flag("raw", false);
+    spot.x = members.Whole("x", 0, spot.isRaw ? TouchPanel::kMostRaw : 479);
+    spot.y = members.Whole("y", 0, spot.isRaw ? TouchPanel::kMostRaw : 319);
+  }
+  const int ms = isTap ? members.Whole("ms", 1, kLongestTap, kUsualTap) : 0;
+  if (const QString error = members.Error(); !error.isEmpty()) return Reply::Bad(error);
+  if (action == QLatin1String("release")) return mFinger.Release();
+  if (!mSupervisor.Interface().IsRunning())
+    return Reply::NotNow(QStringLiteral("Nobody reads the touch panel: the interface is not running."));
+  return isTap ? mFinger.Tap(spot, ms, owner) : mFinger.Press(spot, owner);
+}
+
+Reply Bench::Event(const QJsonObject& request, const QObject* owner) {
+  if (Reply reply = CheckOwner(owner); !reply.IsGood()) return reply;
+  Members members(request);
+  const int event = members.Whole("event", RECV_ZEL_STATUS_SYS_RESTART, RECV_ZEL_STATUS_PARK_INFO_CLOSE);
+  const int value = members.Whole("value", std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), 0);
+  if (const QString error = members.Error(); !error.isEmpty()) return Reply::Bad(error);
+  if (!mRecorder) return NoRecorder();
+  emit EventTaken(request);
+  if (mRecorder->SendStatus(event, value)) return {};
+  return Reply::NotNow(QStringLiteral("The status queue is full: the interface was not told."));
+}
+
+Reply Bench::Action(const QJsonObject& request, const QObject* owner) {
+  if (Reply reply = CheckOwner(owner); !reply.IsGood()) return reply;
+  // The log keeps it whole.
+  if (QJsonDocument(request).toJson(QJsonDocument::Compact).size() > kLargestAction)
+    return Reply::Bad(QStringLiteral("An action has at most %1 bytes.").arg(kLargestAction));
+  Members members(request);
+  const QString name = members.Text("name");
+  const QJsonObject arguments = members.TakeRest();
+  if (const QString error = members.Error(); !error.isEmpty()) return Reply::Bad(error);
+  emit ActionTaken(request);
+  for (const OwnAction& action : kOwnActions)
+    if (name == QLatin1String(action.name)) return DoOwn(action, arguments);
+  return DoRecorders(name, arguments);
+}
+
+Reply Bench::OwnPicture(const QByteArray& file, const QObject* owner) {
+  if (Reply reply = CheckOwner(owner); !reply.IsGood()) return reply;
+  QString error;
+  const QByteArray bmp = ::OwnPicture(file, &error);
+  if (bmp.isEmpty()) return Reply::Bad(error);
+  if (!mRecorder) return NoRecorder();
+  emit PictureTaken(bmp);
+  return mRecorder->PutOwnPicture(bmp, &error) ? Reply() : Reply::NotNow(error);
+}
+
+Reply Bench::DoOwn(const OwnAction& action, const QJsonObject& arguments) {
+  Members members(arguments);
+  OwnValues values{};
+  for (size_t i = 0; i < values.size() && action.arguments[i].name; ++i) {
+    const OwnArgument& argument = action.arguments[i];
+    values[i] = members.Whole(argument.name, argument.least, argument.most);
+  }
+  const QString error = members.Error();
+  Reply reply = error.isEmpty() ? action.act(*this, values) : Reply::Bad(error);
+  QJsonObject entry{{QStringLiteral("kind"), QStringLiteral("action")},
+                    {QStringLiteral("name"), QLatin1String(action.name)},
+                    {QStringLiteral("arguments"), arguments},
+                    {QStringLiteral("result"), reply.IsGood() ? 0 : -1}};
+  if (!reply.IsGood()) entry.insert(QStringLiteral("error"), reply.error);
+  mLog.Add(entry);
+  return reply;
+}
+
+Reply Bench::DoRecorders(const QString& name, const QJsonObject& arguments) {
+  if (!mRecorder) return NoRecorder();
+  mIsEventLost = false;
+  QString error;
+  if (mRecorder->Do(name, arguments, &error)) return {};
+  return mIsEventLost ? Reply::NotNow(error) : Reply::Bad(error);
+}
+
+// It stays where it is mounted: the folder has the calibration, too.
+Reply Bench::MountPanel(const Mounting& mounting) {
+  mPanel.Mount(mounting);
+  emit StateChanged();
+  if (mounting.Write(mRoot.Path(device::kPanel))) return {};
+  return Reply::NotNow(QStringLiteral("The root folder cannot be written: %1.").arg(mRoot.Path()));
+}
+
+Reply Bench::KillInterface() {
+  if (!mSupervisor.Interface().IsRunning()) return Reply::NotNow(QStringLiteral("The interface is not running."));
+  mSupervisor.KillInterface();
+  return {};
+}
+
+// ---- what is told
+
+QJsonObject Bench::Actions() {
+  QJsonArray actions = Recorder::Actions();
+  for (const OwnAction& action : kOwnActions) {
+    QJsonArray arguments;
+    for (const OwnArgument& argument : action.arguments)
+      if (argument.name)
+        arguments.append(QJsonObject{{QStringLiteral("name"), QLatin1String(argument.name)},
+                                     {QStringLiteral("min"), argument.least},
+                                     {QStringLiteral("max"), argument.most},
+                                     {QStringLiteral("default"), argument.standard}});
+    actions.append(QJsonObject{{QStringLiteral("name"), QLatin1String(action.name)},
+                               {QStringLiteral("group"), QLatin1String(action.group)},
+                               {QStringLiteral("label"), QLatin1String(action.label)},
+                               {QStringLiteral("arguments"), arguments}});
+  }
+  QJsonArray events;
+  for (int event = RECV_ZEL_STATUS_SYS_RESTART; event <= RECV_ZEL_STATUS_PARK_INFO_CLOSE; ++event)
+    events.append(QJsonObject{{QStringLiteral("event"), event},
+                              {QStringLiteral("name"), QLatin1String(NameOf(RECV_ZEL_STATUS_EVENT(event)))}});
+  return {{QStringLiteral("actions"), actions}, {QStringLiteral("events"), events}};
+}
+
+QJsonValue Bench::VideoState() const {
+  static constexpr const char* kViews[] = {"pip", "front", "rear"};
+  if (!mRecorder) return {};
+  const VideoPlane video = mRecorder->Video();
+  return QJsonObject{{QStringLiteral("view"), QLatin1String(kViews[static_cast<int>(video.view)])},
+                     {QStringLiteral("mirrored"), video.mirrored},
+                     {QStringLiteral("pipCorner"), video.pipCorner},
+                     {QStringLiteral("rearAlive"), video.rearAlive},
+                     {QStringLiteral("recording"), video.recording},
+                     {QStringLiteral("playing"), video.played != nullptr}};
+}
+
+QJsonObject Bench::Shown() const {
+  const QJsonObject boxes = mReport.Boxes();
+  const auto nameOf = [&boxes](const char* slot) {
+    return TextOrNull(boxes.value(QLatin1String(slot)).toObject().value(QLatin1String("name")).toString());
+  };
+  return {{QStringLiteral("screen"), TextOrNull(mReport.Screen())},
+          {QStringLiteral("own"), nameOf("own")},
+          {QStringLiteral("event"), nameOf("event")},
+          {QStringLiteral("dark"), mShell.Backlight() == 0}};
+}
+
+QJsonObject Bench::State() const {
+  const Child& interface = mSupervisor.Interface();
+  return {{QStringLiteral("screen"), TextOrNull(mReport.Screen())},
+          {QStringLiteral("boxes"), mReport.Boxes()},
+          {QStringLiteral("interface"), QJsonObject{{QStringLiteral("running"), interface.IsRunning()},
+                                                    {QStringLiteral("starts"), interface.Starts()},
+                                                    {QStringLiteral("ended"), TextOrNull(interface.Ended())}}},
+          {QStringLiteral("lcd"), QJsonObject{{QStringLiteral("width"), 480},
+                                              {QStringLiteral("height"), 320},
+                                              {QStringLiteral("live"), mLcd.IsLive()},
+                                              {QStringLiteral("backlight"), mShell.Backlight()}}},
+          {QStringLiteral("touch"), QJsonObject{{QStringLiteral("down"), mFinger.IsDown()}}},
+          {QStringLiteral("panel"), QJsonObject{{QStringLiteral("skew"), mPanel.Mounted().skew},
+                                                {QStringLiteral("x"), mPanel.Mounted().x},
+                                                {QStringLiteral("y"), mPanel.Mounted().y},
+                                                {QStringLiteral("noise"), mPanel.Mounted().noise}}},
+          {QStringLiteral("video"), VideoState()},
+          {QStringLiteral("recorder"), mRecorder ? QJsonValue(mRecorder->State()) : QJsonValue()},
+          {QStringLiteral("root"), mRoot.Path()},
+          {QStringLiteral("log"), mLog.Last()}};
+}

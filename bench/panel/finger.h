@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+#include "bench/base/benchlog.h"
+#include "bench/base/reply.h"
+#include "bench/panel/touchpanel.h"
+
+/// The one finger on the touch panel. What it does is logged.
+class Finger : public QObject {
+  Q_OBJECT
+
+public:
+  /// A place on the screen, or, when it is raw, in the panel's own units.
+  struct Spot {
+    int x = 0;
+    int y = 0;
+    bool isRaw = false;
+  };
+
+  Finger(TouchPanel& panel, BenchLog& log, QObject* parent = nullptr);
+
+  /// Puts the finger down afresh and lifts it after `ms`. `owner`: whose finger it is, see Leave().
+  Reply Tap(const Spot& spot, int ms, const QObject* owner);
+
+  /// Puts the finger down, or moves it when it is down. A tap under way ends first.
+  Reply Press(const Spot& spot, const QObject* owner);
+
+  Reply Release();
+
+  /// The interface has started: what nobody has read is gone, and the finger is up.
+  void StartAfresh();
+
+  /// `owner` has gone: the finger that it put down is lifted.
+  void Leave(const QObject* owner);
+
+  bool IsDown() const { return mPanel.IsDown(); }
+
+signals:
+  void Changed();
+  void Touching();  ///< it is about to be put down, or to be moved
+
+private:
+  TouchPanel& mPanel;
+  BenchLog& mLog;
+  QTimer mTap;  // to the release
+  const QObject* mOwner = nullptr;
+};

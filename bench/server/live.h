@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QTimer>
+#include <QWebSocket>
+#include <memory>
+#include <vector>
+
+#include "bench/server/liveclient.h"
+
+/// The pages that watch the bench. Without one nothing is looked at and nothing is put together.
+class Live : public QObject {
+  Q_OBJECT
+
+public:
+  explicit Live(Bench& bench, QObject* parent = nullptr);
+
+  /// A new page, after its handshake.
+  void Add(std::unique_ptr<QWebSocket> socket);
+
+private:
+  void Remove(LiveClient* client);
+  void SendNews();
+  void WatchChanged();
+  void NewsCame();
+
+  Bench& mBench;
+  std::vector<std::unique_ptr<LiveClient>> mClients;
+  QTimer mNews;  // to the next state and log
+  QElapsedTimer mSinceNews;
+  QTimer mPicture;  // to the next picture
+};

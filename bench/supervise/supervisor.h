@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include "bench/supervise/child.h"
+
+/// Keeps an X server of 480 × 320 pixels and the interface on it running. An X server that ends takes the interface
+/// with it; both are started again.
+class Supervisor : public QObject {
+  Q_OBJECT
+
+public:
+  /// `interface`: the program. `root`: the folder that stands for the camera's file system.
+  Supervisor(const QString& interface, const QString& root, QObject* parent = nullptr);
+
+  /// False with one sentence in `error` when X server or interface are not installed.
+  bool Start(QString* error);
+
+  /// Ends the interface, then the X server; kills what does not end within 2 s.
+  void Stop();
+
+  const Child& Interface() const { return mInterface; }
+  void RestartInterface();
+
+  /// Ends the interface; it stays away until RestartInterface().
+  void EndInterface() { mInterface.Stop(); }
+  void KillInterface() { mInterface.Kill(); }
+
+signals:
+  void DisplayReady(const QString& framebuffer);  ///< the file with the X server's picture
+  void DisplayLost();
+  void InterfaceStarted();
+  void InterfaceEnded();
+  void Diagnostic(const QString& line);  ///< a line of the interface's standard error
+  void Note(const QString& sentence);
+
+private:
+  bool WriteCookie() const;
+  void TakeDisplay(const QString& number);
+
+  QString mRoot;
+  Child mServer;
+  Child mInterface;
+  bool mHasDisplay = false;
+  QString mComplaint;  // the X server's last
+};
