@@ -5,7 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "recorder/card/clip.h"
+#include "recorder/card/clipreader.h"
+#include "recorder/card/clipwriter.h"
 #include "recorder/card/stock.h"
 
 namespace recorder {

@@ -3,7 +3,8 @@
 #include <QList>
 #include <array>
 
-#include "recorder/card/clip.h"
+#include "recorder/card/clipwriter.h"
+#include "recorder/card/pictureencoder.h"
 
 namespace recorder {
 namespace {

@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "recorder/card/card.h"
-#include "recorder/card/clip.h"
+#include "recorder/card/clipreader.h"
 
 namespace recorder {
 

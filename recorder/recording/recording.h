@@ -5,7 +5,8 @@
 #include <memory>
 
 #include "recorder/card/card.h"
-#include "recorder/card/clip.h"
+#include "recorder/card/clipwriter.h"
+#include "recorder/card/pictureencoder.h"
 #include "recorder/device/cameras.h"
 #include "recorder/device/voice.h"
 

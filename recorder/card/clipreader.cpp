@@ -1,4 +1,4 @@
-#include "recorder/card/clip.h"
+#include "recorder/card/clipreader.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -6,21 +6,17 @@
 
 #include <QFile>
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
-#include <libavutil/opt.h>
 #include <libswscale/swscale.h>
 }
 
 namespace recorder {
 namespace {
 
-constexpr int kQuality = 7;  // FFmpeg's scale, 2 (best) .. 31
-constexpr int kBuffer = 4096;
 // What no recording reaches.
 constexpr qint64 kLargestFile = 64 << 20;
 constexpr int kLargestSide = 2048;
@@ -28,22 +24,6 @@ constexpr int kHighestRate = 60;
 constexpr qint64 kMostPictures = 1 << 20;
 constexpr int kPatience = 200;  // ms for one call
 constexpr int kMostPackets = 64;
-
-// What FFmpeg has to say about a bad file is told by a status event.
-const bool kQuiet = [] {
-  av_log_set_level(AV_LOG_QUIET);
-  return true;
-}();
-
-// RGB words to the full range of YUV as JPEG has it, or back.
-SwsContext* Scaler(int width, int height, AVPixelFormat from, AVPixelFormat to) {
-  SwsContext* scaler =
-      sws_getContext(width, height, from, width, height, to, SWS_FAST_BILINEAR, nullptr, nullptr, nullptr);
-  if (!scaler) return nullptr;
-  const int* matrix = sws_getCoefficients(SWS_CS_ITU601);
-  sws_setColorspaceDetails(scaler, matrix, 1, matrix, 1, 0, 1 << 16, 1 << 16);
-  return scaler;
-}
 
 // The planes of YUV that JPEG names by formats of its own.
 AVPixelFormat Plain(int format) {
@@ -60,135 +40,6 @@ AVPixelFormat Plain(int format) {
 }
 
 }  // namespace
-
-void Ending::operator()(AVCodecContext* codec) const {
-  avcodec_free_context(&codec);
-}
-
-void Ending::operator()(AVFormatContext* format) const {
-  if (!format->oformat) return avformat_close_input(&format);
-  avformat_free_context(format);
-}
-
-void Ending::operator()(AVFrame* frame) const {
-  av_frame_free(&frame);
-}
-
-void Ending::operator()(AVIOContext* stream) const {
-  av_freep(&stream->buffer);
-  avio_context_free(&stream);
-}
-
-void Ending::operator()(AVPacket* packet) const {
-  av_packet_free(&packet);
-}
-
-void Ending::operator()(SwsContext* scaler) const {
-  sws_freeContext(scaler);
-}
-
-// ---- encoding
-
-PictureEncoder::PictureEncoder(int width, int height)
-    : mWidth(width),
-      mHeight(height),
-      mCodec(avcodec_alloc_context3(avcodec_find_encoder(AV_CODEC_ID_MJPEG))),
-      mFrame(av_frame_alloc()),
-      mPacket(av_packet_alloc()),
-      mScaler(Scaler(width, height, AV_PIX_FMT_RGB32, AV_PIX_FMT_YUV420P)) {
-  mCodec->width = mFrame->width = width;
-  mCodec->height = mFrame->height = height;
-  mCodec->pix_fmt = AV_PIX_FMT_YUV420P;
-  mCodec->color_range = AVCOL_RANGE_JPEG;
-  mCodec->time_base = {1, 1};
-  mCodec->flags |= AV_CODEC_FLAG_QSCALE | AV_CODEC_FLAG_BITEXACT;
-  mCodec->global_quality = kQuality * FF_QP2LAMBDA;
-  mCodec->thread_count = 1;
-  mFrame->format = AV_PIX_FMT_YUV420P;
-  mFrame->color_range = AVCOL_RANGE_JPEG;
-  mFrame->quality = mCodec->global_quality;
-  if (!mScaler || avcodec_open2(mCodec.get(), mCodec->codec, nullptr) < 0 || av_frame_get_buffer(mFrame.get(), 0) < 0)
-    mScaler.reset();
-}
-
-PictureEncoder::~PictureEncoder() = default;
-
-QByteArray PictureEncoder::Encode(const Picture& picture) {
-  if (!mScaler || picture.width != mWidth || picture.height != mHeight ||
-      picture.pixels.size() != static_cast<size_t>(mWidth) * static_cast<size_t>(mHeight) ||
-      av_frame_make_writable(mFrame.get()) < 0)
-    return {};
-  const auto* rows = reinterpret_cast<const quint8*>(picture.pixels.data());
-  const int bytesPerRow = mWidth * 4;
-  sws_scale(mScaler.get(), &rows, &bytesPerRow, 0, mHeight, mFrame->data, mFrame->linesize);
-  ++mFrame->pts;
-  if (avcodec_send_frame(mCodec.get(), mFrame.get()) < 0 || avcodec_receive_packet(mCodec.get(), mPacket.get()) < 0)
-    return {};
-  QByteArray jpeg(reinterpret_cast<const char*>(mPacket->data), mPacket->size);
-  av_packet_unref(mPacket.get());
-  return jpeg;
-}
-
-// ---- writing
-
-int ClipWriter::Write(void* writer, quint8* bytes, int size) {
-  auto* self = static_cast<ClipWriter*>(writer);
-  if (const qsizetype end = self->mAt + size; end > self->mBytes.size()) self->mBytes.resize(end);
-  std::memcpy(self->mBytes.data() + self->mAt, bytes, static_cast<size_t>(size));
-  self->mAt += size;
-  return size;
-}
-
-// Only inside of what is written.
-int64_t ClipWriter::Seek(void* writer, int64_t offset, int whence) {
-  auto* self = static_cast<ClipWriter*>(writer);
-  if (whence & AVSEEK_SIZE) return self->mBytes.size();
-  if ((whence & ~AVSEEK_FORCE) != SEEK_SET || offset < 0 || offset > self->mBytes.size()) return AVERROR(EINVAL);
-  return self->mAt = offset;
-}
-
-ClipWriter::ClipWriter(int width, int height, int rate) : mRate(rate), mPacket(av_packet_alloc()) {
-  AVFormatContext* format = nullptr;
-  if (avformat_alloc_output_context2(&format, nullptr, "avi", nullptr) < 0) return;
-  mFormat.reset(format);
-  mFormat->flags |= AVFMT_FLAG_BITEXACT;
-  AVStream* stream = avformat_new_stream(format, nullptr);
-  mStream.reset(avio_alloc_context(static_cast<quint8*>(av_malloc(kBuffer)), kBuffer, 1, this, nullptr, Write, Seek));
-  format->pb = mStream.get();
-  if (!stream) return;
-  stream->time_base = {1, rate};
-  stream->codecpar->sample_aspect_ratio = {1, 1};
-  stream->avg_frame_rate = {rate, 1};
-  stream->codecpar->codec_type = AVMEDIA_TYPE_VIDEO;
-  stream->codecpar->codec_id = AV_CODEC_ID_MJPEG;
-  stream->codecpar->width = width;
-  stream->codecpar->height = height;
-  av_opt_set_int(format->priv_data, "reserve_index_space", 64, 0);  // of one file below a gigabyte
-  mGood = avformat_write_header(format, nullptr) >= 0;
-}
-
-ClipWriter::~ClipWriter() = default;
-
-void ClipWriter::Add(const QByteArray& jpeg) {
-  if (!mGood) return;
-  // The packet only borrows the bytes: the muxer writes them before it returns.
-  mPacket->data = reinterpret_cast<quint8*>(const_cast<char*>(jpeg.constData()));
-  mPacket->size = static_cast<int>(jpeg.size());
-  mPacket->pts = mPacket->dts = mPictures;
-  mPacket->duration = 1;
-  mPacket->flags = AV_PKT_FLAG_KEY;
-  mGood = av_write_frame(mFormat.get(), mPacket.get()) >= 0;
-  ++mPictures;
-}
-
-QByteArray ClipWriter::Finish() {
-  if (!mGood || av_write_trailer(mFormat.get()) < 0) return {};
-  avio_flush(mStream.get());
-  mGood = false;
-  return std::exchange(mBytes, {});
-}
-
-// ---- reading
 
 ClipReader::ClipReader() : mPacket(av_packet_alloc()), mFrame(av_frame_alloc()) {}
 
@@ -227,8 +78,8 @@ ClipReader::Result ClipReader::OpenFile(const QString& path) {
 }
 
 ClipReader::Result ClipReader::OpenFormat() {
-  auto* buffer = static_cast<quint8*>(av_malloc(kBuffer));
-  mStream.reset(avio_alloc_context(buffer, kBuffer, 0, this, Read, nullptr, SeekBytes));
+  auto* buffer = static_cast<quint8*>(av_malloc(kStreamBuffer));
+  mStream.reset(avio_alloc_context(buffer, kStreamBuffer, 0, this, Read, nullptr, SeekBytes));
   AVFormatContext* format = avformat_alloc_context();
   format->pb = mStream.get();
   // It frees the context itself when it fails.
@@ -284,7 +135,7 @@ ClipReader::Result ClipReader::Decode() {
   picture->height = frame.height;
   picture->pixels.resize(static_cast<size_t>(frame.width) * static_cast<size_t>(frame.height));
   if (!mTaken || mTaken->width != frame.width || mTaken->height != frame.height)
-    mScaler.reset(Scaler(frame.width, frame.height, Plain(frame.format), AV_PIX_FMT_RGB32));
+    mScaler = NewScaler(frame.width, frame.height, Plain(frame.format), AV_PIX_FMT_RGB32);
   if (!mScaler) return Result::NotPlayable;
   auto* rows = reinterpret_cast<quint8*>(picture->pixels.data());
   const int bytesPerRow = frame.width * 4;

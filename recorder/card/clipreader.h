@@ -1,78 +1,13 @@
 #pragma once
 
-#include <QByteArray>
 #include <QElapsedTimer>
 #include <QString>
 #include <memory>
 
 #include "recorder/base/picture.h"
+#include "recorder/card/ffmpeg.h"
 
-struct AVCodecContext;
-struct AVFormatContext;
-struct AVFrame;
-struct AVIOContext;
-struct AVPacket;
-struct SwsContext;
-
-/// Recordings as files: JPEG pictures in an AVI file, by FFmpeg's libraries.
 namespace recorder {
-
-/// Ends what FFmpeg's libraries made.
-struct Ending {
-  void operator()(AVCodecContext* codec) const;
-  void operator()(AVFormatContext* format) const;
-  void operator()(AVFrame* frame) const;
-  void operator()(AVIOContext* stream) const;
-  void operator()(AVPacket* packet) const;
-  void operator()(SwsContext* scaler) const;
-};
-template <typename Thing>
-using Owned = std::unique_ptr<Thing, Ending>;
-
-/// Makes JPEG pictures, all of one size.
-class PictureEncoder {
-public:
-  PictureEncoder(int width, int height);
-  ~PictureEncoder();
-
-  /// One JPEG picture; empty when `picture` has another size, or when FFmpeg cannot.
-  QByteArray Encode(const Picture& picture);
-
-private:
-  int mWidth;
-  int mHeight;
-  Owned<AVCodecContext> mCodec;
-  Owned<AVFrame> mFrame;
-  Owned<AVPacket> mPacket;
-  Owned<SwsContext> mScaler;
-};
-
-/// An AVI file that grows in memory. Its time base is 1 / rate: the header's length ÷ rate is the time in seconds.
-class ClipWriter {
-public:
-  ClipWriter(int width, int height, int rate);  ///< `rate`: pictures a second, 1..60
-  ~ClipWriter();
-
-  void Add(const QByteArray& jpeg);
-  int Pictures() const { return mPictures; }
-  int Rate() const { return mRate; }
-
-  /// The whole file; empty when FFmpeg could not, or a second time.
-  QByteArray Finish();
-
-private:
-  static int Write(void* writer, quint8* bytes, int size);
-  static int64_t Seek(void* writer, int64_t offset, int whence);
-
-  int mRate;
-  int mPictures = 0;
-  bool mGood = false;
-  QByteArray mBytes;
-  qsizetype mAt = 0;
-  Owned<AVIOContext> mStream;
-  Owned<AVFormatContext> mFormat;
-  Owned<AVPacket> mPacket;
-};
 
 /// Reads a recording picture by picture. The file may be anything: what it says about itself is checked, and no call
 /// takes longer than a moment.
