@@ -4,26 +4,13 @@
 #include <algorithm>
 #include <array>
 #include <limits>
-#include <span>
 
 #include "recorder/base/files.h"
+#include "recorder/firmware/argument.h"
 #include "recorder/firmware/parts.h"
 
 namespace recorder {
 namespace {
-
-using Choices = std::span<const char* const>;
-
-// A number from `least` to `most`, or, with choices, one of these texts.
-struct Argument {
-  const char* name = nullptr;
-  double least = 0;
-  double most = 0;
-  double standard = 0;
-  bool fraction = false;
-  bool optional = false;
-  Choices choices = {};
-};
 
 // The arguments of one call in the order of the table: a number, or the index of the choice.
 using Values = std::array<double, 2>;
@@ -333,34 +320,6 @@ const Action* FindAction(const QString& name) {
   return found == std::end(kActions) ? nullptr : found;
 }
 
-QString Wanted(const Argument& argument) {
-  if (argument.choices.empty())
-    return QStringLiteral("%1 from %2 to %3")
-        .arg(argument.fraction ? QStringLiteral("a number") : QStringLiteral("a whole number"),
-             QString::number(argument.least, 'g', 10), QString::number(argument.most, 'g', 10));
-  QStringList choices;
-  for (const char* choice : argument.choices) choices << QLatin1String(choice);
-  return QStringLiteral("one of ") + choices.join(QLatin1String(", "));
-}
-
-bool Take(const Argument& argument, const QJsonValue& given, double* value) {
-  if (given.isUndefined() && argument.optional) {
-    *value = argument.standard;
-    return true;
-  }
-  if (argument.choices.empty()) {
-    *value = given.toDouble();
-    return given.isDouble() && *value >= argument.least && *value <= argument.most &&
-           (argument.fraction || *value == static_cast<int>(*value));
-  }
-  // A choice that is a number may come as one.
-  const QString text = given.toVariant().toString();
-  const auto found = std::find_if(argument.choices.begin(), argument.choices.end(),
-                                  [&text](const char* choice) { return text == QLatin1String(choice); });
-  *value = static_cast<double>(found - argument.choices.begin());
-  return found != argument.choices.end();
-}
-
 // The action of this name with its arguments in order, or null and one sentence in `error`.
 const Action* Prepare(const QString& name, QJsonObject arguments, Values* values, QString* error) {
   const Action* action = FindAction(name);
@@ -370,30 +329,14 @@ const Action* Prepare(const QString& name, QJsonObject arguments, Values* values
   }
   for (size_t i = 0; i < action->arguments.size() && action->arguments[i].name; ++i) {
     const Argument& argument = action->arguments[i];
-    if (Take(argument, arguments.take(QLatin1String(argument.name)), &(*values)[i])) continue;
+    if (argument.Take(arguments.take(QLatin1String(argument.name)), &(*values)[i])) continue;
     *error =
-        QStringLiteral("The action %1 wants \"%2\": %3.").arg(name, QLatin1String(argument.name), Wanted(argument));
+        QStringLiteral("The action %1 wants \"%2\": %3.").arg(name, QLatin1String(argument.name), argument.Wanted());
     return nullptr;
   }
   if (arguments.isEmpty()) return action;
   *error = QStringLiteral("The action %1 knows no \"%2\".").arg(name, arguments.keys().constFirst().left(40));
   return nullptr;
-}
-
-QJsonObject Describe(const Argument& argument) {
-  QJsonObject description{{QStringLiteral("name"), QLatin1String(argument.name)}};
-  if (argument.choices.empty()) {
-    description.insert(QStringLiteral("min"), argument.least);
-    description.insert(QStringLiteral("max"), argument.most);
-    description.insert(QStringLiteral("default"), argument.standard);
-    if (argument.fraction) description.insert(QStringLiteral("fraction"), true);
-  } else {
-    QJsonArray choices;
-    for (const char* choice : argument.choices) choices.append(QLatin1String(choice));
-    description.insert(QStringLiteral("choices"), choices);
-  }
-  if (argument.optional) description.insert(QStringLiteral("optional"), true);
-  return description;
 }
 
 }  // namespace
@@ -403,7 +346,7 @@ QJsonArray DescribeActions() {
   for (const Action& action : kActions) {
     QJsonArray arguments;
     for (const Argument& argument : action.arguments)
-      if (argument.name) arguments.append(Describe(argument));
+      if (argument.name) arguments.append(argument.Describe());
     actions.append(QJsonObject{{QStringLiteral("name"), QLatin1String(action.name)},
                                {QStringLiteral("group"), QLatin1String(action.group)},
                                {QStringLiteral("label"), QLatin1String(action.label)},
