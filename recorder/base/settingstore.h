@@ -2,7 +2,6 @@
 
 #include <QByteArray>
 #include <QDateTime>
-#include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
 #include <array>
@@ -17,9 +16,6 @@ namespace recorder {
 /// one run to the next.
 class SettingStore {
 public:
-  static constexpr int kBlockSize = 129;
-  static constexpr int kModel = 200;  ///< byte 19 of every block
-
   /// `file` is the INI file.
   explicit SettingStore(const QString& file);
 
@@ -37,7 +33,7 @@ public:
 
   /// Takes the packed block of the interface. The clock only when the block says that it was set, and only a date and
   /// time that exist. False, with one sentence in `error` and nothing taken, for a wrong length or model.
-  bool TakeBlock(const QByteArray& block, QString* error);
+  bool TakeBlock(const QByteArray& bytes, QString* error);
 
   /// Writes the file, whole or not at all, if anything was set, reset or loaded since it was written.
   bool Save();
@@ -53,7 +49,7 @@ public:
   const std::optional<QDateTime>& TakenClock() const { return mTakenClock; }
 
 private:
-  void SetClock(int year, int month, int day, int hour, int minute);
+  void SetClock(const QDateTime& clock);
 
   QString mFile;
   std::array<double, 64> mValues{};  // by Setting_Id; a double holds every int and every float exactly

@@ -6,6 +6,7 @@
 
 #include "platform/sysctrl.h"
 #include "recorder/base/files.h"
+#include "recorder/base/setupblock.h"
 #include "recorder/firmware/parts.h"
 
 namespace recorder {
@@ -204,7 +205,7 @@ constexpr Field kFields[] = {
     {SFIELD_SET_LCD_AUTO_OFF, "SFIELD_SET_LCD_AUTO_OFF", kInt, Keep<Set_Cfg_Lcd_Auto_Off>},
     {SFIELD_SET_LCD_BRIGHT, "SFIELD_SET_LCD_BRIGHT", kInt, Keep<Set_Cfg_Lcd_Bright>},
     {SFIELD_SET_LCD_WAIT_DIS, "SFIELD_SET_LCD_WAIT_DIS", kInt, Keep<Set_Cfg_Lcd_Wait_Dis>},
-    {SFIELD_SET_SETUP_COMPLETE, "SFIELD_SET_SETUP_COMPLETE", SettingStore::kBlockSize, TakeSetup},
+    {SFIELD_SET_SETUP_COMPLETE, "SFIELD_SET_SETUP_COMPLETE", SetupBlock::kSize, TakeSetup},
     {SFIELD_GET_VOLTAGE, "SFIELD_GET_VOLTAGE", kInt, TellVolts},
     {SFIELD_SET_LED_MODE, "SFIELD_SET_LED_MODE", kInt, Keep<Set_Cfg_Setting_Change>},
     {SFIELD_SET_LED_FILE_UPDATE, "SFIELD_SET_LED_FILE_UPDATE", kInt, ReadLedList},
