@@ -5,7 +5,7 @@
 #include <QSet>
 
 namespace {
-enum Field { Path, Width, Height, Screen, Meaning, Caption, Icon, Style, Step, Invented, FieldCount };
+enum Field { Path, Width, Height, Screen, Meaning, Caption, Icon, StyleState, Step, Invented, FieldCount };
 constexpr char kHead[] = "path,width,height,screen,meaning,caption,icon,style,step,invented";
 constexpr int kMostPixels = 480;  // in either direction
 
@@ -29,8 +29,8 @@ PictureRow RowOf(const QString& text) {
   row.size = {Number(fields[Width], "width"), Number(fields[Height], "height")};
   row.caption = fields[Caption].split(u'|', Qt::SkipEmptyParts);
   row.icon = fields[Icon];
-  row.style = fields[Style].section(u':', 0, 0);
-  row.state = fields[Style].section(u':', 1);
+  row.style = fields[StyleState].section(u':', 0, 0);
+  row.state = fields[StyleState].section(u':', 1);
   if (!fields[Step].isEmpty()) {
     row.step = Number(fields[Step].section(u'/', 0, 0), "step");
     row.steps = Number(fields[Step].section(u'/', 1), "number of steps");

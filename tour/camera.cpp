@@ -33,9 +33,7 @@ QDateTime Noon() {
 }
 
 // The touches that lead from the preview to a screen.
-constexpr QPoint kMenu(265, 33), kYes(140, 236);
-constexpr QPoint kTile11(80, 125), kTile12(240, 125), kTile13(400, 125), kTile21(80, 255), kTile22(240, 255),
-    kTile23(400, 255);
+constexpr QPoint kMenu(265, 33);
 const struct {
   WidgetId id;
   std::vector<QPoint> touches;

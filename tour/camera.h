@@ -12,6 +12,10 @@
 class TestRoot;
 struct Setting_Config;
 
+/// Where to touch: the tiles of a menu by row and column, the left button of a question.
+inline constexpr QPoint kTile11(80, 125), kTile12(240, 125), kTile13(400, 125), kTile21(80, 255), kTile22(240, 255),
+    kTile23(400, 255), kYes(140, 236);
+
 /// The interface in this process, on the live preview after a plain start at 13:24 on 2026-05-08, without a recorder:
 /// every command succeeds. What a driver and a recorder do to it; each of these comes back when it has been handled.
 class Camera {

@@ -13,9 +13,7 @@
 #include "tour/camera.h"
 
 namespace {
-constexpr QPoint kTile11(80, 125), kTile12(240, 125), kTile13(400, 125), kTile21(80, 255), kTile22(240, 255),
-    kTile23(400, 255), kHome(40, 30);
-constexpr QPoint kYes(140, 236), kNo(340, 236);
+constexpr QPoint kHome(40, 30), kNo(340, 236);
 constexpr QPoint kViewKey(40, 30), kMicKey(115, 30), kRearKey(190, 30), kLowerLeft(40, 96), kLowerRight(115, 96),
     kBeside(300, 200);  // of the preview
 

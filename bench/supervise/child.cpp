@@ -44,7 +44,7 @@ Child::Child(const QString& program, const QStringList& arguments, int farewell,
 
 Child::~Child() {
   Stop();
-  WaitForEnd(kPatience);
+  WaitForEnd();
 }
 
 void Child::Start() {
@@ -74,10 +74,10 @@ void Child::Stop() {
   mPatience.start();
 }
 
-void Child::WaitForEnd(int ms) {
-  if (mProcess.state() == QProcess::NotRunning || mProcess.waitForFinished(ms)) return;
+void Child::WaitForEnd() {
+  if (mProcess.state() == QProcess::NotRunning || mProcess.waitForFinished(kPatience)) return;
   mProcess.kill();
-  mProcess.waitForFinished(ms);
+  mProcess.waitForFinished(kPatience);
 }
 
 void Child::Over(const QString& how) {

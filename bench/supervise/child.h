@@ -31,8 +31,8 @@ public:
   /// Ends it for good, or until the next Start().
   void Stop();
 
-  /// Waits for the end after Stop(); it is killed when it has not ended after `ms`.
-  void WaitForEnd(int ms);
+  /// Waits for the end after Stop(); it is killed when it has not ended within 2 s.
+  void WaitForEnd();
 
   bool IsRunning() const { return mProcess.state() == QProcess::Running; }
   int Starts() const { return mStarts; }

@@ -11,7 +11,7 @@
 #include "bench/base/device.h"
 
 namespace {
-constexpr qsizetype kLongestLine = 1000;
+constexpr qsizetype kLongestCommand = 1000;
 constexpr int kBrightest = 100000;
 }  // namespace
 
@@ -49,11 +49,11 @@ void ShellWatch::ReadCommands() {
   if (size <= 0) return;
   mRest.append(bytes, size);
   for (qsizetype end = mRest.indexOf('\n'); end >= 0; end = mRest.indexOf('\n')) {
-    const QByteArray line = mRest.left(std::min(end, kLongestLine));
+    const QByteArray line = mRest.left(std::min(end, kLongestCommand));
     mRest.remove(0, end + 1);
     Take(QString::fromUtf8(line).remove(mRoot).trimmed());
   }
-  if (mRest.size() > kLongestLine) mRest.clear();
+  if (mRest.size() > kLongestCommand) mRest.clear();
 }
 
 void ShellWatch::Take(const QString& command) {
@@ -68,7 +68,7 @@ void ShellWatch::ReadFile(const QString& path) {
   const QFileInfo info(path);
   QFile file(path);
   if (!info.isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) return;
-  const QByteArray text = file.read(kLongestLine).trimmed();
+  const QByteArray text = file.read(kLongestCommand).trimmed();
   const QPair<QDateTime, QByteArray> now(info.lastModified(), text);
   if (text.isEmpty() || now == mRead.value(path)) return;  // the two steps of one command
   mRead[path] = now;

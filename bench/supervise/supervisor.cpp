@@ -11,7 +11,6 @@
 #include "bench/supervise/fakeclock.h"
 
 namespace {
-constexpr int kPatience = 2000;  // milliseconds for the end of a program
 
 // Only the bench's own programs may use the X server: they know the cookie.
 constexpr char kCookie[] = "/run/Xauthority";
@@ -112,9 +111,9 @@ bool Supervisor::Start(QString* error) {
 
 void Supervisor::Stop() {
   mInterface.Stop();
-  mInterface.WaitForEnd(kPatience);
+  mInterface.WaitForEnd();
   mServer.Stop();
-  mServer.WaitForEnd(kPatience);
+  mServer.WaitForEnd();
 }
 
 // Without a display it starts as soon as there is one.

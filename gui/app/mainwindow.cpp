@@ -19,6 +19,7 @@
 #include "gui/led/ledfilemanager.h"
 #include "gui/recordings/recordingfilemanager.h"
 #include "gui/screen/basewidget.h"
+#include "gui/screen/clock.h"
 #include "gui/screen/diagnostics.h"
 #include "gui/screen/widgetmanager.h"
 #include "gui/settings/config.h"
@@ -26,9 +27,7 @@
 #include "gui/touch/touchthread.h"
 
 namespace {
-constexpr int kNoticeMs = 2000;
 constexpr int kVoiceMs = 10000;  // a voice prompt whose end is never reported
-constexpr int kSecondMs = 1000;
 constexpr int kParkingLcdOffMs = 8000;
 constexpr int kIdleReturnMs = 600000;
 constexpr int kLowVolSeconds = 31;

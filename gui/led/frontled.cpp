@@ -5,7 +5,6 @@
 #include "gui/settings/settings.h"
 
 namespace {
-constexpr int kNoticeMs = 2000;
 
 // The display mode is stored under this number.
 constexpr TileOption kMode{.pictures = &gFrontLed.Mode,

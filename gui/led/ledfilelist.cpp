@@ -14,7 +14,7 @@
 namespace {
 constexpr int kScrollRepeatMs = 100;
 constexpr int kScrollBottom = 319;
-constexpr int kNoticeMs = 1500;
+constexpr int kShortNoticeMs = 1500;
 constexpr QPoint kHome(0, 0), kTitle(80, 0), kDelete(220, 0), kSave(310, 0), kBack(400, 0);
 constexpr int kHeaderHeight = 60;
 constexpr int kCheckBoxLeft = 351, kCheckBoxRight = 390;
@@ -95,18 +95,18 @@ void LedFileList::SetCheckBox(int row) {
 
 void LedFileList::PressDelete() {
   if (mCheckBoxCount == 0)
-    PaintMessageBox(NOTHING_CHECKED_LED_FILE, false, 0, kNoticeMs);
+    PaintMessageBox(NOTHING_CHECKED_LED_FILE, false, 0, kShortNoticeMs);
   else if (gLedFileManager.GetIsCheckedSecurityLed())
-    PaintMessageBox(NOT_DELETE_SECURITY_LED, false, 0, kNoticeMs);
+    PaintMessageBox(NOT_DELETE_SECURITY_LED, false, 0, kShortNoticeMs);
   else if (gLedFileManager.GetIsCheckedKorvoBlack())
-    PaintMessageBox(NOT_DELETE_KORVO_BLACK, false, 0, kNoticeMs);
+    PaintMessageBox(NOT_DELETE_KORVO_BLACK, false, 0, kShortNoticeMs);
   else
     PaintMessageBox(LED_FILE_UPDATE_DELETE, false, mCheckBoxCount, 0);
 }
 
 void LedFileList::PressSave() {
   if (mCheckBoxCount == 0)
-    PaintMessageBox(NOTHING_CHECKED_LED_FILE, false, 0, kNoticeMs);
+    PaintMessageBox(NOTHING_CHECKED_LED_FILE, false, 0, kShortNoticeMs);
   else if (gLedFileManager.GetIsCheckedSecurityLed())
     PaintMessageBox(SECURITY_LED_CHECKED, false, 0, 0);
   else
@@ -129,10 +129,10 @@ void LedFileList::Write(bool deletion) {
   gLedFileManager.UpdateLedFile(deletion ? 1 : 0, mCurFileItem);
   SetListItem();
   if (!gLedFileManager.WritingLedFile(deletion)) {
-    PaintMessageBox(deletion ? FILE_DELETE_FAIL : FILE_SAVE_FAIL, false, 0, kNoticeMs);
+    PaintMessageBox(deletion ? FILE_DELETE_FAIL : FILE_SAVE_FAIL, false, 0, kShortNoticeMs);
     return;
   }
-  PaintMessageBox(deletion ? FILE_DELETE : FILE_SAVE, false, 0, kNoticeMs);
+  PaintMessageBox(deletion ? FILE_DELETE : FILE_SAVE, false, 0, kShortNoticeMs);
   gEventGate.ProcessEvents();
   if (here) SendEvent(SEND_LED_FILE_UPDATE, 0, QString());
 }

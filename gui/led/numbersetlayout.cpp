@@ -13,11 +13,10 @@
 
 namespace {
 constexpr int kMostDigits = 14;
-constexpr int kNoticeMs = 2000;
 constexpr int kExcessMs = 2500;
 constexpr int kKeyWidth = 80, kKeyHeight = 90;
 constexpr int kKeysTop = 140;
-constexpr QPoint kInput(0, 60), kSave(410, 69);
+constexpr QPoint kInput(0, 60), kSaveKey(410, 69);
 constexpr QRect kSaveArea(QPoint(411, 70), QPoint(469, 128)), kDeleteArea(QPoint(401, 141), QPoint(479, 319));
 constexpr LabelRow kNumber{"mInputNumLabel", {20, 60, 364, 80}, 36, {255, 255, 255}, Qt::AlignLeft, true};
 
@@ -131,7 +130,7 @@ void NumberSetLayout::TimeoutEvent() {
 
 void NumberSetLayout::PaintPage(QPainter& painter, const QRect& exposed) {
   Draw(painter, exposed, kInput, gNumberSet.InputBg);
-  Draw(painter, exposed, kSave, gNumberSet.Save.ReleaseImage);
+  Draw(painter, exposed, kSaveKey, gNumberSet.Save.ReleaseImage);
   for (int place = 0; place < 10; ++place)
     Draw(painter, exposed, KeyRect(place).topLeft(), gNumberSet.Keypad.Image[DigitOf(place)].ReleaseImage);
   Draw(painter, exposed, {kKeyWidth * 5, kKeysTop}, gNumberSet.Delete.ReleaseImage);

@@ -23,8 +23,6 @@
 #include "gui/settings/settings.h"
 
 namespace {
-constexpr int kSecondMs = 1000;
-constexpr int kNoticeMs = 2000;
 constexpr int kOverlayMs = 5000;
 constexpr int kHiddenEntryMs = 3000;
 constexpr int kHiddenEntryTaps = 3;  // counted before the one that opens: five taps in all

@@ -15,7 +15,6 @@
 #include "gui/settings/settings.h"
 
 namespace {
-constexpr int kSecondMs = 1000;
 constexpr int kOwnPicture = 3;  // lcd_wait_dis
 
 constexpr char kSpeakerOff[] = "screensaver/status_voice_off.bmp";

@@ -24,7 +24,6 @@
 
 namespace {
 constexpr int kControlMs = 5000;
-constexpr int kNoticeMs = 2000;
 constexpr int kLeaveMs = 1500;
 constexpr useconds_t kStepPauseUs = 50000;
 

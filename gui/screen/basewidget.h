@@ -10,6 +10,8 @@
 class MessageBox;
 class QTimer;
 
+inline constexpr int kNoticeMs = 2000;  ///< how long a box stays that closes itself; a few have a time of their own
+
 /// Every screen: 480 × 320, with two message-box slots (the screen's own boxes, and the ones that status events raise),
 /// a general timer, the way to other screens, and the way out of the settings (EntryPreview). GUI thread.
 class BaseWidget : public QWidget {

@@ -2,6 +2,8 @@
 
 #include "gui/settings/config.h"
 
+inline constexpr int kSecondMs = 1000;
+
 /// The clock rules of the screens. Hours of Date_Config are 0..23 in 24-hour form; in 12-hour form 1..12 with Apm.
 
 /// Half of the day, Date_Config::Apm.

@@ -14,8 +14,8 @@
 namespace {
 constexpr int kVoiceMs = 10000;  // a voice prompt whose end is never reported
 constexpr int kStop = 3;         // SEND_VIDEO_REC_STOP: the card is about to be formatted
-constexpr int kMessages[] = {SETUP_SAVING, RESOLUTION_SETTING_CHANGE_NEED_FORMAT, FRAME_SETTING_CHANGE_NEED_FORMAT,
-                             RES_FRAME_SETTING_CHANGE_NEED_FORMAT};
+constexpr int kQuestions[] = {SETUP_SAVING, RESOLUTION_SETTING_CHANGE_NEED_FORMAT, FRAME_SETTING_CHANGE_NEED_FORMAT,
+                              RES_FRAME_SETTING_CHANGE_NEED_FORMAT};
 }  // namespace
 
 FormatQuestion::FormatQuestion(QObject* parent)
@@ -28,7 +28,7 @@ int FormatQuestion::Need() {
 }
 
 int FormatQuestion::MessageOf(int need) {
-  return kMessages[need];
+  return kQuestions[need];
 }
 
 void FormatQuestion::Ask(BaseWidget& screen, int need) {

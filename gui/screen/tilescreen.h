@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPoint>
 #include <span>
 #include <variant>
 
@@ -9,6 +10,8 @@ class QPainter;
 struct Button_Config;
 struct Image_Config;
 struct Setting_Config;
+
+inline constexpr QPoint kPage(0, 60);  ///< what stands below the header, where it is no grid of tiles
 
 /// An option of the recorder: one of `count` values 0, `step`, 2 `step`, ..., without those below `least`.
 struct TileOption {

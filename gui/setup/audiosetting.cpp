@@ -35,16 +35,12 @@ constexpr TileOption kBlackspot{.pictures = &gAudioSetting.AccidentBlackspot,
                                 .command = SEND_SET_ACC_VOLUME,
                                 .holdsVoices = true};
 
-Setting_Config& Setting() {
-  return gEnvirnmentSettings.mSetting;
-}
-
 bool IsVoiceOff() {
-  return Setting().buzer_flag == 1;
+  return gEnvirnmentSettings.mSetting.buzer_flag == 1;
 }
 
 int VoicePicture() {
-  return IsVoiceOff() ? kOffPicture : std::clamp(Setting().spk_volume, 0, kHighest);
+  return IsVoiceOff() ? kOffPicture : std::clamp(gEnvirnmentSettings.mSetting.spk_volume, 0, kHighest);
 }
 }  // namespace
 
@@ -63,8 +59,8 @@ void AudioSetting::PressVoice() {
   if (IsVoiceOff()) {
     SetVoiceOff(false);
     SetOption(kVoice, 0);
-  } else if (Setting().spk_volume != kHighest) {
-    SetOption(kVoice, ((Setting().spk_volume + 1) % 4 + 4) % 4);
+  } else if (gEnvirnmentSettings.mSetting.spk_volume != kHighest) {
+    SetOption(kVoice, ((gEnvirnmentSettings.mSetting.spk_volume + 1) % 4 + 4) % 4);
   } else {
     SetVoiceOff(true);
     SetOption(kVoice, kHighest);  // the level is kept
@@ -78,7 +74,7 @@ void AudioSetting::SetVoiceOff(bool off) {
 }
 
 void AudioSetting::PressMicrophone() {
-  const int volume = NextValue(kMic, Setting().volume);
+  const int volume = NextValue(kMic, gEnvirnmentSettings.mSetting.volume);
   gReturnVolume = volume != 0 ? volume : 1;
   if (volume <= kLowMicrophone) gMainWindow->SetIsPlayingVoice(true);
   SetOption(kMic, volume);

@@ -6,9 +6,7 @@
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
 
-namespace {
-constexpr int kNoticeMs = 2000;
-}
+namespace {}
 
 constexpr BlackboxManagement::Tile BlackboxManagement::kTiles[] = {
     {1, 1, Door{gBlackboxManagementConfig.LcdSetting, LCDSETTING}},

@@ -4,7 +4,6 @@
 #include "gui/settings/settings.h"
 
 namespace {
-constexpr int kNoticeMs = 2000;
 constexpr int kByTime = 1;  // efile_del_method
 
 // Both go to the recorder with all the other settings.

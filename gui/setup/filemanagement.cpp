@@ -12,7 +12,7 @@ constexpr int kStep = 10;       // percent
 constexpr int kStepWidth = 40;  // pixels
 constexpr int kWhole = 100;
 
-constexpr QPoint kPage(0, 60), kBar(41, 112), kZero(4, 112), kHundred(442, 112);
+constexpr QPoint kBar(41, 112), kZero(4, 112), kHundred(442, 112);
 constexpr int kHandleTop = 161, kHandleBottom = 206, kHandleLeft = 2, kHandleRight = 81;
 constexpr QPoint kMinus(86, 250), kPlus(246, 250);
 constexpr QRect kMinusArea(QPoint(87, 251), QPoint(233, 300)), kPlusArea(QPoint(247, 251), QPoint(393, 300));

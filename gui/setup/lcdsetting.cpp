@@ -6,7 +6,6 @@
 #include "gui/settings/settings.h"
 
 namespace {
-constexpr int kNoticeMs = 2000;
 constexpr int kAlwaysOn = 4;  // lcd_auto_off
 
 // An LCD that never goes off has no screen saver.
@@ -24,11 +23,11 @@ constexpr TileOption kSecond{.pictures = &gLcdSetting.Second,
                              .least = 1,
                              .command = SEND_LCD_AUTO_OFF,
                              .effect = FollowSecond};
-constexpr TileOption kBrightness{.pictures = &gLcdSetting.Brightness,
-                                 .field = &Setting_Config::lcd_bright,
-                                 .id = Set_Cfg_Lcd_Bright,
-                                 .count = 4,
-                                 .command = SEND_LCD_BRIGHT};
+constexpr TileOption kLcdBrightness{.pictures = &gLcdSetting.Brightness,
+                                    .field = &Setting_Config::lcd_bright,
+                                    .id = Set_Cfg_Lcd_Bright,
+                                    .count = 4,
+                                    .command = SEND_LCD_BRIGHT};
 constexpr TileOption kScreenSaver{.pictures = &gLcdSetting.ScreenSaver,
                                   .field = &Setting_Config::lcd_wait_dis,
                                   .id = Set_Cfg_Lcd_Wait_Dis,
@@ -38,7 +37,7 @@ constexpr TileOption kScreenSaver{.pictures = &gLcdSetting.ScreenSaver,
 
 constexpr LcdSetting::Tile LcdSetting::kTiles[] = {
     {1, 1, Option{kSecond, Press<&LcdSetting::PressSecond>}},
-    {1, 2, Option{kBrightness, Press<&LcdSetting::PressBrightness>}},
+    {1, 2, Option{kLcdBrightness, Press<&LcdSetting::PressBrightness>}},
     {1, 3, Option{kScreenSaver, Press<&LcdSetting::PressScreenSaver>}},
 };
 
@@ -51,7 +50,7 @@ void LcdSetting::PressSecond() {
 }
 
 void LcdSetting::PressBrightness() {
-  Advance(kBrightness);
+  Advance(kLcdBrightness);
   gMainWindow->SetLcdBright(gEnvirnmentSettings.mSetting.lcd_bright);
   repaint(TileRect(1, 2));
 }

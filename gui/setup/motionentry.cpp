@@ -9,7 +9,6 @@
 #include "gui/settings/settings.h"
 
 namespace {
-constexpr int kNoticeMs = 2000;
 constexpr int kFrontView = 1, kRearView = 2;
 
 void Enter(BaseWidget& screen, int display) {

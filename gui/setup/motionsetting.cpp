@@ -11,7 +11,6 @@
 #include "gui/settings/settings.h"
 
 namespace {
-constexpr int kFrontView = 1;
 constexpr int kCellWidth = 60, kCellHeight = 53;
 constexpr int kTopRowFrom = 6;  // column; the others of the top row are never watched or not offered
 constexpr std::uint64_t kNeverWatched = 0xFULL << 44;  // the four leftmost cells of the top row
@@ -25,7 +24,7 @@ constexpr int BitOf(int cell) {
 
 MotionSetting::MotionSetting(QWidget* parent)
     : BaseWidget(parent),
-      mFront(gEnvirnmentSettings.mSetting.display == kFrontView),
+      mFront(gEnvirnmentSettings.mSetting.display == 1),
       MotionSettingValue(
           (mFront ? gEnvirnmentSettings.mSetting.motion_area1 : gEnvirnmentSettings.mSetting.motion_area2) &
           ~kNeverWatched) {

@@ -10,7 +10,6 @@
 #include "gui/setup/shares.h"
 
 namespace {
-constexpr int kNoticeMs = 2000;
 
 constexpr TileOption kMode{.pictures = &gParkingSetting.Mode,
                            .field = &Setting_Config::parking_mode_on,
@@ -19,12 +18,12 @@ constexpr TileOption kMode{.pictures = &gParkingSetting.Mode,
                            .command = SEND_SET_PARKING_MODE_ON,
                            .holdsVoices = true,
                            .effect = ShareAfterParkingMode};
-constexpr TileOption kShock{.pictures = &gParkingSetting.Shock,
-                            .field = &Setting_Config::park_shock_lvl,
-                            .id = Set_Cfg_Park_lvl,
-                            .count = 3,
-                            .command = SEND_SET_PARK_LVL,
-                            .holdsVoices = true};
+constexpr TileOption kParkingShock{.pictures = &gParkingSetting.Shock,
+                                   .field = &Setting_Config::park_shock_lvl,
+                                   .id = Set_Cfg_Park_lvl,
+                                   .count = 3,
+                                   .command = SEND_SET_PARK_LVL,
+                                   .holdsVoices = true};
 constexpr TileOption kMotion{.pictures = &gParkingSetting.Motion,
                              .field = &Setting_Config::motion_lvl,
                              .id = Set_Cfg_Motion_lvl,
@@ -52,7 +51,7 @@ bool IsReportOffered(const TileScreen&) {
 
 constexpr ParkingSetting::Tile ParkingSetting::kTiles[] = {
     {1, 1, Option{kMode}},
-    {1, 2, Option{kShock}},
+    {1, 2, Option{kParkingShock}},
     {1, 3, Option{kMotion}},
     {2, 1, Door{gParkingSetting.LowVol, LOWVOLDETECTIONSETTING}},
     {2, 2, Action{gParkingSetting.MotionSetting, Press<&ParkingSetting::AskMotionSetting>}},

@@ -9,7 +9,6 @@
 #include "gui/settings/config.h"
 
 namespace {
-constexpr int kNoticeMs = 2000;
 constexpr int kVoiceMs = 10000;  // a voice prompt whose end is never reported
 constexpr int kStopForCard = 3;  // SEND_VIDEO_REC_STOP: the card is about to be formatted or checked
 }  // namespace

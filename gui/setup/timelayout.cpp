@@ -13,11 +13,10 @@
 #include "gui/settings/settings.h"
 
 namespace {
-constexpr int kNoticeMs = 2000;
 constexpr int kRepeatMs = 70;
 constexpr int kZeroZone = 12;  // index
 
-constexpr QPoint kPage(0, 60), kConfirm(310, 0), kDown(87, 264), kUp(247, 264);
+constexpr QPoint kConfirm(310, 0), kDown(87, 264), kUp(247, 264);
 constexpr QRect kConfirmArea(QPoint(311, 1), QPoint(399, 59));
 constexpr QRect kDownArea(QPoint(88, 265), QPoint(232, 310)), kUpArea(QPoint(248, 265), QPoint(392, 310));
 }  // namespace

@@ -5,17 +5,17 @@
 
 #include "gui/base/picture.h"
 #include "gui/base/shell.h"
+#include "gui/screen/clock.h"
 #include "gui/screen/messagebox.h"
 #include "gui/settings/config.h"
 
 namespace {
-constexpr int kSecondMs = 1000;
-constexpr int kNoticeMs = 1500;
+constexpr int kShortNoticeMs = 1500;
 constexpr int kResultMs = 2000;
 constexpr int kVerdictMs = 5000;
 constexpr int kMeasurement = 10;  // seconds
 
-constexpr QPoint kPage(0, 60), kProgressGround(36, 116), kProgress(40, 120);
+constexpr QPoint kProgressGround(36, 116), kProgress(40, 120);
 constexpr int kPixelsPerSecond = 40;
 }  // namespace
 
@@ -71,8 +71,8 @@ void VoltageCompensation::MessageBoxHandler(int, int x, int y, int messageId) {
     return;
   }
   const int start = messageId == IS_BEFORE_VOLCOM_START ? BEFORE_VOLCOM_START : AFTER_VOLCOM_START;
-  PaintMessageBox(start, false, 0, kNoticeMs);
-  SetEvent(start, kNoticeMs);
+  PaintMessageBox(start, false, 0, kShortNoticeMs);
+  SetEvent(start, kShortNoticeMs);
 }
 
 void VoltageCompensation::TimeoutEvent() {
@@ -122,7 +122,7 @@ void VoltageCompensation::EndMeasurement() {
   if (both)
     PaintMessageBox(VOLCOM_ALL_COMPLETE, false, 0, 0);
   else
-    PaintMessageBox(before ? VOLCOM_COMPLETE_BEFORE : VOLCOM_COMPLETE_AFTER, false, 0, kNoticeMs);
+    PaintMessageBox(before ? VOLCOM_COMPLETE_BEFORE : VOLCOM_COMPLETE_AFTER, false, 0, kShortNoticeMs);
   mVolComFlag = before ? BeforeDone : AfterDone;
   SendEvent(SEND_VOLTAGE_COMPENSATION, mVolComFlag, QString());
   loadingCount = -1;

@@ -6,9 +6,7 @@
 #include "gui/base/globals.h"
 #include "gui/screen/basewidget.h"
 
-namespace {
-constexpr int kNoticeMs = 2000;
-}
+namespace {}
 
 bool IsVoltageCompensationOffered(const TileScreen&) {
   return gNeedVolCom;

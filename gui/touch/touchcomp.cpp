@@ -15,7 +15,6 @@
 #include "gui/touch/calibrationfit.h"
 
 namespace {
-constexpr int kNoticeMs = 2000;
 constexpr int kNeededHits = 7;
 constexpr int kMostFailures = 3;           // before the last attempt
 constexpr int kReachX = 40, kReachY = 35;  // of a target, from its middle; bounds included

@@ -21,7 +21,7 @@ Recorder::Recorder(const QString& root, QObject* parent)
       mScenario(std::make_unique<Scenario>(mParts->sink)),
       mServer(std::make_unique<CommandServer>(
           [this](CommandServer::Client& client, quint32 field, const QByteArray& data) {
-            const CommandServer::Answer answer = DoCommand(*mParts, field, data);
+            CommandServer::Answer answer = DoCommand(*mParts, field, data);
             if (field == SFIELD_GET_VOLTAGE && answer.result >= 0 && !std::exchange(client.greeted, true)) Greet();
             return answer;
           },
