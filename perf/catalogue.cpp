@@ -26,7 +26,8 @@
 
 namespace {
 constexpr int kScans = 15;
-constexpr int kSeconds = 60;  // of each recording
+constexpr int kMostTraced = 50000;  // recordings: a traced call takes twenty times as long
+constexpr int kSeconds = 60;        // of each recording
 constexpr char kRoot[] = "DASHCAM_ROOT";
 
 [[noreturn]] void Fail(const char* sentence) {
@@ -140,9 +141,11 @@ int main(int argc, char** argv) {
   const double bytes = (Heap() - before) / count;
   const FileItemList* front = manager.GetFileItem(ALL_ASCENDING_FRONT);
   const FileItemList* rear = manager.GetFileItem(ALL_ASCENDING_REAR);
-  if (front->size() + rear->size() != count || front->first()->recTime != kSeconds) Fail("the catalogue is wrong");
-  const QJsonObject figures{
-      {"scan", Median(scans)}, {"bare", Median(bareScans)}, {"bytes", bytes}, {"calls", SystemCalls(root.path())}};
+  if (front->size() + rear->size() != count || front->at(0).recTime != kSeconds) Fail("the catalogue is wrong");
+  const QJsonObject figures{{"scan", Median(scans)},
+                            {"bare", Median(bareScans)},
+                            {"bytes", bytes},
+                            {"calls", count > kMostTraced ? 0 : SystemCalls(root.path())}};
   QTextStream(stdout) << QJsonDocument(figures).toJson();
   return 0;
 }

@@ -89,8 +89,9 @@ void Player::SetPlayFile(int list, int index) {
   const RecordingFileManager* catalogue = gMainWindow->GetRecordingFileManager();
   mCurFileList = catalogue ? catalogue->GetFileItem(list) : nullptr;
   const bool known = mCurFileList && index >= 0 && index < mCurFileList->size();
-  mRecTime = known ? mCurFileList->at(index)->recTime : 0;
-  mPlayFilePath = known ? mCurFileList->at(index)->filePath : QString();
+  const FileItem item = known ? mCurFileList->at(index) : FileItem();
+  mRecTime = item.recTime;
+  mPlayFilePath = item.filePath;
   mPlayFileName = GetFileName(mPlayFilePath);
   mIsPlaying = true;
 }
@@ -311,7 +312,7 @@ void Player::PressCamera() {
 int Player::PlayableFrom(int index, int step) const {
   if (!mCurFileList) return -1;
   for (; index >= 0 && index < mCurFileList->size(); index += step)
-    if (!mCurFileList->at(index)->recStopFlag) return index;
+    if (!mCurFileList->at(index).recStopFlag) return index;
   return -1;
 }
 

@@ -27,9 +27,8 @@ QString RecordingFileItem::SettingListFileName(const FileItem& item) {
   return item.fileName + u'~' + end;
 }
 
-void RecordingFileItem::Repaint(const FileItem* item) {
-  mCurItem.reset();
-  if (item) mCurItem = *item;
+void RecordingFileItem::Repaint(const std::optional<FileItem>& item) {
+  mCurItem = item;
   mIconPath = item ? item->icon : QString();
   mIconBgPath = item ? item->iconBg : gFileList.ItemBg;
   mFileNameLabel->setText(item ? SettingListFileName(*item) : QString());

@@ -14,8 +14,8 @@ class RecordingFileItem : public QWidget {
 public:
   explicit RecordingFileItem(QWidget* parent);
 
-  /// Shows a copy of `item`; nothing when it is null.
-  void Repaint(const FileItem* item);
+  /// Shows a copy of `item`, or nothing.
+  void Repaint(const std::optional<FileItem>& item);
 
   /// "2023-01-01 12:34:56"; of a stop marker "2023-01-01 12:34:56~13:00:00".
   static QString SettingListFileName(const FileItem& item);

@@ -57,7 +57,7 @@ void RecordingFileList::ShowPage() {
   for (int row = 0; row < kRows; ++row) {
     const qsizetype index = qsizetype{mCurPage - 1} * kRows + row;
     const bool known = mCurFileItem && mCurPage > 0 && index < mCurFileItem->size();
-    mFileItemWidget[size_t(row)]->Repaint(known ? mCurFileItem->at(index) : nullptr);
+    mFileItemWidget[size_t(row)]->Repaint(known ? std::optional(mCurFileItem->at(index)) : std::nullopt);
   }
 }
 
@@ -100,7 +100,7 @@ void RecordingFileList::touchEvent(int, int x, int y) {
 void RecordingFileList::PlayBack(int row) {
   if (!mCurFileItem || mCurPage < 1) return;
   const int index = (mCurPage - 1) * kRows + row;
-  if (index >= mCurFileItem->size() || mCurFileItem->at(index)->recStopFlag) return;
+  if (index >= mCurFileItem->size() || mCurFileItem->at(index).recStopFlag) return;
   PlayClick();
   Next(PLAYER, new PlayFileInfo(this, mListType, index));
 }

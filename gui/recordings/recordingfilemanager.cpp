@@ -8,12 +8,14 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStringBuilder>
+#include <QStringDecoder>
 #include <QtDebug>
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "gui/base/devicepath.h"
 #include "gui/recordings/aviheader.h"
@@ -21,6 +23,7 @@
 namespace {
 constexpr int kNameLength = 24;  // "rec0_20230101_123456.avi", and "p.zel" of a stop marker is one more
 constexpr int kLongNameLength = 25;
+constexpr int kMostNameBytes = 3 * kLongNameLength;  // as UTF-8
 constexpr QLatin1String kPrefixes[] = {QLatin1String("rec"), QLatin1String("pmr"), QLatin1String("evt"),
                                        QLatin1String("ndf")};  // by File_Prefix
 constexpr QLatin1String kMarkerExtension("zel");
@@ -58,6 +61,14 @@ constexpr IconRow kIcons[] = {
     {FILE_PREFIX_NDF, kAnyFlag, QLatin1String("filelist/ndf_file_normal.bmp")},
 };
 
+QLatin1String IconOf(const FilelistEntry& entry) {
+  if (entry.recStopFlag) return kStopIcon;
+  const auto* row = std::find_if(std::begin(kIcons), std::end(kIcons), [&entry](const IconRow& icon) {
+    return icon.mode == entry.mode && (icon.flag == kAnyFlag || icon.flag == entry.fileFlag);
+  });
+  return row->icon;
+}
+
 // "rec*", "pmr*", "evt*", "ndf*" and "*p.zel", in any case, not hidden.
 bool MayBeRecording(QByteArrayView name) {
   for (const QLatin1String prefix : kPrefixes)
@@ -92,27 +103,27 @@ QString VideoPath(int mode, int camMode, QStringView date, bool rtcErrorFlag) {
 }
 
 // The recorder's note at the end of a recording: a marker byte behind two bytes of flags, at one of two places.
-int FlagOf(const char* trailer) {
+quint8 FlagOf(const char* trailer) {
   const char* flags = trailer[2] == kFlagsFollow ? trailer : trailer[3] == kFlagsFollow ? trailer + 1 : nullptr;
   if (flags == nullptr) return TYPE_NONE;
-  if (flags[1] == TYPE_LOW_VOLT || flags[1] == TYPE_TEMP_CUT) return flags[1];
+  if (flags[1] == TYPE_LOW_VOLT || flags[1] == TYPE_TEMP_CUT) return quint8(flags[1]);
   return flags[0] == 1 ? TYPE_EVENT : flags[0] == 2 ? TYPE_MOTION : TYPE_NONE;
 }
 
-enum class Reading { Absent, Failed, Done };  // Failed: cannot be opened, or is empty
+enum class Reading : quint8 { Absent, Failed, Done };  // Failed: cannot be opened, or is empty
 
 /// What the catalogue takes from a video file.
 struct VideoData {
-  Reading reading = Reading::Absent;
-  int flag = TYPE_NONE;        // File_Flag_Type by the trailer
   std::optional<int> seconds;  // nothing without a whole AVI header
+  Reading reading = Reading::Absent;
+  quint8 flag = TYPE_NONE;  // File_Flag_Type by the trailer
 };
 
 // Opens `path`, from `folder` on; `status` is set unless that fails. What is no file must not block.
 VideoData ReadVideo(int folder, const char* path, struct stat* status) {
   const int file = openat(folder, path, O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-  if (file < 0) return {errno == ENOENT || errno == ELOOP ? Reading::Absent : Reading::Failed, TYPE_NONE, {}};
-  VideoData data{Reading::Failed, TYPE_NONE, {}};
+  if (file < 0) return {{}, errno == ENOENT || errno == ELOOP ? Reading::Absent : Reading::Failed};
+  VideoData data{{}, Reading::Failed};
   if (fstat(file, status) == 0 && status->st_size > 0) {
     char trailer[kTrailerBytes];
     data.reading = Reading::Done;
@@ -126,20 +137,23 @@ VideoData ReadVideo(int folder, const char* path, struct stat* status) {
 }
 }  // namespace
 
+/// Its texts are parts of the name.
 struct RecordingFileManager::NameParts {
+  QStringView day, time;
   int mode;  // File_Prefix
   int camMode;
-  QString date;
   bool isMarker;
   bool rtcErrorFlag;
 };
 
 /// A file of the card that may be a recording.
 struct RecordingFileManager::FoundFile {
-  QString name;
-  qint64 modified;                 // ms since 1970
-  std::optional<NameParts> parts;  // nothing when it is not the name of a recording
-  VideoData data;                  // of a video
+  qint64 modified = 0;  // ms since 1970
+  VideoData data;       // of a video
+  quint8 length = 0;    // of the name; 0 when it is not the name of a recording
+  std::array<char16_t, kLongNameLength> units{};
+
+  QStringView Name() const { return {units.data(), length}; }
 };
 
 // Nothing when it is not the name of a recording.
@@ -155,9 +169,9 @@ std::optional<RecordingFileManager::NameParts> RecordingFileManager::PartsOf(QSt
   const auto prefix = std::find(std::begin(kPrefixes), std::end(kPrefixes), word.first(3));
   if (prefix == std::end(kPrefixes)) return {};
   const bool isMarker = dotted[1] == kMarkerExtension;
-  return NameParts{int(prefix - kPrefixes), word[3] == u'0' ? 0 : 1,
-                   parts[1] % u'_' % (isMarker ? parts[2].chopped(1) : parts[2]), isMarker,
-                   !isMarker && name.size() == kLongNameLength};
+  return NameParts{
+      parts[1], isMarker ? parts[2].chopped(1) : parts[2],  int(prefix - kPrefixes), word[3] == u'0' ? 0 : 1,
+      isMarker, !isMarker && name.size() == kLongNameLength};
 }
 
 namespace {
@@ -211,25 +225,33 @@ std::optional<RecordingFileManager::FoundFile> RecordingFileManager::Find(int fo
   const bool isFile = entry.d_type == DT_REG;
   if (!isFile && (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)) return {};
   if (!isFile && (fstatat(folder, entry.d_name, &status, 0) != 0 || !S_ISREG(status.st_mode))) return {};
-  FoundFile file{QString::fromUtf8(entry.d_name), 0, {}, {}};
-  file.parts = PartsOf(file.name);
-  if (file.parts && !file.parts->isMarker) file.data = ReadVideo(folder, entry.d_name, &status);
+  FoundFile file;
+  const QByteArrayView bytes(entry.d_name);
+  if (bytes.size() > kMostNameBytes) return file;
+  std::array<QChar, kMostNameBytes + 1> text;  // no unit of it takes less than a byte
+  QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+  const QStringView name(text.data(), decoder.appendToBuffer(text.data(), bytes));
+  const auto parts = PartsOf(name);
+  if (!parts) return file;
+  file.length = quint8(name.size());
+  std::copy(name.utf16(), name.utf16() + name.size(), file.units.begin());
+  if (!parts->isMarker) file.data = ReadVideo(folder, entry.d_name, &status);
   if (status.st_mode == 0 && fstatat(folder, entry.d_name, &status, 0) != 0) return {};
   file.modified = qint64{status.st_mtim.tv_sec} * 1000 + status.st_mtim.tv_nsec / 1000000;
   return file;
 }
 
 // The oldest first; of the same time the last name first. Nothing without a folder.
-std::optional<std::vector<RecordingFileManager::FoundFile>> RecordingFileManager::FindFiles(const QString& dirPath) {
+std::optional<QList<RecordingFileManager::FoundFile>> RecordingFileManager::FindFiles(const QString& dirPath) {
   DIR* folder = opendir(QFile::encodeName(DevicePath(dirPath)).constData());
   if (folder == nullptr) return {};
-  std::vector<FoundFile> files;
+  QList<FoundFile> files;
   while (const dirent* entry = readdir(folder))
     if (const QByteArrayView name(entry->d_name); MayBeRecording(name) && name.isValidUtf8())
-      if (auto file = Find(dirfd(folder), *entry)) files.push_back(*std::move(file));
+      if (const auto file = Find(dirfd(folder), *entry)) files.append(*file);
   closedir(folder);
   std::sort(files.begin(), files.end(), [](const FoundFile& a, const FoundFile& b) {
-    return a.modified != b.modified ? a.modified < b.modified : a.name > b.name;
+    return a.modified != b.modified ? a.modified < b.modified : a.Name() > b.Name();
   });
   return files;
 }
@@ -238,12 +260,12 @@ bool RecordingFileManager::ReadFileList(const QString& dirPath) {
   const auto files = FindFiles(dirPath);
   if (!files) return false;
   qDebug("file number = %d", int(files->size()));
-  if (files->empty()) return false;
-  mFileListEntry->reserve(qsizetype(files->size()));
+  if (files->isEmpty()) return false;
+  mFileListEntry->reserve(files->size());
   int rejected = 0;
   const bool isCard = dirPath == QLatin1String(device::kCard);
   for (const FoundFile& file : *files)
-    if (!file.parts || !Add(*file.parts, isCard ? &file : nullptr)) ++rejected;
+    if (!Add(file.Name(), isCard ? &file : nullptr)) ++rejected;
   qDebug("invalid num = %d", rejected);
 
   CreateRecStopInfoList();
@@ -254,15 +276,16 @@ bool RecordingFileManager::ReadFileList(const QString& dirPath) {
 }
 
 bool RecordingFileManager::AddFileList(const QString& name) {
-  const auto parts = PartsOf(name);
-  return parts && Add(*parts, nullptr);
+  return Add(name, nullptr);
 }
 
-bool RecordingFileManager::Add(const NameParts& parts, const FoundFile* found) {
-  FilelistEntry entry =
-      NewFileListEntry(parts.mode, false, parts.camMode, parts.date, parts.isMarker, parts.rtcErrorFlag, found);
+bool RecordingFileManager::Add(QStringView name, const FoundFile* found) {
+  const auto parts = PartsOf(name);
+  if (!parts) return false;
+  FilelistEntry entry = NewFileListEntry(parts->mode, false, parts->camMode, parts->day % u'_' % parts->time,
+                                         parts->isMarker, parts->rtcErrorFlag, found);
   // Markers come from the recorder's list alone: one that has a file of its own has no end.
-  if (parts.isMarker) {
+  if (parts->isMarker) {
     qDebug("recStop error");
     return false;
   }
@@ -290,7 +313,7 @@ FilelistEntry RecordingFileManager::NewFileListEntry(int mode, bool eventFlag, i
 bool RecordingFileManager::GetFileData(FilelistEntry* entry, const FoundFile* found) {
   VideoData data;
   struct stat status {};
-  if (found != nullptr && QStringView(entry->fileName).sliced(kCardLength) == found->name)
+  if (found != nullptr && QStringView(entry->fileName).sliced(kCardLength) == found->Name())
     data = found->data;
   else
     data = ReadVideo(AT_FDCWD, QFile::encodeName(DevicePath(entry->fileName)).constData(), &status);
@@ -382,53 +405,31 @@ bool RecordingFileManager::SortingFileList(const RecStopInfoList* stopList, File
 
 void RecordingFileManager::AddFileItem(bool) {
   if (mFileListEntry->isEmpty()) return;
-  for (auto& list : mFileItem)
-    if (list == nullptr)
-      list = std::make_unique<FileItemList>();
-    else
-      list->clear();
-
-  // The texts are shared by all items.
-  const QString stopIcon = kStopIcon, bg = kRowBg;
-  std::array<QString, std::size(kIcons)> icons;
-  std::transform(std::begin(kIcons), std::end(kIcons), icons.begin(), [](const IconRow& row) { return row.icon; });
-  const auto iconOf = [&](const FilelistEntry& entry) -> const QString& {
-    if (entry.recStopFlag) return stopIcon;
-    const auto row = std::find_if(std::begin(kIcons), std::end(kIcons), [&entry](const IconRow& icon) {
-      return icon.mode == entry.mode && (icon.flag == kAnyFlag || icon.flag == entry.fileFlag);
-    });
-    return icons[std::size_t(row - kIcons)];
-  };
-
-  mItems.clear();
-  mItems.reserve(std::size_t(mFileListEntry->size()));
-  for (const FilelistEntry& entry : *mFileListEntry) {
-    FileItem item;
-    item.icon = iconOf(entry);
-    item.fileName = DisplayText(entry.date);
-    item.filePath = entry.fileName;
-    item.iconBg = bg;
-    item.recStopData = entry.recStopData;
-    item.recStopFlag = entry.recStopFlag;
-    item.recTime = entry.recordTime;
-    item.fileFlag = entry.fileFlag;
-    item.camMode = entry.camMode;
-    mItems.push_back(std::move(item));
+  // By kind, all of them first, and camera. A marker is in the lists of all kinds, of both cameras.
+  std::array<std::array<QList<int>, 2>, 5> places;
+  for (int i = 0; i < int(mFileListEntry->size()); ++i) {
+    const FilelistEntry& entry = std::as_const(*mFileListEntry)[i];
+    const auto camera = std::size_t(entry.camMode);
+    places[0][camera].append(i);
+    (entry.recStopFlag ? places[0][1 - camera] : places[std::size_t(1 + entry.mode)][camera]).append(i);
   }
+  for (std::size_t index = 0; index < mFileItem.size(); ++index) {
+    if (mFileItem[index] == nullptr) mFileItem[index] = std::make_unique<FileItemList>();
+    *mFileItem[index] = FileItemList(*mFileListEntry, places[index / 4][index % 2], index % 4 < 2);
+  }
+}
 
-  // The lists of a recording: those of all kinds and of its own; a marker is in all lists of all kinds.
-  constexpr int kOrder = 2, kKind = 4;
-  const auto distribute = [this](std::size_t i, int order) {
-    const FilelistEntry& entry = mFileListEntry->at(qsizetype(i));
-    const auto add = [&](int kind, int camera) {
-      mFileItem[std::size_t(kind * kKind + order * kOrder + camera)]->append(&mItems[i]);
-    };
-    add(0, entry.camMode);
-    if (entry.recStopFlag)
-      add(0, 1 - entry.camMode);
-    else
-      add(1 + entry.mode, entry.camMode);
-  };
-  for (std::size_t i = 0; i < mItems.size(); ++i) distribute(i, 1);
-  for (std::size_t i = mItems.size(); i-- > 0;) distribute(i, 0);
+FileItem FileItemList::at(qsizetype index) const {
+  const FilelistEntry& entry = mEntries.at(mPlaces.at(mIsBackward ? mPlaces.size() - 1 - index : index));
+  FileItem item;
+  item.icon = IconOf(entry);
+  item.fileName = DisplayText(entry.date);
+  item.filePath = entry.fileName;
+  item.iconBg = kRowBg;
+  item.recStopData = entry.recStopData;
+  item.recStopFlag = entry.recStopFlag;
+  item.recTime = entry.recordTime;
+  item.fileFlag = entry.fileFlag;
+  item.camMode = entry.camMode;
+  return item;
 }

@@ -5,7 +5,6 @@
 #include <array>
 #include <memory>
 #include <optional>
-#include <vector>
 
 struct dirent;
 
@@ -91,8 +90,23 @@ struct FileItem {
   int camMode = 0;           ///< 0 front, 1 rear
 };
 
-/// The items belong to the manager; the lists of one recording share its item.
-using FileItemList = QList<const FileItem*>;
+/// A list of the catalogue. It keeps the entries that it shows, and makes an item when it is asked for it.
+class FileItemList {
+public:
+  FileItemList() = default;
+  /// Of `entries` those at `places`, 0 to entries.size() - 1 each; the last place first when `isBackward`.
+  FileItemList(const FilelistEntryList& entries, const QList<int>& places, bool isBackward)
+      : mEntries(entries), mPlaces(places), mIsBackward(isBackward) {}
+
+  qsizetype size() const { return mPlaces.size(); }
+  /// Item `index`, 0 to size() - 1.
+  FileItem at(qsizetype index) const;
+
+private:
+  FilelistEntryList mEntries;  // shared with the manager and its other lists
+  QList<int> mPlaces;          // in mEntries
+  bool mIsBackward = false;
+};
 
 /// The catalogue of the recordings on the card. It is built once, by RecFileThread, and not changed afterwards; it is
 /// read on the GUI thread.
@@ -149,8 +163,8 @@ private:
 
   static std::optional<NameParts> PartsOf(QStringView name);
   static std::optional<FoundFile> Find(int folder, const dirent& entry);
-  static std::optional<std::vector<FoundFile>> FindFiles(const QString& dirPath);
-  bool Add(const NameParts& parts, const FoundFile* found);
+  static std::optional<QList<FoundFile>> FindFiles(const QString& dirPath);
+  bool Add(QStringView name, const FoundFile* found);
   void InitData();
   void AllRemoveFileList();
 
@@ -159,6 +173,4 @@ private:
   const FileItemList* mCurItem;                                                   // not owned
   std::unique_ptr<RecStopInfoList> mRecStopInfoList;
   int mKey;
-
-  std::vector<FileItem> mItems;  // what the lists point to
 };

@@ -98,7 +98,10 @@ void ReadCard() {
   for (int i = 0; i < RECORDING_FILE_INDEX_MAX; ++i) {
     const FileItemList* list = manager.GetFileItem(i);
     if (list == nullptr) continue;
-    for (const FileItem* item : *list) Require(item->recTime >= 0 && (item->camMode == 0 || item->camMode == 1));
+    for (qsizetype row = 0; row < list->size(); ++row) {
+      const FileItem item = list->at(row);
+      Require(item.recTime >= 0 && (item.camMode == 0 || item.camMode == 1));
+    }
   }
 }
 

@@ -27,7 +27,7 @@ private slots:
     const FileItemList* list = manager.GetFileItem(ALL_ASCENDING_FRONT);
     QVERIFY(list);
     QCOMPARE(list->size(), 1);
-    QCOMPARE(list->first()->filePath, QStringLiteral("/mnt/mmc/rec0_20230101_123456.avi"));
+    QCOMPARE(list->at(0).filePath, QStringLiteral("/mnt/mmc/rec0_20230101_123456.avi"));
   }
   void threadThatIsDeletedEndsItsScan() {
     for (int i = 0; i < 200; ++i)

@@ -103,9 +103,12 @@ class RecordingFileManagerTest : public QObject {
   /// What the list shows of times; markers with "~" and their end.
   QStringList Times(int index) const {
     QStringList times;
-    if (!mManager->GetFileItem(index)) return {QStringLiteral("absent")};
-    for (const FileItem* item : *mManager->GetFileItem(index))
-      times << item->fileName.last(8) + (item->recStopFlag ? "~" + item->recStopData : QString());
+    const FileItemList* list = mManager->GetFileItem(index);
+    if (!list) return {QStringLiteral("absent")};
+    for (int i = 0; i < list->size(); ++i) {
+      const FileItem item = list->at(i);
+      times << item.fileName.last(8) + (item.recStopFlag ? "~" + item.recStopData : QString());
+    }
     return times;
   }
   RecStopInfoList ReadStops(bool expected = true) {
@@ -508,6 +511,32 @@ private slots:
     QCOMPARE(gSaid.last(), QStringLiteral("invalid num = 8"));
     QCOMPARE(Dates(), QStringList("20230101_100000"));
   }
+  // A name has 24 or 25 UTF-16 units, of one to three bytes each in the folder.
+  void namesOfAnyLettersAreFound() {
+    const QStringList names{
+        QStringLiteral("rec0_20230101_12345육.avi"), QStringLiteral("pmr1_육육육육육육육육_육육육육육육_.avi"),
+        QStringLiteral("evt0_\U0001F697\U0001F697\U0001F697\U0001F697_123456.avi"),
+        QStringLiteral("ndf1_1_1.") + QString(16, u'육'), QStringLiteral("rec0_1_1.") + QString(15, u'é')};
+    for (const QString& name : names) Put(name);
+    // Too long, by one unit and by far.
+    Put(QStringLiteral("rec0_1_1.") + QString(17, u'육'));
+    Put(QStringLiteral("rec0_") + QString(80, u'육') + QStringLiteral(".avi"));
+    Put(QStringLiteral("rec0_") + QString(230, u'a') + QStringLiteral(".avi"));
+    QVERIFY(Scan());
+    QCOMPARE(gSaid.first(), QStringLiteral("file number = 8"));
+    QCOMPARE(gSaid.last(), QStringLiteral("invalid num = 3"));
+    QCOMPARE(Entries().size(), names.size());
+    const FilelistEntryList found = Entries();
+    mManager = std::make_unique<RecordingFileManager>();
+    for (int i = 0; i < names.size(); ++i) {
+      QVERIFY(mManager->AddFileList(names[i]));
+      QCOMPARE(found[i].fileName, Entries()[i].fileName);
+      QCOMPARE(found[i].date, Entries()[i].date);
+      QCOMPARE(found[i].recordTime, Entries()[i].recordTime);
+    }
+    QCOMPARE(found[0].recordTime, 60);
+    QCOMPARE(found[1].rtcErrorFlag, true);
+  }
   void linksToFilesAreFollowed() {
     root.Write("/tmp/elsewhere", Avi(33));
     const auto link = [](const char* target, const char* name) {
@@ -814,9 +843,12 @@ private slots:
         QCOMPARE(Times(kind * 4 + 2 + camera), oldestFirst);
         QCOMPARE(Times(kind * 4 + camera), QStringList(oldestFirst.crbegin(), oldestFirst.crend()));
       }
-    // All lists of a recording have the same item.
-    QCOMPARE(mManager->GetFileItem(ALL_ASCENDING_FRONT)->first(), mManager->GetFileItem(ALL_DECENDING_REAR)->last());
-    QCOMPARE(mManager->GetFileItem(NDF_ASCENDING_FRONT)->first(), mManager->GetFileItem(ALL_DECENDING_FRONT)->at(9));
+    // All lists of a recording have one text of its path.
+    const auto path = [this](int list, int index) { return mManager->GetFileItem(list)->at(index).filePath; };
+    QCOMPARE(path(ALL_ASCENDING_FRONT, 0), path(ALL_DECENDING_REAR, 8));
+    QCOMPARE(path(NDF_ASCENDING_FRONT, 0), path(ALL_DECENDING_FRONT, 9));
+    QVERIFY(path(ALL_ASCENDING_FRONT, 0).isSharedWith(path(ALL_DECENDING_REAR, 8)));
+    QVERIFY(path(NDF_ASCENDING_FRONT, 0).isSharedWith(path(ALL_DECENDING_FRONT, 9)));
   }
   void listsHaveTheirNumbers() {
     QCOMPARE(int{ALL_ASCENDING_FRONT}, 0);
@@ -835,7 +867,7 @@ private slots:
     Put("pmr1_20230102_123456.avi", Avi(59, Trailer(0, 2, '^', 0)));
     root.Write(kStopFile, "20230103_010203 20230103_040506\n");
     QVERIFY(Scan());
-    const FileItem& video = *mManager->GetFileItem(PARKING_DECENDING_REAR)->first();
+    const FileItem video = mManager->GetFileItem(PARKING_DECENDING_REAR)->at(0);
     QCOMPARE(video.icon, QStringLiteral("filelist/parking_file_temp_intercept_normal.bmp"));
     QCOMPARE(video.fileName, QStringLiteral("2023-01-02 12:34:56"));
     QCOMPARE(video.filePath, QStringLiteral("/mnt/mmc/pmr1_20230102_123456.avi"));
@@ -844,7 +876,7 @@ private slots:
     QCOMPARE(video.fileFlag, TYPE_TEMP_CUT);
     QCOMPARE(video.camMode, 1);
     QVERIFY(video.checkBox.isEmpty() && video.recStopData.isEmpty() && !video.recStopFlag);
-    const FileItem& marker = *mManager->GetFileItem(ALL_ASCENDING_REAR)->first();
+    const FileItem marker = mManager->GetFileItem(ALL_ASCENDING_REAR)->at(0);
     QCOMPARE(marker.icon, QStringLiteral("filelist/rec_file_stop_normal.bmp"));
     QCOMPARE(marker.fileName, QStringLiteral("2023-01-03 01:02:03"));
     QCOMPARE(marker.filePath, QStringLiteral("/mnt/mmc/rec0_20230103_010203p.zel"));
@@ -880,8 +912,8 @@ private slots:
     const FileItemList& list = *mManager->GetFileItem(4 + mode * 4 + 2);
     QCOMPARE(list.size(), icons.size());
     for (int flag = 0; flag < icons.size(); ++flag) {
-      QCOMPARE(list[flag]->icon, "filelist/" + icons[flag] + ".bmp");
-      QVERIFY2(root.Exists("/opt/gui/images/" + list[flag]->icon), qPrintable(list[flag]->icon));
+      QCOMPARE(list.at(flag).icon, "filelist/" + icons[flag] + ".bmp");
+      QVERIFY2(root.Exists("/opt/gui/images/" + list.at(flag).icon), qPrintable(list.at(flag).icon));
     }
   }
 
@@ -913,7 +945,7 @@ private slots:
     QFETCH(QString, date);
     mManager->GetFileListEntry()->append(Entry(date));
     mManager->AddFileItem(false);
-    QTEST(mManager->GetFileItem(0)->first()->fileName, "shown");
+    QTEST(mManager->GetFileItem(0)->at(0).fileName, "shown");
   }
 
   void aSecondScanFillsTheSameLists() {
@@ -930,6 +962,21 @@ private slots:
     QVERIFY(!Scan());
     QCOMPARE(all->size(), 2);
   }
+  void listsStayAsTheyAreUntilTheNextOnes() {
+    Put("rec0_20230101_100000.avi");
+    QVERIFY(Scan());
+    mManager->GetFileListEntry()->first().date = "20230101_110000";
+    mManager->GetFileListEntry()->prepend(Entry("20230101_090000"));
+    QCOMPARE(Times(ALL_ASCENDING_FRONT), QStringList("10:00:00"));
+    mManager->CreateFileListEntry();
+    QCOMPARE(Times(ALL_ASCENDING_FRONT), QStringList("10:00:00"));
+    QCOMPARE(Times(NORMAL_DECENDING_FRONT), QStringList("10:00:00"));
+    mManager->AddFileItem(false);  // of no entry
+    QCOMPARE(Times(ALL_ASCENDING_FRONT), QStringList("10:00:00"));
+    mManager->GetFileListEntry()->append(Entry("20230101_120000"));
+    mManager->AddFileItem(false);
+    QCOMPARE(Times(ALL_ASCENDING_FRONT), QStringList("12:00:00"));
+  }
   void manyRecordings() {
     for (int i = 0; i < 2000; ++i)
       Put(QStringLiteral("%1%2_20230101_%3.avi")
@@ -942,8 +989,8 @@ private slots:
       for (int list = kind * 4; list < kind * 4 + 4; ++list) QCOMPARE(mManager->GetFileItem(list)->size(), 250);
     for (int list = 0; list < 4; ++list) QCOMPARE(mManager->GetFileItem(list)->size(), 1000);
     const FileItemList& rear = *mManager->GetFileItem(ALL_ASCENDING_REAR);
-    QCOMPARE(rear.first()->recTime, 1999 % 60);
-    for (int i = 1; i < rear.size(); ++i) QVERIFY(rear[i - 1]->fileName > rear[i]->fileName);
+    QCOMPARE(rear.at(0).recTime, 1999 % 60);
+    for (int i = 1; i < rear.size(); ++i) QVERIFY(rear.at(i - 1).fileName > rear.at(i).fileName);
   }
 };
 
