@@ -9,9 +9,9 @@
 
 namespace {
 constexpr int kReaction = 250;  // milliseconds
-}  // namespace
 
 using Kind = RecordEntry::Kind;
+}  // namespace
 
 RecordWriter::RecordWriter(Bench& bench, QObject* parent) : QObject(parent), mBench(bench) {}
 
