@@ -220,25 +220,25 @@ const FileItemList* RecordingFileManager::GetFileItem(int index) const {
 }
 
 // Everything of a file comes from one opening of it: its time, which says when it is its turn, and the rest for then.
-std::optional<RecordingFileManager::FoundFile> RecordingFileManager::Find(int folder, const dirent& entry) {
+// False when it is no file.
+bool RecordingFileManager::Find(int folder, const dirent& entry, FoundFile* file) {
   struct stat status {};
   const bool isFile = entry.d_type == DT_REG;
-  if (!isFile && (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)) return {};
-  if (!isFile && (fstatat(folder, entry.d_name, &status, 0) != 0 || !S_ISREG(status.st_mode))) return {};
-  FoundFile file;
+  if (!isFile && (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)) return false;
+  if (!isFile && (fstatat(folder, entry.d_name, &status, 0) != 0 || !S_ISREG(status.st_mode))) return false;
   const QByteArrayView bytes(entry.d_name);
-  if (bytes.size() > kMostNameBytes) return file;
+  if (bytes.size() > kMostNameBytes) return true;
   std::array<QChar, kMostNameBytes + 1> text;  // no unit of it takes less than a byte
   QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
   const QStringView name(text.data(), decoder.appendToBuffer(text.data(), bytes));
   const auto parts = PartsOf(name);
-  if (!parts) return file;
-  file.length = quint8(name.size());
-  std::copy(name.utf16(), name.utf16() + name.size(), file.units.begin());
-  if (!parts->isMarker) file.data = ReadVideo(folder, entry.d_name, &status);
-  if (status.st_mode == 0 && fstatat(folder, entry.d_name, &status, 0) != 0) return {};
-  file.modified = qint64{status.st_mtim.tv_sec} * 1000 + status.st_mtim.tv_nsec / 1000000;
-  return file;
+  if (!parts) return true;
+  file->length = quint8(name.size());
+  std::copy(name.utf16(), name.utf16() + name.size(), file->units.begin());
+  if (!parts->isMarker) file->data = ReadVideo(folder, entry.d_name, &status);
+  if (status.st_mode == 0 && fstatat(folder, entry.d_name, &status, 0) != 0) return false;
+  file->modified = qint64{status.st_mtim.tv_sec} * 1000 + status.st_mtim.tv_nsec / 1000000;
+  return true;
 }
 
 // The oldest first; of the same time the last name first. Nothing without a folder.
@@ -248,7 +248,7 @@ std::optional<QList<RecordingFileManager::FoundFile>> RecordingFileManager::Find
   QList<FoundFile> files;
   while (const dirent* entry = readdir(folder))
     if (const QByteArrayView name(entry->d_name); MayBeRecording(name) && name.isValidUtf8())
-      if (const auto file = Find(dirfd(folder), *entry)) files.append(*file);
+      if (!Find(dirfd(folder), *entry, &files.emplaceBack())) files.removeLast();
   closedir(folder);
   std::sort(files.begin(), files.end(), [](const FoundFile& a, const FoundFile& b) {
     return a.modified != b.modified ? a.modified < b.modified : a.Name() > b.Name();

@@ -162,7 +162,7 @@ private:
   struct NameParts;
 
   static std::optional<NameParts> PartsOf(QStringView name);
-  static std::optional<FoundFile> Find(int folder, const dirent& entry);
+  static bool Find(int folder, const dirent& entry, FoundFile* file);
   static std::optional<QList<FoundFile>> FindFiles(const QString& dirPath);
   bool Add(QStringView name, const FoundFile* found);
   void InitData();
