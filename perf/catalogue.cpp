@@ -15,13 +15,12 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTextStream>
-#include <QThread>
 #include <QtEndian>
 #include <algorithm>
-#include <memory>
 #include <vector>
 
 #include "gui/base/devicepath.h"
+#include "gui/recordings/recfilethread.h"
 #include "gui/recordings/recordingfilemanager.h"
 
 namespace {
@@ -66,18 +65,14 @@ void FillCard(const QString& card, int count) {
   }
 }
 
-/// Milliseconds of a scan, on a thread of its own as in the interface: it gets its memory as that does.
+/// Milliseconds of a scan, on a thread of its own as in the interface.
 double Scan(RecordingFileManager* manager) {
-  double ms = 0;
-  const std::unique_ptr<QThread> thread(QThread::create([manager, &ms] {
-    QElapsedTimer clock;
-    clock.start();
-    if (!manager->ReadFileList(QLatin1String(device::kCard))) Fail("nothing is found on the card");
-    ms = double(clock.nsecsElapsed()) / 1e6;
-  }));
-  thread->start();
-  thread->wait();
-  return ms;
+  RecFileThread thread(nullptr, manager);
+  QElapsedTimer clock;
+  clock.start();
+  thread.start();
+  thread.wait();
+  return double(clock.nsecsElapsed()) / 1e6;
 }
 
 double BareScan(const QString& card) {

@@ -1,5 +1,9 @@
 #include "gui/recordings/recfilethread.h"
 
+#include <sched.h>
+
+#include <thread>
+
 #include "gui/base/devicepath.h"
 #include "gui/recordings/recordingfilemanager.h"
 
@@ -9,6 +13,11 @@ RecFileThread::~RecFileThread() {
   wait();
 }
 
+// With a table of descriptors of its own: each use of a descriptor that threads share costs the kernel two atomic
+// counts. Not in this thread: Qt would close its own descriptors in the wrong table.
 void RecFileThread::run() {
-  mFileManager->ReadFileList(QLatin1String(device::kCard));
+  std::thread([this] {
+    unshare(CLONE_FILES);  // where it cannot be, the scan takes longer
+    mFileManager->ReadFileList(QLatin1String(device::kCard));
+  }).join();
 }

@@ -39,6 +39,20 @@ private slots:
     QVERIFY(manager.GetFileItem(NORMAL_DECENDING_REAR));
     QCOMPARE(manager.GetFileItem(NORMAL_DECENDING_REAR)->size(), 200);
   }
+  void noDescriptorStaysOpen() {
+    root.Write("/mnt/mmc/rec0_20230101_123456.avi", "no video");
+    const auto scan = [] {
+      RecordingFileManager manager;
+      RecFileThread thread(nullptr, &manager);
+      thread.start();
+      QVERIFY(thread.wait());
+    };
+    const auto open = [] { return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System).size(); };
+    scan();
+    const auto before = open();
+    for (int i = 0; i < 3; ++i) scan();
+    QCOMPARE(open(), before);
+  }
   void threadOfAParentGoesWithIt() {
     auto* parent = new QObject;
     RecordingFileManager manager;
