@@ -1,0 +1,47 @@
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+
+#include "perf/fail.h"
+#include "perf/measurements.h"
+#include "perf/table.h"
+
+namespace {
+/// Every round when it is told, else the median.
+std::vector<double> Values(const QJsonObject& taken, const char* rounds, const char* median) {
+  std::vector<double> values;
+  for (const QJsonValue& value : taken.value(QLatin1String(rounds)).toArray()) values.push_back(value.toDouble());
+  if (values.empty()) values.push_back(taken.value(QLatin1String(median)).toDouble());
+  return values;
+}
+}  // namespace
+
+void MeasureScan(Table& table) {
+  double callsBefore = 0;
+  int countBefore = 0;
+  for (const int count : {1000, 10000, 50000, 200000}) {
+    QProcess catalogue;
+    catalogue.setStandardErrorFile(QProcess::nullDevice());
+    if (count > 50000) {  // no tracer: a million calls would take minutes
+      QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+      environment.insert(QStringLiteral("PATH"), QStringLiteral("/nonexistent"));
+      catalogue.setProcessEnvironment(environment);
+    }
+    catalogue.start(QStringLiteral(BINARY_DIR "/perf/perf-catalogue"), {QString::number(count)});
+    if (!catalogue.waitForFinished(300000) || catalogue.exitCode() != 0) Fail("the catalogue cannot be measured");
+    const QJsonObject taken = QJsonDocument::fromJson(catalogue.readAllStandardOutput()).object();
+    const auto figure = [&taken](const char* name) { return taken.value(QLatin1String(name)).toDouble(); };
+    table.Add(qPrintable(QStringLiteral("scan-%1").arg(count)), QStringLiteral("scan of %L1 recordings").arg(count),
+              "ms", {Values(taken, "bares", "bare"), Values(taken, "scans", "scan")}, {Goal::Times, 1.15});
+    if (count == 50000) {
+      if (figure("calls") > 0)
+        table.AddValue("scan-calls", QStringLiteral("system calls for each recording"), "",
+                       (figure("calls") - callsBefore) / (count - countBefore), {Goal::Most, 5.1});
+      table.AddValue("scan-bytes", QStringLiteral("memory for each recording"), "bytes", figure("bytes"),
+                     {Goal::Most, 320});
+    }
+    callsBefore = figure("calls");
+    countBefore = count;
+  }
+}
