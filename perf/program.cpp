@@ -1,7 +1,10 @@
 #include "perf/program.h"
 
+#include <sys/prctl.h>
+
 #include <QDir>
 #include <QFile>
+#include <csignal>
 
 #include "perf/fail.h"
 
@@ -23,6 +26,7 @@ Program::Program(const QString& program, const QStringList& arguments, const QPr
   mProcess.setProcessEnvironment(environment);
   mProcess.setStandardOutputFile(QProcess::nullDevice());
   mProcess.setStandardErrorFile(QProcess::nullDevice());
+  mProcess.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
   mProcess.start(program, arguments);
   if (!mProcess.waitForStarted()) Fail(program + QStringLiteral(" does not start"));
 }

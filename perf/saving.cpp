@@ -23,6 +23,7 @@ public:
 
   Trace(const QString& tracer, const Stage& stage, const Program& program)
       : mRoot(stage.Path("/")), mFile(stage.Path("/run/trace")) {
+    mTracer.setProcessChannelMode(QProcess::MergedChannels);
     mTracer.start(
         tracer,
         {"-f", "-y", "-o", mFile.fileName(), "-e",

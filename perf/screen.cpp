@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QThread>
 #include <QtEndian>
+#include <csignal>
 #include <cstring>
 
 #include "perf/fail.h"
@@ -26,6 +27,7 @@ public:
 
 Screen::Screen(const QString& folder) {
   mServer.setStandardErrorFile(QProcess::nullDevice());
+  mServer.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
   mServer.start(QStringLiteral("Xvfb"),
                 {"-displayfd", "1", "-screen", "0", "480x320x24", "-fbdir", folder, "-nolisten", "tcp"});
   while (!mServer.canReadLine())
