@@ -11,19 +11,21 @@ constexpr int kSeconds = 20, kShortSeconds = 5;
 constexpr QPoint kMenuKey(265, 33);
 const QString kInterface = QStringLiteral(BINARY_DIR "/gui/dashcam-gui");
 
-/// A screen that nobody touches. The preview, the saver and the dark LCD ask for the voltage once a second: the timer
-/// and the answer are two wake-ups.
+constexpr int kChecksMs = 2500;  // after the start: the look for a parking report
+
+/// A screen that nobody touches. The saver asks for the voltage once a second: its timer and the answer are two
+/// wake-ups, and another minute is painted. The others have no timer that runs.
 struct Place {
   const char* key;
   const char* name;
-  std::function<void(Stage&)> enter;  // from the preview at rest
+  std::function<void(Stage&)> enter;  // from the preview
   double mostWakeUps;
 };
 const Place kPlaces[] = {
-    {"preview", "preview", [](Stage&) { QThread::msleep(6000); }, 2},  // its keys hide
+    {"preview", "preview, its keys hidden", [](Stage&) { QThread::msleep(5000); }, 0},
     {"menu", "menu", [](Stage& stage) { stage.Tap(kMenuKey); }, 0},
     {"dark", "dark LCD", [](Stage& stage) { stage.Send(RECV_ZEL_STATUS_LCD_KEY); }, 2},
-    {"saver", "screen saver", [](Stage&) { QThread::msleep(10000); }, 2},
+    {"saver", "screen saver", [](Stage&) { QThread::msleep(10000); }, 2.5},
 };
 
 /// What the LCD shows when nobody touches it: nothing after 30 s, or the clock page after 10 s.
@@ -46,6 +48,7 @@ Idle Watch(const Program& program, int seconds) {
 Idle WatchPlace(Stage& stage, const Place& place, const QString& gui, int seconds) {
   ChooseSaver(stage, qstrcmp(place.key, "saver") == 0);
   const std::unique_ptr<Program> program = stage.StartInterface(gui);
+  QThread::msleep(kChecksMs);
   place.enter(stage);
   QThread::msleep(1000);
   return Watch(*program, seconds);

@@ -54,6 +54,6 @@ void MeasureOpening(Stage& stage, Table& table) {
     QThread::msleep(50);
     LeaveList(stage);
   }
-  table.Add("list", QStringLiteral("yes to the list of 10,000 recordings; the scan"), "ms", rounds, {Goal::Times, 1.2},
+  table.Add("list", QStringLiteral("yes to the list of 10,000; the scan"), "ms", rounds, {Goal::Times, 1.2},
             QStringLiteral("(without the second that the recorder is given)"));
 }

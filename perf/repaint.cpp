@@ -125,11 +125,10 @@ int main(int argc, char** argv) {
     BaseWidget* screen = gWidgetManager.GetCurrentWidget();
     rows.append(Row(
         QStringLiteral("repaint-") + QLatin1String(name),
-        QStringLiteral("full repaint of %1; a copy of a frame").arg(QLatin1String(text)),
-        [screen] { screen->repaint(); }, 3));
+        QStringLiteral("repaint of %1; frame copy").arg(QLatin1String(text)), [screen] { screen->repaint(); }, 3));
     if (gWidgetManager.GetCurWidgetId() == PREVIEW)
       rows.append(Row(
-          "repaint-key", "repaint of one key; a copy of a frame", [screen] { screen->repaint(4, 3, 71, 60); }, 0.25));
+          "repaint-key", "repaint of one key; frame copy", [screen] { screen->repaint(4, 3, 71, 60); }, 0.25));
   }
   MeasureLongList(rows);
   QTextStream(stdout) << QJsonDocument(rows).toJson(QJsonDocument::Compact) << '\n';

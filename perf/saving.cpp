@@ -10,7 +10,7 @@
 #include "perf/table.h"
 
 namespace {
-constexpr QPoint kMenuKey(265, 33), kDriving(80, 255), kBrightness(400, 125), kHome(40, 30);
+constexpr QPoint kMenuKey(265, 33), kDriving(80, 255), kBrightness(400, 125), kHome(40, 30), kViewKey(40, 33);
 constexpr int kRestMs = 800;
 
 /// The calls of a program that change the files of the camera's card and flash, by a tracer.
@@ -101,9 +101,10 @@ void MeasureSaving(Stage& stage, Table& table) {
   Trace trace(tracer, stage, *gui);
   trace.Take();
   stage.Tap(kBrightness);
-  QThread::msleep(kRestMs);
-  AddRows(table, QStringLiteral("option"), QStringLiteral("one option touched: "), trace.Take());
   stage.Tap(kHome);
   QThread::msleep(kRestMs);
-  AddRows(table, QStringLiteral("leave"), QStringLiteral("then the home key: "), trace.Take());
+  AddRows(table, QStringLiteral("option"), QStringLiteral("an option, left by the home key: "), trace.Take());
+  stage.Tap(kViewKey);
+  QThread::msleep(kRestMs);
+  AddRows(table, QStringLiteral("view"), QStringLiteral("the view key: "), trace.Take());
 }

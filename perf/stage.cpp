@@ -14,6 +14,7 @@
 namespace {
 constexpr QRect kClock(38, 284, 192, 32), kVoltage(394, 284, 78, 32);
 constexpr int kRestMs = 60;
+constexpr int kClearMs = 100;  // the machine clears up after a program that was killed
 constexpr int kRecorderId = 2;
 }  // namespace
 
@@ -67,6 +68,7 @@ Stage::~Stage() = default;
 
 void Stage::Clear() {
   mScreen->WaitUntilEmpty();
+  QThread::msleep(kClearMs);
   mPanel.Drain();
   GUI_MSG_BUF message{};
   while (msgrcv(mQueue, &message, GUI_MSG_SIZE, 0, IPC_NOWAIT | MSG_NOERROR) >= 0) {
