@@ -7,7 +7,7 @@
 #include "perf/table.h"
 
 namespace {
-constexpr int kSeconds = 20, kShortSeconds = 5;
+constexpr int kSeconds = 15, kShortSeconds = 5;
 constexpr QPoint kMenuKey(265, 33);
 const QString kInterface = QStringLiteral(BINARY_DIR "/gui/dashcam-gui");
 

@@ -27,6 +27,7 @@ int main(int argc, char** argv) {
     table.Print("that", "this");
     return 0;
   }
+  MeasureAnswers(stage, table);
   MeasurePainting(table);
   MeasureSaving(stage, table);
   MeasureIdle(stage, table);

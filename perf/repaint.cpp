@@ -23,7 +23,7 @@
 #include "tour/states.h"
 
 namespace {
-constexpr int kRounds = 31, kSteps = 20;  // a round is the mean of its steps
+constexpr int kRounds = 201, kSteps = 20;  // a round is the mean of its steps
 
 using Step = std::function<void()>;
 

@@ -11,7 +11,7 @@
 
 namespace {
 constexpr QPoint kMenuKey(265, 33), kDriving(80, 255), kBrightness(400, 125), kHome(40, 30), kViewKey(40, 33);
-constexpr int kRestMs = 800;
+constexpr int kRestMs = 800, kNoticeMs = 2500;
 
 /// The calls of a program that change the files of the camera's card and flash, by a tracer.
 class Trace {
@@ -80,7 +80,7 @@ void AddRows(Table& table, const QString& key, const QString& what, const Trace:
   const auto add = [&](const char* end, const char* name, double value, Goal goal, const QString& remark = {}) {
     table.AddValue(qPrintable(key + QLatin1String(end)), what + QLatin1String(name), "", value, goal, remark);
   };
-  add("-files", "files opened to write", writes.opened, {Goal::Exactly, 1},
+  add("-files", "files opened", writes.opened, {Goal::Exactly, 1},
       QStringLiteral("(%1 renamed, %2 removed)").arg(writes.renamed).arg(writes.removed));
   add("-bytes", "bytes", writes.bytes, {});
   add("-syncs", "fsync of a file", writes.synced, {Goal::Exactly, 1});
@@ -103,7 +103,9 @@ void MeasureSaving(Stage& stage, Table& table) {
   stage.Tap(kBrightness);
   stage.Tap(kHome);
   QThread::msleep(kRestMs);
-  AddRows(table, QStringLiteral("option"), QStringLiteral("an option, left by the home key: "), trace.Take());
+  AddRows(table, QStringLiteral("option"), QStringLiteral("an option and the home key: "), trace.Take());
+  QThread::msleep(kNoticeMs);
+  trace.Take();
   stage.Tap(kViewKey);
   QThread::msleep(kRestMs);
   AddRows(table, QStringLiteral("view"), QStringLiteral("the view key: "), trace.Take());

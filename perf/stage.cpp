@@ -64,7 +64,11 @@ Stage::Stage() {
   mEnvironment.insert(QStringLiteral("PATH"), Path("/bin:") + mEnvironment.value(QStringLiteral("PATH")));
 }
 
-Stage::~Stage() = default;
+Stage::~Stage() {
+  mRecorder.reset();
+  mScreen.reset();
+  QDir(mRoot.Path()).removeRecursively();
+}
 
 void Stage::Clear() {
   mScreen->WaitUntilEmpty();
