@@ -67,11 +67,8 @@ void MeasureIdle(Stage& stage, Table& table) {
 
 void CompareIdle(Stage& stage, Table& table, const QString& other) {
   for (const Place& place : kPlaces) {
-    Rounds sleeps;
-    for (int i = 0; i < 2; ++i) {
-      sleeps.floor.push_back(WatchPlace(stage, place, other, kShortSeconds).sleeps);
-      sleeps.value.push_back(WatchPlace(stage, place, kInterface, kShortSeconds).sleeps);
-    }
+    const Rounds sleeps{{WatchPlace(stage, place, other, kShortSeconds).sleeps},
+                        {WatchPlace(stage, place, kInterface, kShortSeconds).sleeps}};
     table.Add(qPrintable(QStringLiteral("idle-%1").arg(QLatin1String(place.key))),
               QStringLiteral("wake-ups, %1").arg(QLatin1String(place.name)), "/s", sleeps);
   }

@@ -39,7 +39,8 @@ double Part(std::vector<double> values, double part) {
 
 double Rounds::Ratio(double part) const {
   std::vector<double> ratios;
-  for (size_t i = 0; i < std::min(floor.size(), value.size()); ++i) ratios.push_back(value[i] / floor[i]);
+  for (size_t i = 0; i < std::min(floor.size(), value.size()); ++i)
+    ratios.push_back(floor[i] == value[i] ? 1 : value[i] / floor[i]);
   return Part(ratios, part);
 }
 
