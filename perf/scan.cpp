@@ -29,7 +29,7 @@ void MeasureScan(Table& table) {
       catalogue.setProcessEnvironment(environment);
     }
     catalogue.start(QStringLiteral(BINARY_DIR "/perf/perf-catalogue"), {QString::number(count)});
-    if (!catalogue.waitForFinished(300000) || catalogue.exitCode() != 0) Fail("the catalogue cannot be measured");
+    if (!catalogue.waitForFinished(900000) || catalogue.exitCode() != 0) Fail("the catalogue cannot be measured");
     const QJsonObject taken = QJsonDocument::fromJson(catalogue.readAllStandardOutput()).object();
     const auto figure = [&taken](const char* name) { return taken.value(QLatin1String(name)).toDouble(); };
     table.Add(qPrintable(QStringLiteral("scan-%1").arg(count)), QStringLiteral("scan of %L1 recordings").arg(count),
