@@ -9,7 +9,7 @@
 
 #include "perf/fail.h"
 #include "platform/Msg_Def.h"
-#include "recorder/recorder.h"
+#include "recorder/firmware/recorder.h"
 
 namespace {
 constexpr QRect kClock(38, 284, 192, 32), kVoltage(394, 284, 78, 32);

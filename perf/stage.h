@@ -4,9 +4,9 @@
 #include <QString>
 #include <memory>
 
-#include "bench/rootfolder.h"
-#include "bench/touchpanel.h"
-#include "gui/main.h"
+#include "bench/panel/touchpanel.h"
+#include "bench/supervise/rootfolder.h"
+#include "gui/vocabulary/vocabulary.h"
 #include "perf/program.h"
 #include "perf/screen.h"
 
