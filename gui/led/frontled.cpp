@@ -32,6 +32,5 @@ void FrontLed::PressList() {
 }
 
 void FrontLed::PressMode() {
-  Advance(kMode);
-  repaint(320, 60, 130, 160);  // the tiles of the modes differ only there
+  Advance(kMode, {320, 60, 130, 160});  // the tiles of the modes differ only there
 }

@@ -473,8 +473,9 @@ void PreviewLayout::PressView() {
     return;
   }
   const int next = NextOf(View(), 3);
+  gEnvirnmentSettings.mSetting.display = next;
+  repaint();  // it is seen before the file is written
   SwitchView(next);
-  repaint();
   PlayClick();
   SendEvent(SEND_SWITCH_DISPLAY, next, QString());
 }

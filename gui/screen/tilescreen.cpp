@@ -106,14 +106,16 @@ void TileScreen::PressTile(const Option& tile, const QRect& place) {
   }
   const bool holdsVoices = tile.option.holdsVoices;
   if (holdsVoices) gMainWindow->SetIsPlayingVoice(true);
-  Advance(tile.option);
-  repaint(place);
+  Advance(tile.option, place);
   if (holdsVoices) gMainWindow->SetIsPlayingVoice(false);
 }
 
-void TileScreen::Advance(const TileOption& option) {
+void TileScreen::Advance(const TileOption& option, const QRect& place) {
+  int& shown = gEnvirnmentSettings.mSetting.*option.field;
+  const int value = shown = NextValue(option, shown);
+  repaint(place);
   PlayClick();
-  SetOption(option, NextValue(option, gEnvirnmentSettings.mSetting.*option.field));
+  SetOption(option, value);
 }
 
 void TileScreen::SetOption(const TileOption& option, int value) {

@@ -101,8 +101,8 @@ protected:
   /// Gives an option a value: stored and sent. The screen paints it.
   void SetOption(const TileOption& option, int value);
 
-  /// Moves an option on, with the key click.
-  void Advance(const TileOption& option);
+  /// Moves an option on, with the key click. `place` shows it before the file is written and the recorder has answered.
+  void Advance(const TileOption& option, const QRect& place);
 
 private:
   QString PictureOf(const Option& tile) const;

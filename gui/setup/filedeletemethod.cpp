@@ -37,11 +37,9 @@ void FileDeleteMethod::PressMethod() {
     SetOption(kMethod, kByTime);
     return;
   }
-  Advance(kMethod);
-  update();  // the shares are offered or not
+  Advance(kMethod, rect());  // the shares are offered or not
 }
 
 void FileDeleteMethod::PressProtectFile() {
-  Advance(kProtectFile);
-  update();
+  Advance(kProtectFile, rect());
 }

@@ -44,15 +44,13 @@ constexpr LcdSetting::Tile LcdSetting::kTiles[] = {
 LcdSetting::LcdSetting(QWidget* parent) : TileScreen(parent, gLcdSetting.Title, kTiles) {}
 
 void LcdSetting::PressSecond() {
-  Advance(kSecond);
-  repaint(TileRect(1, 1));
+  Advance(kSecond, TileRect(1, 1));
   repaint(TileRect(1, 3));
 }
 
 void LcdSetting::PressBrightness() {
-  Advance(kLcdBrightness);
+  Advance(kLcdBrightness, TileRect(1, 2));
   gMainWindow->SetLcdBright(gEnvirnmentSettings.mSetting.lcd_bright);
-  repaint(TileRect(1, 2));
 }
 
 void LcdSetting::PressScreenSaver() {
@@ -60,8 +58,8 @@ void LcdSetting::PressScreenSaver() {
     PlayClick();
     PaintMessageBox(NOT_ON_SCREEN_SAVER, false, 0, kNoticeMs);
     SetOption(kScreenSaver, 0);
+    repaint(TileRect(1, 3));
   } else {
-    Advance(kScreenSaver);
+    Advance(kScreenSaver, TileRect(1, 3));
   }
-  repaint(TileRect(1, 3));
 }
