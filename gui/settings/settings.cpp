@@ -89,6 +89,13 @@ float ReadFloat(const QSettings& file, const SettingKey& row, float otherwise) {
   return isNumber && std::isfinite(volts) ? volts : otherwise;
 }
 
+// A value that the file has already costs no write: flash wears out.
+void Store(QSettings& file, const SettingKey& row, const QVariant& value) {
+  const QLatin1String key(row.key);
+  QVariant held = file.value(key);
+  if (!held.convert(value.metaType()) || held != value) file.setValue(key, value);
+}
+
 int GetInt(const QString& path, Setting_Id id) {
   const SettingKey* row = FindSettingKey(id);
   return row && row->place != SettingPlace::LowVoltCut ? ReadInt(Open(path), *row, 0) : 0;
@@ -177,7 +184,7 @@ void Settings::AllSetSettingConfig() {
     }
     return {};
   };
-  for (const SettingKey& row : SettingKeys()) file.setValue(QLatin1String(row.key), value(row));
+  for (const SettingKey& row : SettingKeys()) Store(file, row, value(row));
   mOldSetting = mSetting;
 }
 
@@ -200,7 +207,10 @@ float Settings::GetFWSettingConfigF(Setting_Id id) const {
 void Settings::SetSettingConfig(Setting_Id id, int value) {
   const SettingKey* row = FindSettingKey(id);
   if (!row || row->place == SettingPlace::LowVoltCut) return;
-  if (row->rule != SettingRule::Memory) OpenOwn().setValue(QLatin1String(row->key), value);
+  if (row->rule != SettingRule::Memory) {
+    QSettings file = OpenOwn();
+    Store(file, *row, value);
+  }
   if (row->rule != SettingRule::FileOnly) mSetting.*row->field = value;
 }
 

@@ -23,6 +23,7 @@ public:
   bool IsIn() const { return mState != QLatin1String("out"); }
 
   const CardFolder& Folder() const { return mFolder; }
+  void KeepNoStamp() { mFolder.KeepNoStamp(); }
   QString State() const { return mState; }
   void SetState(const char* state) { mState = QLatin1String(state); }
 

@@ -139,7 +139,12 @@ QDateTime CardFolder::Formatted() const {
 }
 
 bool CardFolder::StampFormat() const {
-  return WriteWhole(Path(QLatin1String(kFormatTime)), QByteArray());
+  return !mKeepsStamp || WriteWhole(Path(QLatin1String(kFormatTime)), QByteArray());
+}
+
+void CardFolder::KeepNoStamp() {
+  mKeepsStamp = false;
+  QFile::remove(Path(QLatin1String(kFormatTime)));
 }
 
 }  // namespace recorder

@@ -69,8 +69,13 @@ public:
   QDateTime Formatted() const;
   bool StampFormat() const;
 
+  /// The card says nothing of its format, whatever comes: the kernel alone stamps that file, with this machine's day,
+  /// and the replay of another day shows how many have passed.
+  void KeepNoStamp();
+
 private:
   QString mPath;
+  bool mKeepsStamp = true;
 };
 
 }  // namespace recorder

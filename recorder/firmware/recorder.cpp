@@ -115,6 +115,7 @@ void Recorder::SkipTime(qint64 ms) {
 
 void Recorder::FollowReplay() {
   mParts->recording.Follow();
+  if (mParts->hub.clock.Machine().date() != QDate::currentDate()) mParts->card.KeepNoStamp();
 }
 
 bool Recorder::Store(const QJsonObject& what, QString* error) {

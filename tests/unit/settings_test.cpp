@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include "gui/settings/settingkeys.h"
 #include "recorder/base/settingstore.h"
@@ -323,6 +324,21 @@ private slots:
     QCOMPARE(mSettings.mSetting.display, 1);
     root.Remove(QStringLiteral("/opt/gui/ini"));
     QVERIFY(QFile::rename(folder + QStringLiteral(".away"), folder));
+  }
+  void whatTheFileHasAlreadyIsNotWritten() {
+    mSettings.mSetting.low_volt_cut[3] = 11.7F;
+    mSettings.AllSetSettingConfig();
+    const auto file = [] {
+      struct stat status {};
+      stat(qPrintable(root.Path(QLatin1String(kOwn))), &status);
+      return std::pair(status.st_ino, status.st_mtim.tv_nsec);
+    };
+    const auto written = file();
+    mSettings.AllSetSettingConfig();
+    mSettings.SetSettingConfig(Set_Cfg_Volume, mSettings.mSetting.volume);
+    QCOMPARE(file(), written);
+    mSettings.SetSettingConfig(Set_Cfg_Volume, mSettings.mSetting.volume + 1);
+    QVERIFY(file() != written);
   }
   void whatWasWrittenIsReadAgain() {
     WriteDistinct(kFirmware, 3000);
