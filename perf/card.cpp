@@ -9,15 +9,13 @@
 #include <QtEndian>
 
 namespace {
-constexpr int kSeconds = 60;  // of each recording
-
 /// An AVI of which only what the catalogue reads is there, with the recorder's trailer.
 QByteArray Recording() {
   QByteArray avi(1024, '\0');
   avi.replace(0, 4, "RIFF").replace(8, 8, "AVI LIST").replace(20, 8, "hdrlavih");
   qToLittleEndian<quint32>(56, avi.data() + 28);
   qToLittleEndian<quint32>(30, avi.data() + 132);
-  qToLittleEndian<quint32>(30 * kSeconds, avi.data() + 140);
+  qToLittleEndian<quint32>(30 * kRecordingSeconds, avi.data() + 140);
   return avi.replace(1020, 4, QByteArray("\0\1^\0", 4));
 }
 }  // namespace
@@ -32,7 +30,7 @@ bool FillCard(const QString& folder, int count) {
         QStringLiteral("%1/%2%3_%4.avi")
             .arg(folder, QLatin1String(kinds[i % 6]), QString::number(i % 2), start.toString("yyyyMMdd_HHmmss")));
     const int file = open(name.constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
-    const timespec modified{time_t(start.toSecsSinceEpoch() + kSeconds), 0};
+    const timespec modified{time_t(start.toSecsSinceEpoch() + kRecordingSeconds), 0};
     const timespec times[] = {modified, modified};
     const bool good = file >= 0 && write(file, recording.constData(), size_t(recording.size())) == recording.size() &&
                       futimens(file, times) == 0;

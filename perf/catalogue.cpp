@@ -1,11 +1,7 @@
 // perf-catalogue COUNT: what the catalogue of a card of COUNT recordings costs beside a minimal C program. Prints JSON.
-#include <fcntl.h>
 #include <malloc.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <QCoreApplication>
-#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -15,55 +11,19 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTextStream>
-#include <QtEndian>
 #include <algorithm>
 #include <vector>
 
 #include "gui/base/devicepath.h"
 #include "gui/recordings/recfilethread.h"
 #include "gui/recordings/recordingfilemanager.h"
+#include "perf/card.h"
+#include "perf/fail.h"
 
 namespace {
 constexpr int kScans = 15;
 constexpr int kMostTraced = 50000;  // recordings: a traced call takes twenty times as long
-constexpr int kSeconds = 60;        // of each recording
 constexpr char kRoot[] = "DASHCAM_ROOT";
-
-[[noreturn]] void Fail(const char* sentence) {
-  QTextStream(stderr) << "perf: " << sentence << '\n';
-  std::exit(1);
-}
-
-/// An AVI of which only what the catalogue reads is there, with the recorder's trailer.
-QByteArray Recording() {
-  QByteArray avi(1024, '\0');
-  avi.replace(0, 4, "RIFF").replace(8, 8, "AVI LIST").replace(20, 8, "hdrlavih");
-  qToLittleEndian<quint32>(56, avi.data() + 28);
-  qToLittleEndian<quint32>(30, avi.data() + 132);
-  qToLittleEndian<quint32>(30 * kSeconds, avi.data() + 140);
-  return avi.replace(1020, 4, QByteArray("\0\1^\0", 4));
-}
-
-/// Recordings of all kinds and both cameras, one each second; the folder has them in another order.
-void FillCard(const QString& card, int count) {
-  const QByteArray recording = Recording();
-  const char* const kinds[] = {"rec", "rec", "rec", "pmr", "evt", "ndf"};
-  const QDateTime first(QDate(2023, 1, 1), QTime(12, 0), Qt::UTC);
-  for (int i = 0; i < count; ++i) {
-    const qint64 second = qint64{i} * 7919 % count;
-    const QDateTime start = first.addSecs(second);
-    const QByteArray name = QFile::encodeName(
-        QStringLiteral("%1/%2%3_%4.avi")
-            .arg(card, QLatin1String(kinds[i % 6]), QString::number(i % 2), start.toString("yyyyMMdd_HHmmss")));
-    const int file = open(name.constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
-    const timespec modified{time_t(start.toSecsSinceEpoch() + kSeconds), 0};
-    const timespec times[] = {modified, modified};
-    if (file < 0 || write(file, recording.constData(), size_t(recording.size())) != recording.size() ||
-        futimens(file, times) != 0)
-      Fail("a recording cannot be written");
-    close(file);
-  }
-}
 
 /// Milliseconds of a scan, on a thread of its own as in the interface.
 double Scan(RecordingFileManager* manager) {
@@ -123,7 +83,7 @@ int main(int argc, char** argv) {
   qputenv(kRoot, root.path().toLocal8Bit());
   const QString card = DevicePath(QLatin1String(device::kCard));
   if (!QDir().mkpath(card)) Fail("no folder for the card");
-  FillCard(card, count);
+  if (!FillCard(card, count)) Fail("a recording cannot be written");
   std::vector<double> scans, bareScans;
   for (int i = 0; i < kScans; ++i) {
     bareScans.push_back(BareScan(card));
@@ -136,7 +96,8 @@ int main(int argc, char** argv) {
   const double bytes = (Heap() - before) / count;
   const FileItemList* front = manager.GetFileItem(ALL_ASCENDING_FRONT);
   const FileItemList* rear = manager.GetFileItem(ALL_ASCENDING_REAR);
-  if (front->size() + rear->size() != count || front->at(0).recTime != kSeconds) Fail("the catalogue is wrong");
+  if (front->size() + rear->size() != count || front->at(0).recTime != kRecordingSeconds)
+    Fail("the catalogue is wrong");
   const QJsonObject figures{{"scan", Median(scans)},
                             {"bare", Median(bareScans)},
                             {"bytes", bytes},
