@@ -20,6 +20,7 @@
 #include "gui/screen/messagecatalogue.h"
 #include "gui/settings/settingkeys.h"
 #include "gui/vocabulary/vocabulary.h"
+#include "tests/fake/signalto.h"
 #include "tests/soak/tables.h"
 #include "tests/system/camerarun.h"
 
@@ -222,7 +223,7 @@ protected:
 
   void GoHome() {
     Write(QStringLiteral("-- the driver goes back"));
-    kill(pid_t(mBench->Process().processId()), SIGCONT);
+    SignalTo(pid_t(mBench->Process().processId()), SIGCONT);
     for (const char* action : soak::kRepairs) mBench->Action(action);
     mBench->Post("/api/touch", R"({"action": "release"})");
     QFile::remove(mBench->Root() + QStringLiteral("/tmp/ndf"));
@@ -472,9 +473,9 @@ private:
   void AnyHang() {
     const int ms = 50 + Below(1200);
     const auto bench = pid_t(mBench->Process().processId());
-    kill(bench, SIGSTOP);
+    SignalTo(bench, SIGSTOP);
     QThread::msleep(ulong(ms));
-    kill(bench, SIGCONT);
+    SignalTo(bench, SIGCONT);
     Played(QStringLiteral("the recorder hangs for %1 ms").arg(ms));
   }
 

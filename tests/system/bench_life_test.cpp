@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 #include <QTemporaryFile>
 
+#include "tests/fake/signalto.h"
 #include "tests/system/benchrun.h"
 
 namespace {
@@ -28,12 +29,6 @@ class BenchLifeTest : public QObject {
     struct stat state {};
     if (stat(qPrintable(path), &state) != 0) return {};
     return QStringLiteral("%1 %2.%3").arg(state.st_ino).arg(state.st_ctim.tv_sec).arg(state.st_ctim.tv_nsec);
-  }
-
-  // The one process of this name that belongs to the bench; 0: none or several.
-  static int ProcessOf(const BenchRun& bench, const char* name) {
-    const QList<int> processes = BenchRun::ProcessesOf(bench.Root(), name);
-    return processes.size() == 1 ? processes[0] : 0;
   }
 
 private slots:
@@ -102,15 +97,15 @@ private slots:
     const QStringList clock{QStringLiteral("/dev/shm/dashcam-clock-%1").arg(key),
                             QStringLiteral("/dev/shm/sem.dashcam-clock-%1").arg(key)};
     for (const QString& file : clock) QVERIFY(QFile::exists(file));
-    QVERIFY(ProcessOf(bench, "dashcam-gui") != 0);
-    QVERIFY(ProcessOf(bench, "Xvfb") != 0);
+    QVERIFY(bench.Child("dashcam-gui") != 0);
+    QVERIFY(bench.Child("Xvfb") != 0);
     const QString socket = QStringLiteral("/tmp/.X11-unix/X") + BenchRun::DisplayOf(root);
     const QString made = FileAt(socket);
     QVERIFY(!made.isEmpty());
     struct stat state {};
     QCOMPARE(stat(qPrintable(root), &state), 0);
     QCOMPARE(state.st_mode & 0777, mode_t{0700});
-    kill(static_cast<pid_t>(bench.Process().processId()), number);
+    QVERIFY(SignalTo(static_cast<pid_t>(bench.Process().processId()), number));
     QVERIFY(bench.Process().waitForFinished());
     if (number != SIGKILL) {
       QCOMPARE(bench.Process().exitStatus(), QProcess::NormalExit);
@@ -203,8 +198,8 @@ private slots:
     QTRY_COMPARE(bench.State("interface/starts"), QJsonValue(4));
 
     // Killed from elsewhere.
-    QTRY_VERIFY(ProcessOf(bench, "dashcam-gui") != 0);
-    kill(ProcessOf(bench, "dashcam-gui"), SIGKILL);
+    QTRY_VERIFY(bench.Child("dashcam-gui") != 0);
+    QVERIFY(SignalTo(bench.Child("dashcam-gui"), SIGKILL));
     QTRY_COMPARE(bench.State("interface/starts"), QJsonValue(5));
     QTRY_COMPARE(bench.State("screen"), QJsonValue(QStringLiteral("PREVIEW")));
   }
@@ -227,12 +222,12 @@ private slots:
   void serverIsStartedAgain() {
     BenchRun bench;
     QVERIFY(bench.IsUp());
-    kill(ProcessOf(bench, "Xvfb"), SIGKILL);
+    QVERIFY(SignalTo(bench.Child("Xvfb"), SIGKILL));
     QTRY_COMPARE(bench.State("interface/starts"), QJsonValue(2));
     QTRY_COMPARE(bench.State("screen"), QJsonValue(QStringLiteral("PREVIEW")));
     QCOMPARE(bench.State("lcd/live"), QJsonValue(true));
-    QVERIFY(ProcessOf(bench, "Xvfb") != 0);
-    QVERIFY(ProcessOf(bench, "dashcam-gui") != 0);
+    QVERIFY(bench.Child("Xvfb") != 0);
+    QVERIFY(bench.Child("dashcam-gui") != 0);
   }
 
   void recorderIsStartedAgain() {
@@ -257,19 +252,19 @@ private slots:
   void fullQueueIsSaid() {
     BenchRun bench;
     QVERIFY(bench.IsUp());
-    const int interface = ProcessOf(bench, "dashcam-gui");
+    const int interface = bench.Child("dashcam-gui");
     QVERIFY(interface != 0);
-    kill(interface, SIGSTOP);
+    QVERIFY(SignalTo(interface, SIGSTOP));
     BenchAnswer answer{200, {}, {}};
     for (int i = 0; i < 1000 && answer.status == 200; ++i)
       answer = bench.Post("/api/event", R"({"event":24,"value":5})");
     QCOMPARE(answer.status, 409);
     QVERIFY(IsSentence(answer.Error()));
     QCOMPARE(bench.Post("/api/action", R"({"name":"speed","kmh":5})").status, 409);
-    kill(interface, SIGCONT);
+    QVERIFY(SignalTo(interface, SIGCONT));
     QTRY_COMPARE(bench.Post("/api/event", R"({"event":24,"value":5})").status, 200);
     // One that hangs is killed when it shall end.
-    kill(interface, SIGSTOP);
+    QVERIFY(SignalTo(interface, SIGSTOP));
     bench.Process().terminate();
     QVERIFY(bench.Process().waitForFinished(8000));
     QVERIFY(BenchRun::ProcessesOf(bench.Root()).isEmpty());

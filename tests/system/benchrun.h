@@ -135,6 +135,16 @@ public:
     return processes;
   }
 
+  /// The process of this name that the bench itself has started, not what that one forks; 0: none.
+  int Child(const QByteArray& name) const {
+    for (const int process : ProcessesOf(mRoot, name)) {
+      const QByteArray stat =
+          Read(QString::number(process), "stat");  // "7 (name) S 6 ...", the name with anything in it
+      if (stat.mid(stat.lastIndexOf(')') + 4).split(' ').first().toLongLong() == mProcess.processId()) return process;
+    }
+    return 0;
+  }
+
   /// The key of its status queue, as its interface knows it; 0 without an interface.
   static int KeyOf(const QString& root) { return VariableOf(root, "PLATFORM_KEY").toInt(); }
 

@@ -39,6 +39,7 @@
 #include "platform/devmgr_interface.h"
 #include "platform/gui_interface.h"
 #include "platform/sysctrl.h"
+#include "tests/fake/signalto.h"
 
 namespace {
 
@@ -176,7 +177,7 @@ public:
     close(listener);
   }
   ~RecorderProcess() {
-    kill(mProcess, SIGKILL);
+    SignalTo(mProcess, SIGKILL);
     waitpid(mProcess, nullptr, 0);
     QFile::remove(mPath);
   }
@@ -186,10 +187,10 @@ public:
   /// Whether it stands still now.
   bool Stop() const {
     int status = 0;
-    kill(mProcess, SIGSTOP);
+    SignalTo(mProcess, SIGSTOP);
     return waitpid(mProcess, &status, WUNTRACED) == mProcess && WIFSTOPPED(status);
   }
-  void Continue() const { kill(mProcess, SIGCONT); }
+  void Continue() const { SignalTo(mProcess, SIGCONT); }
 
 private:
   [[noreturn]] static void Serve(int listener) {

@@ -9,6 +9,7 @@
 #include <QTest>
 #include <csignal>
 
+#include "tests/fake/signalto.h"
 #include "tests/fake/testroot.h"
 
 static TestRoot root;
@@ -34,7 +35,7 @@ bool KillAfter(pid_t writer, int steps) {
     waitpid(writer, &status, 0);
     if (WIFEXITED(status)) return true;
   }
-  kill(writer, SIGKILL);
+  SignalTo(writer, SIGKILL);
   waitpid(writer, &status, 0);
   return false;
 }

@@ -21,6 +21,7 @@
 #include "gui/settings/settingkeys.h"
 #include "recorder/base/settingstore.h"
 #include "tests/fake/platformfake.h"
+#include "tests/fake/signalto.h"
 #include "tests/fake/testroot.h"
 
 static TestRoot root;
@@ -861,7 +862,7 @@ private slots:
         waitpid(writer, &status, 0);
       }
       QVERIFY(!WIFEXITED(status));
-      kill(writer, SIGKILL);
+      QVERIFY(SignalTo(writer, SIGKILL));
       waitpid(writer, &status, 0);
       const QStringList left = files().filter(QStringLiteral(".ini."));
       leftovers = std::max(leftovers, int(left.size()));
@@ -931,7 +932,7 @@ private slots:
       char byte;
       for (int saves = std::rand() % 4; saves > 0; --saves) QCOMPARE(read(saved[0], &byte, 1), 1);
       QThread::usleep(static_cast<unsigned long>(std::rand() % 5000));
-      QCOMPARE(kill(writer, SIGKILL), 0);
+      QVERIFY(SignalTo(writer, SIGKILL));
       QCOMPARE(waitpid(writer, nullptr, 0), writer);
       close(saved[0]);
       const QSettings file(root.Path(kOwn), QSettings::IniFormat);
