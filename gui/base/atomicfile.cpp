@@ -11,14 +11,6 @@
 
 namespace {
 constexpr int kMostLinks = 40;  // as many as the kernel follows
-
-bool SyncFolder(const QString& folder) {
-  const int fd = open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (fd < 0) return false;
-  const bool synced = fsync(fd) == 0;
-  close(fd);
-  return synced;
-}
 }  // namespace
 
 QString BehindLinks(const QString& file) {
@@ -34,6 +26,14 @@ QString BehindLinks(const QString& file) {
     path = path.parent_path() / target;
   }
   return {};
+}
+
+bool SyncFolder(const QString& folder) {
+  const int fd = open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (fd < 0) return false;
+  const bool synced = fsync(fd) == 0;
+  close(fd);
+  return synced;
 }
 
 bool WriteAtomically(const QString& file, const QByteArray& bytes) {

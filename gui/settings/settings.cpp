@@ -45,12 +45,42 @@ QSettings Open(const QString& path) {
   return {IsReadable(file) ? file : QProcess::nullDevice(), QSettings::IniFormat};
 }
 
-// To be written. What stands there and cannot be the own file gives way; what a link leads to stays, whatever it is.
-QSettings OpenOwn() {
-  const QString named = DevicePath(config_firm_path);
-  if (QFile::exists(named) && !IsReadable(named)) QFile::remove(named);
-  return {FileOf(config_firm_path), QSettings::IniFormat};
-}
+// The own file, to be written. What stands there and cannot be the own file gives way; what a link leads to stays,
+// whatever it is.
+class OwnFile {
+public:
+  OwnFile() : mFile(Path(), QSettings::IniFormat) {}
+  ~OwnFile() { Sync(); }
+  OwnFile(const OwnFile&) = delete;
+  OwnFile& operator=(const OwnFile&) = delete;
+
+  // A value that the file has already costs no write: flash wears out.
+  void Store(const SettingKey& row, const QVariant& value) {
+    const QLatin1String key(row.key);
+    QVariant held = mFile.value(key);
+    if (held.convert(value.metaType()) && held == value) return;
+    mFile.setValue(key, value);
+    mIsChanged = true;
+  }
+
+  // All changes in one write, there after a power cut.
+  void Sync() {
+    if (!mIsChanged) return;
+    mIsChanged = false;
+    mFile.sync();
+    SyncFolder(QFileInfo(mFile.fileName()).absolutePath());
+  }
+
+private:
+  static QString Path() {
+    const QString named = DevicePath(config_firm_path);
+    if (QFile::exists(named) && !IsReadable(named)) QFile::remove(named);
+    return FileOf(config_firm_path);
+  }
+
+  QSettings mFile;
+  bool mIsChanged = false;
+};
 
 // What a save leaves behind that was ended by the power: its lock, which would hold the next save up for half a minute,
 // and the new file, half written, with six random letters behind its name. Anything else beside the own file is
@@ -87,13 +117,6 @@ float ReadFloat(const QSettings& file, const SettingKey& row, float otherwise) {
   bool isNumber = false;
   const float volts = file.value(QLatin1String(row.key)).toFloat(&isNumber);
   return isNumber && std::isfinite(volts) ? volts : otherwise;
-}
-
-// A value that the file has already costs no write: flash wears out.
-void Store(QSettings& file, const SettingKey& row, const QVariant& value) {
-  const QLatin1String key(row.key);
-  QVariant held = file.value(key);
-  if (!held.convert(value.metaType()) || held != value) file.setValue(key, value);
 }
 
 int GetInt(const QString& path, Setting_Id id) {
@@ -168,7 +191,7 @@ void Settings::AllGetSettingConfig() {
 }
 
 void Settings::AllSetSettingConfig() {
-  QSettings file = OpenOwn();
+  OwnFile file;
   const auto value = [this](const SettingKey& row) -> QVariant {
     switch (row.place) {
       case SettingPlace::Field:
@@ -184,7 +207,7 @@ void Settings::AllSetSettingConfig() {
     }
     return {};
   };
-  for (const SettingKey& row : SettingKeys()) Store(file, row, value(row));
+  for (const SettingKey& row : SettingKeys()) file.Store(row, value(row));
   mOldSetting = mSetting;
 }
 
@@ -207,10 +230,7 @@ float Settings::GetFWSettingConfigF(Setting_Id id) const {
 void Settings::SetSettingConfig(Setting_Id id, int value) {
   const SettingKey* row = FindSettingKey(id);
   if (!row || row->place == SettingPlace::LowVoltCut) return;
-  if (row->rule != SettingRule::Memory) {
-    QSettings file = OpenOwn();
-    Store(file, *row, value);
-  }
+  if (row->rule != SettingRule::Memory) OwnFile().Store(*row, value);
   if (row->rule != SettingRule::FileOnly) mSetting.*row->field = value;
 }
 
@@ -231,21 +251,25 @@ void Settings::SettingMirroringAndMovingPipValue(bool load) {
 }
 
 void Settings::INIMotionSettingValue(bool load, int camera, int frontHigh, int frontLow, int rearHigh, int rearLow) {
-  QSettings file = load ? Open(config_init_path) : OpenOwn();
-  const auto key = [](Setting_Id id) { return QLatin1String(FindSettingKey(id)->key); };
+  const auto row = [](Setting_Id id) -> const SettingKey& { return *FindSettingKey(id); };
   if (load) {
+    const QSettings file = Open(config_init_path);
+    const auto word = [&](Setting_Id id, int factory) {
+      return file.value(QLatin1String(row(id).key), factory).toInt();
+    };
     const auto map = [&](Setting_Id high, Setting_Id low) {
-      return Map(file.value(key(high), kFactoryMapHigh).toInt(), file.value(key(low), kFactoryMapLow).toInt());
+      return Map(word(high, kFactoryMapHigh), word(low, kFactoryMapLow));
     };
     mSetting.motion_area1 = map(Set_Cfg_MotionArea1High, Set_Cfg_MotionArea1Low);
     mSetting.motion_area2 = map(Set_Cfg_MotionArea2High, Set_Cfg_MotionArea2Low);
     return;
   }
+  OwnFile file;
   const bool front = camera == 1;
-  file.setValue(key(front ? Set_Cfg_MotionArea1High : Set_Cfg_MotionArea2High), front ? frontHigh : rearHigh);
-  file.setValue(key(front ? Set_Cfg_MotionArea1Low : Set_Cfg_MotionArea2Low), front ? frontLow : rearLow);
+  file.Store(row(front ? Set_Cfg_MotionArea1High : Set_Cfg_MotionArea2High), front ? frontHigh : rearHigh);
+  file.Store(row(front ? Set_Cfg_MotionArea1Low : Set_Cfg_MotionArea2Low), front ? frontLow : rearLow);
   SyncFiles();
-  file.sync();
+  file.Sync();
 }
 
 // ---- changes, the setup block

@@ -98,7 +98,9 @@ private slots:
     QVERIFY(Tap(answer));
     QTRY_COMPARE(Screen(), QStringLiteral("MOTIONSETTING"));
     QCOMPARE(mBench->State("video/view").toString(), view);
-    QVERIFY(Tap({210, 132}));  // the third row, the fourth column: cell 19
+    const QImage whole = Drawn();
+    QVERIFY(Tap({210, 132}));       // the third row, the fourth column: cell 19
+    QTRY_VERIFY(Drawn() != whole);  // the power key comes on a way of its own and could overtake the touch
     QVERIFY(Do("powerKey"));
     QTRY_COMPARE(OwnBox(), QStringLiteral("MOTION_SETTING_APPLY"));
     QVERIFY(Tap(kYes));
