@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QDateTime>
 #include <QFile>
 #include <QLabel>
 #include <QPointer>
@@ -22,14 +23,12 @@
 namespace {
 constexpr int kStopToBrowse = 1;  // SEND_VIDEO_REC_STOP: the driver wants to see the recordings
 constexpr useconds_t kRecordingEndUs = 1000000;
-constexpr int kDaySeconds = 86400;
+constexpr qint64 kDaySeconds = 86400;
 
 constexpr LabelRow kFormatDay{"mSdFormatDayLabel", {320, 70, 158, 43}, 15, {255, 255, 255}, Qt::AlignHCenter};
 
-int DayOfMonth(std::time_t at) {
-  std::tm local{};
-  localtime_r(&at, &local);
-  return local.tm_mday;
+int DayOfMonth(qint64 at) {
+  return QDateTime::fromSecsSinceEpoch(at).date().day();
 }
 
 void LogThread(const RecFileThread& thread) {
@@ -68,9 +67,9 @@ void MainMenu::onPause() {
 
 // ---- days since the last format
 
-int MainMenu::DaysBetween(std::time_t then, std::time_t now) {
-  const auto days = static_cast<long long>(std::difftime(now, then)) / kDaySeconds;
-  if (days >= 1) return int(std::min(days, 99999LL));
+int MainMenu::DaysBetween(qint64 then, qint64 now) {
+  const qint64 days = (now - then) / kDaySeconds;
+  if (days >= 1) return int(std::min<qint64>(days, 99999));
   return DayOfMonth(then) == DayOfMonth(now) ? 0 : 1;
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <ctime>
-
 #include "gui/screen/tilescreen.h"
 
 class QLabel;
@@ -20,8 +18,9 @@ public:
   /// Days since the card was formatted; -1 when nobody knows.
   static int GetSinceDayOfSdFormat();
 
-  /// Days from `then` to `now`: whole ones, but yesterday is one day ago. Days are those of the local calendar.
-  static int DaysBetween(std::time_t then, std::time_t now);
+  /// Days from `then` to `now`, seconds since 1970: whole ones, but yesterday is one day ago. Days are those of the local
+  /// calendar.
+  static int DaysBetween(qint64 then, qint64 now);
 
 private:
   static const Tile kTiles[];

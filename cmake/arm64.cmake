@@ -1,0 +1,5 @@
+set(DEBIAN_TRIPLE aarch64-linux-gnu)
+set(CMAKE_SYSTEM_PROCESSOR aarch64)
+cmake_path(SET CMAKE_SYSROOT NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../build/sysroot/arm64)
+set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64-static -L ${CMAKE_SYSROOT})
+include(${CMAKE_CURRENT_LIST_DIR}/cross.cmake)
