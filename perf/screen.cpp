@@ -38,7 +38,7 @@ Screen::Screen(const QString& folder) {
   void* const map = mmap(nullptr, size_t(size), PROT_READ, MAP_SHARED, file, 0);
   if (map == MAP_FAILED) Fail("no framebuffer");
   const auto* head = static_cast<const uchar*>(map);
-  const auto word = [head](int i) { return qFromBigEndian<quint32>(head + i * 4); };
+  const auto word = [head](int i) { return qFromBigEndian<qint32>(head + i * 4); };
   mPixels = head + word(0) + qsizetype{word(19)} * 12;
   mLine = word(12);
 }

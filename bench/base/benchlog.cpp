@@ -16,8 +16,8 @@ void BenchLog::Add(const char* kind, const QString& name) {
 }
 
 QJsonArray BenchLog::Since(qint64 since, qsizetype most) const {
-  const auto held = static_cast<qint64>(mEntries.size());
-  const qint64 count = std::clamp<qint64>(mLast - since, 0, std::min<qint64>(held, most));
+  const auto all = std::min(static_cast<std::ptrdiff_t>(mEntries.size()), std::ptrdiff_t{most});
+  const auto count = static_cast<std::ptrdiff_t>(std::clamp<qint64>(mLast - since, 0, all));
   QJsonArray entries;
   for (auto entry = mEntries.rbegin(); entry != mEntries.rbegin() + count; ++entry) entries.append(*entry);
   return entries;

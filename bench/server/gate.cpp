@@ -57,7 +57,7 @@ void Gate::Read(QTcpSocket* socket) {
   const RequestHead head = RequestHead::Read(socket->peek(RequestHead::kMost), serverPort());
   if (head.state == RequestHead::State::Refused) return Refuse(socket, head.status, head.error);
   if (head.state == RequestHead::State::Incomplete) return;
-  const qsizetype size = head.size + head.body;
+  const qint64 size = head.size + head.body;
   socket->setReadBufferSize(std::max<qint64>(socket->readBufferSize(), size + 1));
   if (socket->bytesAvailable() < size) return;
   if (socket->bytesAvailable() > size)

@@ -62,7 +62,7 @@ bool IsAllowed(const Headers& headers, quint16 port) {
 }
 
 // False: no length that can be trusted.
-bool ReadLength(const Headers& headers, qsizetype* length) {
+bool ReadLength(const Headers& headers, qint64* length) {
   const QList<QByteArray> lengths = headers.value("content-length");
   if (headers.contains("transfer-encoding") || lengths.size() > 1) return false;
   if (lengths.isEmpty()) return true;

@@ -15,7 +15,7 @@ struct RequestHead {
   int status = 0;
   QString error;           ///< one sentence
   qsizetype size = 0;      ///< bytes, with the empty line at its end
-  qsizetype body = 0;      ///< bytes behind it
+  qint64 body = 0;         ///< bytes behind it
   bool isUpgrade = false;  ///< the WebSocket is wanted
 
   static constexpr qsizetype kMost = qsizetype{16} * 1024;

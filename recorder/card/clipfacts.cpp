@@ -17,17 +17,18 @@ constexpr int kTrailer = 4;  // bytes
 constexpr char kChanged[] = "yyyyMMdd_HHmmss.zzz";
 
 // A whole number from 0 to `most`; nothing for anything else.
-std::optional<qint64> Whole(const QJsonObject& object, const char* name, double most) {
+std::optional<int> Whole(const QJsonObject& object, const char* name, int most) {
   const double number = object.value(QLatin1String(name)).toDouble(-1);
   if (number < 0 || number > most || std::trunc(number) != number) return {};
-  return static_cast<qint64>(number);
+  return static_cast<int>(number);
 }
 
 }  // namespace
 
 ClipFacts ClipFacts::Of(const CardFolder& card, const QString& name) {
   const QFileInfo info(card.Path(name));
-  ClipFacts facts{name, {}, 0, std::min(info.size(), kLargest), info.lastModified().toMSecsSinceEpoch()};
+  ClipFacts facts{
+      name, {}, 0, static_cast<int>(std::min<qint64>(info.size(), kLargest)), info.lastModified().toMSecsSinceEpoch()};
   QFile file(info.filePath());
   if (file.open(QIODevice::ReadOnly) && file.seek(std::max<qint64>(0, file.size() - kTrailer)))
     facts.trailer = file.read(kTrailer);
@@ -48,7 +49,7 @@ std::optional<ClipFacts> ClipFacts::FromJson(const QJsonObject& object, QString*
   const QDateTime changed =
       QDateTime::fromString(object.value(QLatin1String("changed")).toString(), QLatin1String(kChanged));
   if (recording.match(name).hasMatch() && trailer.size() == kTrailer && ms && bytes && changed.isValid())
-    return ClipFacts{name, trailer, static_cast<int>(*ms), *bytes, changed.toMSecsSinceEpoch()};
+    return ClipFacts{name, trailer, *ms, *bytes, changed.toMSecsSinceEpoch()};
   *error =
       QStringLiteral("\"%1\" is no recording with trailer, ms, bytes and changed.").arg(name.simplified().left(40));
   return {};
@@ -73,9 +74,9 @@ QByteArray ClipMaker::Avi(const ClipFacts& facts) {
 }
 
 bool ClipMaker::Make(const CardFolder& card, const ClipFacts& facts) {
-  const QByteArray bytes =
-      facts.ms > 0 ? Avi(facts) + facts.trailer
-                   : QByteArray(std::max<qint64>(0, facts.bytes - kTrailer), '#') + facts.trailer.left(facts.bytes);
+  const QByteArray bytes = facts.ms > 0
+                               ? Avi(facts) + facts.trailer
+                               : QByteArray(std::max(0, facts.bytes - kTrailer), '#') + facts.trailer.left(facts.bytes);
   return card.WriteFile(facts.name, bytes, facts.changed);
 }
 

@@ -12,12 +12,12 @@ namespace recorder {
 /// What is to be known of a recording on the card to make another one like it: all but its pictures.
 struct ClipFacts {
   static constexpr int kLongest = 60000;       ///< ms
-  static constexpr qint64 kLargest = 1 << 20;  ///< bytes of one that is not whole
+  static constexpr int kLargest = 1 << 20;  ///< bytes of one that is not whole
 
   QString name;        ///< of a recording, "rec0_20260131_235959.avi"
   QByteArray trailer;  ///< the four bytes at its end
   int ms = 0;          ///< its length, 0..kLongest; 0: it is not whole
-  qint64 bytes = 0;    ///< of one that is not whole, 0..kLargest
+  int bytes = 0;       ///< of one that is not whole, 0..kLargest
   qint64 changed = 0;  ///< when it was written, ms since 1970
 
   /// Of a file on the card; one that is longer than these bounds is told as if it reached them.

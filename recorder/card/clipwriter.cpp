@@ -24,7 +24,8 @@ int64_t ClipWriter::Seek(void* writer, int64_t offset, int whence) {
   auto* self = static_cast<ClipWriter*>(writer);
   if (whence & AVSEEK_SIZE) return self->mBytes.size();
   if ((whence & ~AVSEEK_FORCE) != SEEK_SET || offset < 0 || offset > self->mBytes.size()) return AVERROR(EINVAL);
-  return self->mAt = offset;
+  self->mAt = static_cast<qsizetype>(offset);
+  return offset;
 }
 
 ClipWriter::ClipWriter(int width, int height, int rate) : mRate(rate), mPacket(av_packet_alloc()) {

@@ -188,6 +188,8 @@ private slots:
       row(path + " deep", post(path, QByteArray(60000, '[')), 400);
       row(path + " empty", post(path, "{}"), 400);
       row(path + " too large", post(path, QByteArray(65537, ' ')), 413);
+      row(path + " 4 bytes beyond 32 bits",
+          "POST " + path + " HTTP/1.1\r\nHost: HOST\r\nContent-Length: 4294967300\r\n\r\n{  }", 413);
       row(path + " foreign Origin", post(path, "{}", "Origin: http://evil.example\r\n"), 403);
       row(path + " GET", get(path), 405);
     }

@@ -42,7 +42,7 @@ QByteArray Clip(int pictures, int rate) {
 
 // The seconds as the interface reads them from the begin of a file: the header, then the first stream's.
 qint64 SecondsInHeader(const QByteArray& file) {
-  const auto word = [&file](qsizetype at) { return qFromLittleEndian<quint32>(file.constData() + at); };
+  const auto word = [&file](qsizetype at) { return qFromLittleEndian<qint32>(file.constData() + at); };
   if (!file.startsWith("RIFF") || file.mid(12, 4) != "LIST") return -1;
   const qsizetype rate = 32 + qsizetype{word(28)} + 44;
   return word(rate) == 0 ? 0 : word(rate + 8) / word(rate);

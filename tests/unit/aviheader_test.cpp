@@ -27,16 +27,16 @@ class AviHeaderTest : public QObject {
   Q_OBJECT
 
   QTemporaryDir mFolder;
-  const QString mFile = mFolder.filePath(QStringLiteral("a.avi"));
+  QString Name() const { return mFolder.filePath(QStringLiteral("a.avi")); }
 
   void Write(const QByteArray& bytes) {
-    QFile file(mFile);
+    QFile file(Name());
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(bytes), bytes.size());
   }
   /// -1: nothing could be told.
   int Seconds() {
-    QFile file(mFile);
+    QFile file(Name());
     return file.open(QIODevice::ReadOnly) ? ReadAviSeconds(file.handle()).value_or(-1) : -2;
   }
 
@@ -62,7 +62,7 @@ private slots:
     QFETCH(quint32, length);
     Write(Header(rate, length));
     QTEST(Seconds(), "seconds");
-    QTEST(ReadAviSeconds(mFile), "seconds");
+    QTEST(ReadAviSeconds(Name()), "seconds");
   }
 
   void mainHeaderOfAnySizeIsSkipped_data() {
@@ -94,7 +94,7 @@ private slots:
     qToLittleEndian<quint32>(mainBytes, header.data() + 28);
     Write(header);
     QCOMPARE(Seconds(), -1);
-    QCOMPARE(ReadAviSeconds(mFile), 0);
+    QCOMPARE(ReadAviSeconds(Name()), 0);
   }
 
   void headerCutAtEveryByte() {
@@ -102,7 +102,7 @@ private slots:
     for (qsizetype size = 0; size < header.size(); ++size) {
       Write(header.first(size));
       QCOMPARE(Seconds(), -1);
-      QCOMPARE(ReadAviSeconds(mFile), 0);
+      QCOMPARE(ReadAviSeconds(Name()), 0);
     }
     Write(header);
     QCOMPARE(Seconds(), 60);
@@ -125,7 +125,7 @@ private slots:
 
   void positionOfTheFileStays() {
     Write(Header(30, 1800, 200));
-    QFile file(mFile);
+    QFile file(Name());
     QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
     QVERIFY(file.seek(5));
     QCOMPARE(ReadAviSeconds(file.handle()), std::optional(60));
@@ -153,16 +153,16 @@ private slots:
     writer.start(
         QStringLiteral("ffmpeg"),
         {"-loglevel", "error", "-y", "-f", "lavfi", "-i",
-         QStringLiteral("color=size=16x16:rate=%1:duration=%2").arg(rate).arg(seconds), "-c:v", "mjpeg", mFile});
+         QStringLiteral("color=size=16x16:rate=%1:duration=%2").arg(rate).arg(seconds), "-c:v", "mjpeg", Name()});
     QVERIFY(writer.waitForFinished(30000));
     QCOMPARE(writer.exitCode(), 0);
     QProcess reader;
     reader.start(QStringLiteral("ffprobe"),
-                 {"-loglevel", "error", "-show_entries", "stream=duration", "-of", "csv=p=0", mFile});
+                 {"-loglevel", "error", "-show_entries", "stream=duration", "-of", "csv=p=0", Name()});
     QVERIFY(reader.waitForFinished(30000));
     QCOMPARE(reader.readAllStandardOutput().trimmed().toDouble(), double(seconds));
     QCOMPARE(Seconds(), seconds);
-    QCOMPARE(ReadAviSeconds(mFile), seconds);
+    QCOMPARE(ReadAviSeconds(Name()), seconds);
   }
 };
 
