@@ -41,30 +41,6 @@ constexpr struct {
 } kDays[] = {{"Mon", "월요일"}, {"Tue", "화요일"}, {"Wed", "수요일"}, {"Thu", "목요일"},
              {"Fri", "금요일"}, {"Sat", "토요일"}, {"Sun", "일요일"}};
 
-/// Digits so large are drawn as curves, which takes longer than all the rest of the page: once for each text.
-class Digits : public QLabel {
-public:
-  using QLabel::QLabel;
-
-protected:
-  void paintEvent(QPaintEvent*) override {
-    if (mDrawn != text()) {
-      mDrawn = text();
-      mPicture = QPixmap(size());
-      mPicture.fill(Qt::transparent);
-      QPainter painter(&mPicture);
-      painter.setFont(font());
-      painter.setPen(palette().color(QPalette::WindowText));
-      painter.drawText(rect(), int(alignment()), mDrawn);
-    }
-    QPainter(this).drawPixmap(0, 0, mPicture);
-  }
-
-private:
-  QPixmap mPicture;
-  QString mDrawn;
-};
-
 template <int N>
 QPixmap PictureOf(const char* const (&table)[N], int value, const char* otherwise) {
   return Picture(QLatin1String(value >= 0 && value < N ? table[value] : otherwise));
@@ -91,7 +67,7 @@ ScreenSaver::ScreenSaver(QWidget* parent)
 void ScreenSaver::InitLabel() {
   mLblDate = AddLabel(this, kDate);
   mLblDay = AddLabel(this, kDay);
-  SetLabel(mLblTime = new Digits(this), kTime);
+  mLblTime = AddLabel(this, kTime);
   mLblVolt = AddLabel(this, kVolt);
   for (QLabel* label : {mLblDate, mLblDay, mLblTime, mLblVolt})
     label->setStyleSheet(QStringLiteral("QLabel {background:transparent;color:rgb(0,0,0);}"));

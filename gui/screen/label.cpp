@@ -1,10 +1,62 @@
 #include "gui/screen/label.h"
 
 #include <QFontMetrics>
-#include <QLabel>
+#include <QPaintEngine>
+#include <QPaintEvent>
+#include <QPainter>
+#include <cstring>
 
 namespace {
 constexpr int kNarrowest = 88;  // percent of the font's width that can still be read at a glance
+constexpr int kOverhang = 4;   // pixels of a letter beyond its place in the line
+
+// What a widget's painter has in `place`, a view into what it paints on; null when that is no image.
+QImage PaintedIn(const QPainter& painter, const QRect& place) {
+  const QPaintDevice* device = painter.paintEngine()->paintDevice();
+  if (device->devType() != QInternal::Image) return {};
+  const auto& page = *static_cast<const QImage*>(device);
+  const QRect there = painter.deviceTransform().mapRect(place);
+  if (page.depth() % 8 != 0 || !page.rect().contains(there)) return {};
+  return {page.constScanLine(there.y()) + there.x() * page.depth() / 8, there.width(), there.height(),
+          page.bytesPerLine(), page.format()};
+}
+
+bool AreSame(const QImage& a, const QImage& b) {
+  if (a.size() != b.size() || a.format() != b.format()) return false;
+  for (int y = 0; y < a.height(); ++y)
+    if (std::memcmp(a.constScanLine(y), b.constScanLine(y), size_t(a.width() * a.depth() / 8)) != 0) return false;
+  return true;
+}
+}  // namespace
+
+void TextLabel::changeEvent(QEvent* event) {
+  QLabel::changeEvent(event);
+  mText.clear();
+}
+
+void TextLabel::paintEvent(QPaintEvent* event) {
+  if (text().isEmpty()) return;
+  if (mText != text() || mSize != size() || mAlignment != alignment()) Measure();
+  QPainter painter(this);
+  const bool isWhole = event->rect().contains(mPlace) && event->region().rectCount() == 1;
+  const QImage ground = isWhole ? PaintedIn(painter, mPlace) : QImage();
+  if (!ground.isNull() && AreSame(ground, mGround)) {
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(mPlace, mPicture);
+    return;
+  }
+  mGround = ground.copy();
+  painter.drawText(rect(), int(mAlignment), mText);
+  mPicture = ground.copy();
+}
+
+void TextLabel::Measure() {
+  mText = text();
+  mSize = size();
+  mAlignment = alignment();
+  mPlace = fontMetrics().boundingRect(rect(), int(mAlignment), mText);
+  mPlace = mPlace.adjusted(-kOverhang, -kOverhang, kOverhang, kOverhang) & rect();
+  mGround = mPicture = QImage();
 }
 
 QFont FittingFont(QFont font, const QString& text, int width) {
@@ -30,7 +82,7 @@ void SetLabel(QLabel* label, const LabelRow& row) {
 }
 
 QLabel* AddLabel(QWidget* screen, const LabelRow& row, const QString& text) {
-  auto* label = new QLabel(screen);
+  auto* label = new TextLabel(screen);
   SetLabel(label, row);
   label->setText(text);
   return label;

@@ -1,12 +1,34 @@
 #pragma once
 
 #include <QColor>
+#include <QImage>
+#include <QLabel>
 #include <QRect>
 #include <QString>
 
 class QFont;
-class QLabel;
-class QWidget;
+
+/// A label of plain text. To lay out and to blend in letters takes longer than all the rest of most pages: painted once
+/// more on the same ground, it copies what became of that ground the last time. GUI thread.
+class TextLabel : public QLabel {
+public:
+  using QLabel::QLabel;
+
+protected:
+  void changeEvent(QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+
+private:
+  void Measure();
+
+  // What the rest was made for; an empty text: for nothing yet.
+  QString mText;
+  QSize mSize;
+  Qt::Alignment mAlignment;
+
+  QRect mPlace;              // of the letters
+  QImage mGround, mPicture;  // the same without and with them
+};
 
 /// A label of a screen: plain text on a transparent ground, centred between top and bottom of its box.
 struct LabelRow {

@@ -38,7 +38,7 @@ MessageBox::MessageBox(QWidget* parent, int boxType, int errorType, int strType,
 
 void MessageBox::InitData() {
   for (QLabel** label : {&strLabel, &strLabel2, &strLabel3}) {
-    *label = new QLabel(this);
+    *label = new TextLabel(this);
     (*label)->setTextFormat(Qt::PlainText);
   }
   dimBgPath = gMessageBox.DimBg;
