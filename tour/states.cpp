@@ -556,6 +556,11 @@ const State kStates[] = {
        c.Wait("timRecvResult");
      }},
     {TIMELAYOUT, "time", "Date, time and zone", [](Camera& c) { c.Open(TIMELAYOUT); }},
+    {TIMELAYOUT, "time-half", "The half of the day is chosen",
+     [](Camera& c) {
+       c.Open(TIMELAYOUT);
+       c.Tap({150, 155});
+     }},
     {TIMELAYOUT, "time-hour", "The hour is chosen",
      [](Camera& c) {
        c.Open(TIMELAYOUT);

@@ -23,3 +23,7 @@ QPixmap Picture(const QString& path) {
   decoded.insert(path, new QPixmap(picture), BytesOf(picture) + 1);
   return picture;
 }
+
+bool Covers(const QPixmap& picture, QSize area) {
+  return !picture.hasAlpha() && picture.width() >= area.width() && picture.height() >= area.height();
+}

@@ -6,3 +6,6 @@
 /// Null when the file is missing or is no picture. Decoded pictures are kept while they fit in 8 MiB; the ones
 /// not asked for longest go first. GUI thread.
 QPixmap Picture(const QString& path);
+
+/// True when nothing of an area of that size shows through the picture.
+bool Covers(const QPixmap& picture, QSize area);

@@ -1,7 +1,6 @@
 #include "gui/led/numbersetlayout.h"
 
 #include <QLabel>
-#include <QPainter>
 #include <QPointer>
 
 #include "gui/base/eventgate.h"
@@ -9,6 +8,7 @@
 #include "gui/led/ledfilemanager.h"
 #include "gui/screen/label.h"
 #include "gui/screen/messagebox.h"
+#include "gui/screen/page.h"
 #include "gui/settings/config.h"
 
 namespace {
@@ -128,10 +128,10 @@ void NumberSetLayout::TimeoutEvent() {
 
 // ---- painting
 
-void NumberSetLayout::PaintPage(QPainter& painter, const QRect& exposed) {
-  Draw(painter, exposed, kInput, gNumberSet.InputBg);
-  Draw(painter, exposed, kSaveKey, gNumberSet.Save.ReleaseImage);
+void NumberSetLayout::FillPage(Page& page) {
+  page.Add(kInput, gNumberSet.InputBg);
+  page.Add(kSaveKey, gNumberSet.Save.ReleaseImage);
   for (int place = 0; place < 10; ++place)
-    Draw(painter, exposed, KeyRect(place).topLeft(), gNumberSet.Keypad.Image[DigitOf(place)].ReleaseImage);
-  Draw(painter, exposed, {kKeyWidth * 5, kKeysTop}, gNumberSet.Delete.ReleaseImage);
+    page.Add(KeyRect(place).topLeft(), gNumberSet.Keypad.Image[DigitOf(place)].ReleaseImage);
+  page.Add({kKeyWidth * 5, kKeysTop}, gNumberSet.Delete.ReleaseImage);
 }

@@ -18,7 +18,7 @@ public:
   static QString Hyphenated(const QString& digits);
 
 protected:
-  void PaintPage(QPainter& painter, const QRect& exposed) override;
+  void FillPage(Page& page) override;
   void TouchPage(int x, int y) override;
 
 private:

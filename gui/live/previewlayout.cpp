@@ -13,12 +13,12 @@
 #include "gui/base/devicepath.h"
 #include "gui/base/eventgate.h"
 #include "gui/base/globals.h"
-#include "gui/base/picture.h"
 #include "gui/base/shell.h"
 #include "gui/parking/pfileinfo.h"
 #include "gui/screen/clock.h"
 #include "gui/screen/label.h"
 #include "gui/screen/messagebox.h"
+#include "gui/screen/page.h"
 #include "gui/screen/screenhost.h"
 #include "gui/settings/settings.h"
 
@@ -700,31 +700,22 @@ void PreviewLayout::RecvMessageBoxHandler(int, int x, int y, int messageId) {
 // ---- painting
 
 void PreviewLayout::paintEvent(QPaintEvent* event) {
-  QPainter painter(this);
-  const Color& trans = gColor.Trans;
-  painter.fillRect(event->rect(), gMainWindow->GetIsLcdOff() ? QColor(Qt::black) : QColor(trans.r, trans.g, trans.b));
-  const auto draw = [&](QPoint at, const QString& path) {
-    if (QRect(at, kKeySize).intersects(event->rect())) painter.drawPixmap(at, Picture(path));
-  };
-  draw(kViewKey, ViewPicture());
-  draw(kMicKey, gEnvirnmentSettings.mSetting.volume != 0 ? gPreview.Status.Mic.On : gPreview.Status.Mic.Off);
-  draw(kRearKey, RearCameraPicture());
-  draw(kMenuKey, gPopMenu.Menu.Image.Image[0].ReleaseImage);
+  Page page(event->region());
+  page.Add(kViewKey, ViewPicture());
+  page.Add(kMicKey, gEnvirnmentSettings.mSetting.volume != 0 ? gPreview.Status.Mic.On : gPreview.Status.Mic.Off);
+  page.Add(kRearKey, RearCameraPicture());
+  page.Add(kMenuKey, gPopMenu.Menu.Image.Image[0].ReleaseImage);
   if (View() == 2)
-    draw(kLowerLeft,
-         gEnvirnmentSettings.mMirroring == 0 ? gPreview.Status.mirror.def : gPreview.Status.mirror.mirroring);
-  if (View() == 0) draw(kLowerLeft, MovingPipPicture());
+    page.Add(kLowerLeft,
+             gEnvirnmentSettings.mMirroring == 0 ? gPreview.Status.mirror.def : gPreview.Status.mirror.mirroring);
+  if (View() == 0) page.Add(kLowerLeft, MovingPipPicture());
   if (IsDetectFileKeyShown())
-    draw(DetectFileKeyRect().topLeft(), mIsDetectRecording && mIsDetectRecordingBlink
-                                            ? gPreview.Status.protectFile.disableImage
-                                            : gPreview.Status.protectFile.normalImage);
-  PaintPlates(painter, event->rect());
-}
-
-void PreviewLayout::PaintPlates(QPainter& painter, const QRect& exposed) {
-  for (const PlatedLabel& row : kLabels) {
-    if ((this->*row.label)->isHidden()) continue;
-    const QPixmap plate = Picture(row.picture());
-    if (QRect(row.plate, plate.size()).intersects(exposed)) painter.drawPixmap(row.plate, plate);
-  }
+    page.Add(DetectFileKeyRect().topLeft(), mIsDetectRecording && mIsDetectRecordingBlink
+                                                ? gPreview.Status.protectFile.disableImage
+                                                : gPreview.Status.protectFile.normalImage);
+  for (const PlatedLabel& row : kLabels)
+    if (!(this->*row.label)->isHidden()) page.Add(row.plate, row.picture());
+  const Color& trans = gColor.Trans;
+  QPainter painter(this);
+  page.Paint(painter, gMainWindow->GetIsLcdOff() ? QColor(Qt::black) : QColor(trans.r, trans.g, trans.b));
 }

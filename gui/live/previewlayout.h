@@ -86,7 +86,6 @@ private:
   void ShowLabel(QLabel* label, bool shown);
   void UpdateSpeedLabel();
   void UpdateVoltageLabel();
-  void PaintPlates(QPainter& painter, const QRect& exposed);
 
   void SwitchView(int display);
   void ForceFrontView();

@@ -10,6 +10,7 @@
 #include "gui/base/picture.h"
 #include "gui/parking/pfileinfo.h"
 #include "gui/screen/label.h"
+#include "gui/screen/page.h"
 #include "gui/screen/widgetmanager.h"
 
 namespace {
@@ -79,6 +80,7 @@ PFileSimpleGraph::PFileSimpleGraph(QWidget* parent, const PFileInfo* info)
       mBg(Picture(kBg)),
       mOkButton(Picture(kOkButton)),
       mTimWidget(NewTimer("mTimWidget", [this] { TimeoutWidget(); })) {
+  setAttribute(Qt::WA_OpaquePaintEvent);  // nothing needs to be painted below it
   settingPfileInfo(*info);
   setString(*info);
   initLabel();
@@ -129,9 +131,10 @@ void PFileSimpleGraph::TimeoutWidget() {
 }
 
 void PFileSimpleGraph::paintEvent(QPaintEvent* event) {
+  Page page(event->region());
+  page.Add({0, 0}, mBg);
   QPainter painter(this);
-  painter.fillRect(event->rect(), kPaper);
-  painter.drawPixmap(event->rect(), mBg, event->rect());
+  page.Paint(painter, kPaper);
   PaintRow(painter, kEventTop, mEventLines, kEventInk);
   PaintRow(painter, kMotionTop, mMotionLines, kMotionInk);
   painter.drawPixmap(kOkPlace, mOkButton);

@@ -11,13 +11,13 @@
 #include <algorithm>
 
 #include "gui/base/devicepath.h"
-#include "gui/base/picture.h"
 #include "gui/base/shell.h"
 #include "gui/base/touchtime.h"
 #include "gui/recordings/aviheader.h"
 #include "gui/recordings/playfileinfo.h"
 #include "gui/screen/label.h"
 #include "gui/screen/messagebox.h"
+#include "gui/screen/page.h"
 #include "gui/screen/screenhost.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
@@ -65,6 +65,7 @@ Player::Player(QWidget* parent, PlayFileInfo* info)
   const int list = info->GetListIndex();
   const int index = info->GetFileIndex();
   delete info;
+  setAttribute(Qt::WA_OpaquePaintEvent);  // nothing needs to be painted below it
   SetPlayFile(list, index);
   InitLabel();
   Play();
@@ -77,6 +78,7 @@ void Player::InitLabel() {
   QPalette bar = mProgressBar->palette();
   bar.setColor(QPalette::Window, kAccent);
   mProgressBar->setPalette(bar);
+  mProgressBar->setAttribute(Qt::WA_NoSystemBackground, false);
   mProgressBar->setAutoFillBackground(true);
   UpdateLabels();
 }
@@ -372,11 +374,14 @@ void Player::ChangeCamPlayFile() {
 // ---- painting
 
 void Player::paintEvent(QPaintEvent* event) {
-  QPainter painter(this);
-  const QRect exposed = event->rect();
+  Page page(event->region());
+  if (mIsShowControl) AddControl(page);
   const Color& trans = gColor.Trans;
-  painter.fillRect(exposed, gMainWindow->GetIsLcdOff() ? QColor(Qt::black) : QColor(trans.r, trans.g, trans.b));
-  if (!mIsShowControl) return;
+  QPainter painter(this);
+  page.Paint(painter, gMainWindow->GetIsLcdOff() ? QColor(Qt::black) : QColor(trans.r, trans.g, trans.b));
+}
+
+void Player::AddControl(Page& page) const {
   const std::pair<QPoint, QString> pictures[] = {
       {{4, 3}, gPlayer.Home.ReleaseImage},
       {{0, 262}, gPlayer.Prev.ReleaseImage},
@@ -389,8 +394,5 @@ void Player::paintEvent(QPaintEvent* event) {
       {kFileNamePlate, gPlayer.FileNameBg},
       {kPlayTimePlate, gPlayer.PlayTimeBg},
   };
-  for (const auto& [place, path] : pictures) {
-    const QPixmap picture = Picture(path);
-    if (QRect(place, picture.size()).intersects(exposed)) painter.drawPixmap(place, picture);
-  }
+  for (const auto& [place, path] : pictures) page.Add(place, path);
 }

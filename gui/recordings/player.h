@@ -3,6 +3,7 @@
 #include "gui/recordings/recordingfilemanager.h"
 #include "gui/screen/basewidget.h"
 
+class Page;
 class PlayFileInfo;
 class QLabel;
 
@@ -63,6 +64,7 @@ private:
   void ShowControl();
   void HideControl();
   void UpdateLabels();
+  void AddControl(Page& page) const;
   void UpdateProgress();
   void GetCurrentPlayTime(int ms);
   void GetPlayStatus(int status);

@@ -31,6 +31,7 @@ void RecordingFileItem::Repaint(const std::optional<FileItem>& item) {
   mCurItem = item;
   mIconPath = item ? item->icon : QString();
   mIconBgPath = item ? item->iconBg : gFileList.ItemBg;
+  setAttribute(Qt::WA_OpaquePaintEvent, !item || Covers(Picture(mIconBgPath), size()));
   mFileNameLabel->setText(item ? SettingListFileName(*item) : QString());
   update();
 }

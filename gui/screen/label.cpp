@@ -8,7 +8,7 @@
 
 namespace {
 constexpr int kNarrowest = 88;  // percent of the font's width that can still be read at a glance
-constexpr int kOverhang = 4;   // pixels of a letter beyond its place in the line
+constexpr int kOverhang = 4;    // pixels of a letter beyond its place in the line
 
 // What a widget's painter has in `place`, a view into what it paints on; null when that is no image.
 QImage PaintedIn(const QPainter& painter, const QRect& place) {
@@ -29,6 +29,10 @@ bool AreSame(const QImage& a, const QImage& b) {
 }
 }  // namespace
 
+TextLabel::TextLabel(QWidget* parent) : QLabel(parent) {
+  setAttribute(Qt::WA_NoSystemBackground);  // it has none: nothing to be painted for it
+}
+
 void TextLabel::changeEvent(QEvent* event) {
   QLabel::changeEvent(event);
   mText.clear();
@@ -37,6 +41,7 @@ void TextLabel::changeEvent(QEvent* event) {
 void TextLabel::paintEvent(QPaintEvent* event) {
   if (text().isEmpty()) return;
   if (mText != text() || mSize != size() || mAlignment != alignment()) Measure();
+  if (!event->region().intersects(mPlace)) return;
   QPainter painter(this);
   const bool isWhole = event->rect().contains(mPlace) && event->region().rectCount() == 1;
   const QImage ground = isWhole ? PaintedIn(painter, mPlace) : QImage();

@@ -12,7 +12,7 @@ class QFont;
 /// more on the same ground, it copies what became of that ground the last time. GUI thread.
 class TextLabel : public QLabel {
 public:
-  using QLabel::QLabel;
+  explicit TextLabel(QWidget* parent);
 
 protected:
   void changeEvent(QEvent* event) override;

@@ -104,8 +104,9 @@ void MessageBox::PlacePictures() {
   const auto place = [this](QPoint at, const QString& path) { mPictures.append({at, Picture(path)}); };
   if (box_type == 0) place({0, 0}, messageBoxPath);
   if (box_type == 5) place({0, 0}, messageBox3Path);
+  if (HasButtons()) place({0, 0}, messageBox2Path);
+  setAttribute(Qt::WA_OpaquePaintEvent, !mPictures.isEmpty() && Covers(mPictures.first().picture, size()));
   if (!HasButtons()) return;
-  place({0, 0}, messageBox2Path);
   switch (box_type) {
     case 1:
       place(kLeftButton, btnYesNormalPath);

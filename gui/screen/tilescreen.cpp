@@ -4,8 +4,8 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "gui/base/picture.h"
 #include "gui/base/shell.h"
+#include "gui/screen/page.h"
 #include "gui/screen/screenhost.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
@@ -50,25 +50,18 @@ void TileScreen::touchEvent(int, int x, int y) {
 }
 
 void TileScreen::paintEvent(QPaintEvent* event) {
-  QPainter painter(this);
-  const QRect exposed = event->rect();
-  const Color& bg = gColor.Bg;
-  painter.fillRect(exposed, QColor(bg.r, bg.g, bg.b));
-  PaintPage(painter, exposed);
-  Draw(painter, exposed, kHomeKey.topLeft(), QStringLiteral("common/home_normal.bmp"));
-  Draw(painter, exposed, kTitle, mTitle);
-  if (mHeader == Header::HomeAndBack)
-    Draw(painter, exposed, kBackKey.topLeft(), QStringLiteral("common/back_normal.bmp"));
+  Page page(event->region());
+  FillPage(page);
+  page.Add(kHomeKey.topLeft(), QStringLiteral("common/home_normal.bmp"));
+  page.Add(kTitle, mTitle);
+  if (mHeader == Header::HomeAndBack) page.Add(kBackKey.topLeft(), QStringLiteral("common/back_normal.bmp"));
   for (const Tile& tile : mTiles) {
     if (!tile.there(*this)) continue;
     const QString picture = std::visit([this](const auto& what) { return PictureOf(what); }, tile.what);
-    Draw(painter, exposed, TileRect(tile.row, tile.column).topLeft(), picture);
+    page.Add(TileRect(tile.row, tile.column).topLeft(), picture);
   }
-}
-
-void TileScreen::Draw(QPainter& painter, const QRect& exposed, QPoint at, const QString& path) {
-  const QPixmap picture = Picture(path);
-  if (QRect(at, picture.size()).intersects(exposed)) painter.drawPixmap(at, picture);
+  QPainter painter(this);
+  page.Paint(painter, QColor(gColor.Bg.r, gColor.Bg.g, gColor.Bg.b));
 }
 
 // ---- keys

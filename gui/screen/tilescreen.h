@@ -6,7 +6,7 @@
 
 #include "gui/screen/basewidget.h"
 
-class QPainter;
+class Page;
 struct Button_Config;
 struct Image_Config;
 struct Setting_Config;
@@ -84,13 +84,10 @@ protected:
   void paintEvent(QPaintEvent* event) override;
 
   // What a screen has beside or instead of tiles.
-  virtual void PaintPage(QPainter&, const QRect& /*exposed*/) {}  ///< below header and tiles
-  virtual void TouchPage(int /*x*/, int /*y*/) {}                 ///< a touch of none of them
+  virtual void FillPage(Page&) {}                  ///< below header and tiles
+  virtual void TouchPage(int /*x*/, int /*y*/) {}  ///< a touch of none of them
   virtual void PressHome() { EntryPreview(); }
   virtual void PressBack() { Back(); }
-
-  /// Draws a picture when it reaches into `exposed`.
-  static void Draw(QPainter& painter, const QRect& exposed, QPoint at, const QString& picture);
 
   /// Where a tile stands.
   static QRect TileRect(int row, int column);

@@ -1,10 +1,10 @@
 #include "gui/setup/filemanagement.h"
 
 #include <QLabel>
-#include <QPainter>
 
 #include "gui/base/shell.h"
 #include "gui/screen/label.h"
+#include "gui/screen/page.h"
 #include "gui/settings/settings.h"
 
 namespace {
@@ -162,37 +162,35 @@ void FileManagement::UpdateLabel() {
   lblParkNum->setText(QStringLiteral("%1 %").arg(stConfig.ucParkingFileSize));
 }
 
-void FileManagement::PaintPage(QPainter& painter, const QRect& exposed) {
-  Draw(painter, exposed, kPage, QStringLiteral("filemanagement/bg.bmp"));
-  for (const Legend& legend : {kEvent, kNormal, kParking})
-    Draw(painter, exposed, {legend.x, kIconTop}, QLatin1String(legend.icon));
-  Draw(painter, exposed, kZero, QStringLiteral("filemanagement/icon_zero.bmp"));
-  Draw(painter, exposed, kHundred, QStringLiteral("filemanagement/icon_hundred.bmp"));
-  PaintBar(painter, exposed);
+void FileManagement::FillPage(Page& page) {
+  page.Add(kPage, QStringLiteral("filemanagement/bg.bmp"));
+  for (const Legend& legend : {kEvent, kNormal, kParking}) page.Add({legend.x, kIconTop}, QLatin1String(legend.icon));
+  page.Add(kZero, QStringLiteral("filemanagement/icon_zero.bmp"));
+  page.Add(kHundred, QStringLiteral("filemanagement/icon_hundred.bmp"));
+  AddBar(page);
   const Boundary selected = nCurCtrlIdx == EventNormal ? EventNormal : NormalParking;
-  PaintHandle(painter, exposed, selected == EventNormal ? NormalParking : EventNormal);
-  PaintHandle(painter, exposed, selected);
-  Draw(painter, exposed, kMinus, QStringLiteral("filemanagement/minus_normal.bmp"));
-  Draw(painter, exposed, kPlus, QStringLiteral("filemanagement/plus_normal.bmp"));
+  AddHandle(page, selected == EventNormal ? NormalParking : EventNormal);
+  AddHandle(page, selected);
+  page.Add(kMinus, QStringLiteral("filemanagement/minus_normal.bmp"));
+  page.Add(kPlus, QStringLiteral("filemanagement/plus_normal.bmp"));
 }
 
-void FileManagement::PaintBar(QPainter& painter, const QRect& exposed) const {
-  Draw(painter, exposed, kBar, QStringLiteral("filemanagement/control_bar_bg.bmp"));
+void FileManagement::AddBar(Page& page) const {
+  page.Add(kBar, QStringLiteral("filemanagement/control_bar_bg.bmp"));
   if (eFM_Mode == FM_MODE_NUM) return;
   const int normal = PositionOf(EventNormal) / kStepWidth;
   const int parking = PositionOf(NormalParking) / kStepWidth;
   for (int step = 0; step < 10; ++step)
-    Draw(painter, exposed, kBar + QPoint(kStepWidth * step, 0),
-         step < normal    ? QStringLiteral("filemanagement/bar_event.bmp")
-         : step < parking ? QStringLiteral("filemanagement/bar_normal.bmp")
-                          : QStringLiteral("filemanagement/bar_parking.bmp"));
+    page.Add(kBar + QPoint(kStepWidth * step, 0), step < normal    ? QStringLiteral("filemanagement/bar_event.bmp")
+                                                  : step < parking ? QStringLiteral("filemanagement/bar_normal.bmp")
+                                                                   : QStringLiteral("filemanagement/bar_parking.bmp"));
 }
 
-void FileManagement::PaintHandle(QPainter& painter, const QRect& exposed, Boundary boundary) const {
+void FileManagement::AddHandle(Page& page, Boundary boundary) const {
   if (!IsOffered(boundary)) return;
   const int at = PositionOf(boundary);
-  Draw(painter, exposed, {at + kBar.x() - 2, kBar.y()}, QStringLiteral("filemanagement/inter_line.bmp"));
-  Draw(painter, exposed, {at + kHandleLeft, kHandleTop},
-       boundary == nCurCtrlIdx ? QStringLiteral("filemanagement/handle_select.bmp")
-                               : QStringLiteral("filemanagement/handle_normal.bmp"));
+  page.Add({at + kBar.x() - 2, kBar.y()}, QStringLiteral("filemanagement/inter_line.bmp"));
+  page.Add({at + kHandleLeft, kHandleTop}, boundary == nCurCtrlIdx
+                                               ? QStringLiteral("filemanagement/handle_select.bmp")
+                                               : QStringLiteral("filemanagement/handle_normal.bmp"));
 }

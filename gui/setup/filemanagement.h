@@ -33,7 +33,7 @@ public:
   static FileManagement_Config SetDefaultSizeSet(FM_MODE mode);
 
 protected:
-  void PaintPage(QPainter& painter, const QRect& exposed) override;
+  void FillPage(Page& page) override;
   void TouchPage(int x, int y) override;
 
 private:
@@ -46,8 +46,8 @@ private:
   void ProcessBtn(bool isPlus);
   bool IsOffered(Boundary boundary) const;
   int PositionOf(Boundary boundary) const;
-  void PaintBar(QPainter& painter, const QRect& exposed) const;
-  void PaintHandle(QPainter& painter, const QRect& exposed, Boundary boundary) const;
+  void AddBar(Page& page) const;
+  void AddHandle(Page& page, Boundary boundary) const;
 
   bool bParkingOff = false;
   bool bGSensorOff = false;

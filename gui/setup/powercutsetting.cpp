@@ -1,9 +1,9 @@
 #include "gui/setup/powercutsetting.h"
 
-#include <QPainter>
 #include <algorithm>
 
 #include "gui/base/shell.h"
+#include "gui/screen/page.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
 
@@ -105,12 +105,11 @@ void PowerCutSetting::SetManual(bool manual) {
 
 // ---- painting
 
-void PowerCutSetting::PaintPage(QPainter& painter, const QRect& exposed) {
-  Draw(painter, exposed, {0, 0}, gPowerCutSettingConfig.Bg);
-  for (int level = 0; level < kLevels; ++level)
-    Draw(painter, exposed, CellRect(level).topLeft(), mVolImage[size_t(level)]);
+void PowerCutSetting::FillPage(Page& page) {
+  page.Add({0, 0}, gPowerCutSettingConfig.Bg);
+  for (int level = 0; level < kLevels; ++level) page.Add(CellRect(level).topLeft(), mVolImage[size_t(level)]);
   const auto button = [&](QPoint at, const Button_Config& key, bool chosen) {
-    Draw(painter, exposed, at, chosen ? key.ReleaseImage : key.DisableImage);
+    page.Add(at, chosen ? key.ReleaseImage : key.DisableImage);
   };
   button(kRecommended, gPowerCutSettingConfig.Recommended, mRecommendFlag);
   button(kManual, gPowerCutSettingConfig.Manual, !mRecommendFlag);

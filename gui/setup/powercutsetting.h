@@ -16,7 +16,7 @@ public:
   explicit PowerCutSetting(QWidget* parent);
 
 protected:
-  void PaintPage(QPainter& painter, const QRect& exposed) override;
+  void FillPage(Page& page) override;
   void TouchPage(int x, int y) override;
 
 private:

@@ -2,7 +2,6 @@
 
 #include <QDate>
 #include <QLabel>
-#include <QPainter>
 #include <algorithm>
 
 #include "gui/base/eventgate.h"
@@ -10,6 +9,7 @@
 #include "gui/screen/clock.h"
 #include "gui/screen/label.h"
 #include "gui/screen/messagebox.h"
+#include "gui/screen/page.h"
 #include "gui/settings/settings.h"
 
 namespace {
@@ -194,12 +194,11 @@ void TimeLayout::UpdateLabels() {
   }
 }
 
-void TimeLayout::PaintPage(QPainter& painter, const QRect& exposed) {
-  Draw(painter, exposed, kPage, gTimeSet.Bg);
+void TimeLayout::FillPage(Page& page) {
+  page.Add(kPage, gTimeSet.Bg);
   for (const Field& field : kFields)
-    Draw(painter, exposed, field.picture.topLeft(),
-         field.type == mCurItem ? field.key->PressImage : field.key->ReleaseImage);
-  Draw(painter, exposed, kDown, gTimeSet.Down.ReleaseImage);
-  Draw(painter, exposed, kUp, gTimeSet.Up.ReleaseImage);
-  Draw(painter, exposed, kConfirm, gTimeSet.Confirm.ReleaseImage);
+    page.Add(field.picture.topLeft(), field.type == mCurItem ? field.key->PressImage : field.key->ReleaseImage);
+  page.Add(kDown, gTimeSet.Down.ReleaseImage);
+  page.Add(kUp, gTimeSet.Up.ReleaseImage);
+  page.Add(kConfirm, gTimeSet.Confirm.ReleaseImage);
 }

@@ -46,7 +46,7 @@ public slots:
   void touchReleaseEvent(bool released);
 
 protected:
-  void PaintPage(QPainter& painter, const QRect& exposed) override;
+  void FillPage(Page& page) override;
   void TouchPage(int x, int y) override;
   void PressHome() override;
   void PressBack() override;

@@ -1,12 +1,12 @@
 #include "gui/setup/voltagecompensation.h"
 
-#include <QPainter>
 #include <QTimer>
 
 #include "gui/base/picture.h"
 #include "gui/base/shell.h"
 #include "gui/screen/clock.h"
 #include "gui/screen/messagebox.h"
+#include "gui/screen/page.h"
 #include "gui/settings/config.h"
 
 namespace {
@@ -159,10 +159,10 @@ void VoltageCompensation::EscapeVolComMenu() {
 
 // ---- painting
 
-void VoltageCompensation::PaintPage(QPainter& painter, const QRect& exposed) {
-  Draw(painter, exposed, kPage, gVoltageCompensation.Bg);
-  Draw(painter, exposed, kProgressGround, gVoltageCompensation.ProgressBg);
+void VoltageCompensation::FillPage(Page& page) {
+  page.Add(kPage, gVoltageCompensation.Bg);
+  page.Add(kProgressGround, gVoltageCompensation.ProgressBg);
   if (loadingCount <= 0) return;
   const QPixmap progressEna = Picture(gVoltageCompensation.Progress);
-  painter.drawPixmap(kProgress, progressEna, QRect(0, 0, kPixelsPerSecond * loadingCount, progressEna.height()));
+  page.Add(QRect(kProgress, QSize(kPixelsPerSecond * loadingCount, progressEna.height())), progressEna);
 }

@@ -20,7 +20,7 @@ public slots:
   void TimeoutRecvResult();
 
 protected:
-  void PaintPage(QPainter& painter, const QRect& exposed) override;
+  void FillPage(Page& page) override;
   void PressHome() override;
 
 private:
