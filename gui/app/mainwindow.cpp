@@ -342,8 +342,9 @@ void MainWindow::SetRecvMessageBox(int messageId, int value, int timeoutMs) {
   if (screen && IsCurrent({PFILEGRAPH})) screen->Back();
 
   if (IsCurrent({PREVIEW})) {
+    const bool wasShown = screen->isVisible();
     emit previewEnable(true);
-    gEventGate.ProcessEvents();
+    if (!wasShown) gEventGate.ProcessEvents();  // the preview first, then the box
   }
   screen = gWidgetManager.GetCurrentWidget();
   if (!screen) return;

@@ -40,6 +40,7 @@ enum { kStageNone = 0, kStageCheck = 1, kStageCheckShown = 2, kStageDone = 3, kS
 constexpr QSize kKeySize(71, 60);
 constexpr QPoint kViewKey(4, 3), kMicKey(79, 3), kRearKey(154, 3), kMenuKey(229, 3), kLowerLeft(4, 66),
     kLowerRight(79, 66);
+constexpr QRect kOfView(kViewKey, QPoint(149, 125));  // the keys that another view changes
 
 // The view that is shown: 0 both, 1 front, 2 rear; a stored value that is none of these shows the front.
 int View() {
@@ -474,7 +475,7 @@ void PreviewLayout::PressView() {
   }
   const int next = NextOf(View(), 3);
   gEnvirnmentSettings.mSetting.display = next;
-  repaint();  // it is seen before the file is written
+  repaint(kOfView);  // it is seen before the file is written
   SwitchView(next);
   PlayClick();
   SendEvent(SEND_SWITCH_DISPLAY, next, QString());
@@ -523,7 +524,7 @@ void PreviewLayout::PressLowerRight() {
 void PreviewLayout::Step(int& value, int count, Setting_Id setting, Send_Event command) {
   value = NextOf(value, count);
   PlayClick();
-  repaint();
+  repaint(QRect(kLowerLeft, kKeySize));
   const QPointer<PreviewLayout> here(this);
   gEventGate.ProcessEvents();
   if (!here) return;

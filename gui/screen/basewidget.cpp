@@ -132,7 +132,8 @@ void BaseWidget::ShowMessageBox(int kind, int a, int b, const QString& text, boo
   else
     box = new MessageBox(this, kind, a, b, text, c, d);
   box->show();
-  box->raise();  // labels of the screen may have been made after the box
+  box->raise();              // labels of the screen may have been made after the box
+  if (recv) box->repaint();  // what the recorder tells is seen at once
 }
 
 void BaseWidget::DelMessageBox() {

@@ -40,9 +40,17 @@ void TextLabel::changeEvent(QEvent* event) {
 
 void TextLabel::paintEvent(QPaintEvent* event) {
   if (text().isEmpty()) return;
-  if (mText != text() || mSize != size() || mAlignment != alignment()) Measure();
-  if (!event->region().intersects(mPlace)) return;
   QPainter painter(this);
+  if (mText != text() || mSize != size() || mAlignment != alignment()) {  // it must come soon: remembered the next time
+    mText = text();
+    mSize = size();
+    mAlignment = alignment();
+    mPlace = QRect();
+    painter.drawText(rect(), int(mAlignment), mText);
+    return;
+  }
+  if (mPlace.isNull()) Measure();
+  if (!event->region().intersects(mPlace)) return;
   const bool isWhole = event->rect().contains(mPlace) && event->region().rectCount() == 1;
   const QImage ground = isWhole ? PaintedIn(painter, mPlace) : QImage();
   if (!ground.isNull() && AreSame(ground, mGround)) {
@@ -56,9 +64,6 @@ void TextLabel::paintEvent(QPaintEvent* event) {
 }
 
 void TextLabel::Measure() {
-  mText = text();
-  mSize = size();
-  mAlignment = alignment();
   mPlace = fontMetrics().boundingRect(rect(), int(mAlignment), mText);
   mPlace = mPlace.adjusted(-kOverhang, -kOverhang, kOverhang, kOverhang) & rect();
   mGround = mPicture = QImage();

@@ -8,8 +8,8 @@
 
 class QFont;
 
-/// A label of plain text. To lay out and to blend in letters takes longer than all the rest of most pages: painted once
-/// more on the same ground, it copies what became of that ground the last time. GUI thread.
+/// A label of plain text. To lay out and to blend in letters takes longer than all the rest of most pages: painted
+/// again on the same ground, it copies what became of that ground the last time. GUI thread.
 class TextLabel : public QLabel {
 public:
   explicit TextLabel(QWidget* parent);
