@@ -342,9 +342,8 @@ void MainWindow::SetRecvMessageBox(int messageId, int value, int timeoutMs) {
   if (screen && IsCurrent({PFILEGRAPH})) screen->Back();
 
   if (IsCurrent({PREVIEW})) {
-    const bool wasShown = screen->isVisible();
     emit previewEnable(true);
-    if (!wasShown) gEventGate.ProcessEvents();  // the preview first, then the box
+    gEventGate.ProcessEvents();
   }
   screen = gWidgetManager.GetCurrentWidget();
   if (!screen) return;
