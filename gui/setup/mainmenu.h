@@ -18,8 +18,8 @@ public:
   /// Days since the card was formatted; -1 when nobody knows.
   static int GetSinceDayOfSdFormat();
 
-  /// Days from `then` to `now`, seconds since 1970: whole ones, but yesterday is one day ago. Days are those of the local
-  /// calendar.
+  /// Days from `then` to `now`, seconds since 1970: whole ones, but yesterday is one day ago. Days are those of the
+  /// local calendar.
   static int DaysBetween(qint64 then, qint64 now);
 
 private:

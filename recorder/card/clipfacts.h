@@ -11,7 +11,7 @@ namespace recorder {
 
 /// What is to be known of a recording on the card to make another one like it: all but its pictures.
 struct ClipFacts {
-  static constexpr int kLongest = 60000;       ///< ms
+  static constexpr int kLongest = 60000;    ///< ms
   static constexpr int kLargest = 1 << 20;  ///< bytes of one that is not whole
 
   QString name;        ///< of a recording, "rec0_20260131_235959.avi"

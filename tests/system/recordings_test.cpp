@@ -379,7 +379,9 @@ private slots:
   }
 
   void theDetectKeyProtectsARecording() {
-    Start(Fast());
+    Recorder::Delays delays = Fast();
+    delays.manualEvent = 1000;  // long enough for a picture on a busy machine
+    Start(delays);
     QCOMPARE(Ask(SFIELD_SET_CURRENT_RECORDING_FILE_DETECT, 0), 0);
     QTRY_COMPARE(Recordings("ndf0").size(), 1);
     QTRY_COMPARE(Recordings("ndf1").size(), 1);
