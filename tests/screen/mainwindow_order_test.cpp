@@ -15,7 +15,7 @@ private slots:
   void init() { Start(root); }
   void cleanup() { Stop(); }
 
-  // An event's box lets Qt paint; the next events are at the door then.
+  // An event's box lets Qt paint twice; both times the next events are at the door.
   void eventsAreHandledInTheOrderOfTheirArrival() {
     PostEvent(RECV_ZEL_STATUS_MUTE_ON, 2);
     PostEvent(RECV_ZEL_STATUS_SPEED, 3);
