@@ -8,11 +8,9 @@
 #include "perf/table.h"
 
 namespace {
-/// Every round when it is told, else the median.
-std::vector<double> Values(const QJsonObject& taken, const char* rounds, const char* median) {
+std::vector<double> Values(const QJsonValue& rounds) {
   std::vector<double> values;
-  for (const QJsonValue& value : taken.value(QLatin1String(rounds)).toArray()) values.push_back(value.toDouble());
-  if (values.empty()) values.push_back(taken.value(QLatin1String(median)).toDouble());
+  for (const QJsonValue& value : rounds.toArray()) values.push_back(value.toDouble());
   return values;
 }
 }  // namespace
@@ -32,8 +30,14 @@ void MeasureScan(Table& table) {
     if (!catalogue.waitForFinished(900000) || catalogue.exitCode() != 0) Fail("the catalogue cannot be measured");
     const QJsonObject taken = QJsonDocument::fromJson(catalogue.readAllStandardOutput()).object();
     const auto figure = [&taken](const char* name) { return taken.value(QLatin1String(name)).toDouble(); };
-    table.Add(qPrintable(QStringLiteral("scan-%1").arg(count)), QStringLiteral("scan of %L1 recordings").arg(count),
-              "ms", {Values(taken, "bares", "bare"), Values(taken, "scans", "scan")}, {Goal::Times, 1.15});
+    const auto add = [&](const char* key, const char* name, const char* floor, const char* value) {
+      table.Add(qPrintable(QString::asprintf(key, count)), QString::fromLatin1(name).arg(count), "ms",
+                {Values(taken.value(QLatin1String(floor))), Values(taken.value(QLatin1String(value)))},
+                {Goal::Times, 1.15});
+    };
+    add("scan-%d", "scan of %L1 recordings", "bares", "scans");
+    if (!taken.value(QLatin1String("coldScans")).toArray().isEmpty())
+      add("scan-%d-cold", "scan of %L1 recordings that are read from the disk", "coldBares", "coldScans");
     if (count == 50000) {
       if (figure("calls") > 0)
         table.AddValue("scan-calls", QStringLiteral("system calls for each recording"), "",
