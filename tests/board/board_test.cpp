@@ -1,0 +1,241 @@
+// ./test --board: the product on an emulated board.
+#include <QTest>
+#include <QTextStream>
+
+#include "tests/board/board.h"
+
+namespace {
+constexpr QPoint kMenu(265, 33), kHome(40, 30), kTile11(80, 125), kTile22(240, 255), kTile23(400, 255), kYes(140, 236),
+    kBeside(300, 200), kFirstRecording(200, 86), kPlayerBack(360, 290);
+constexpr int kShownMs = 60000;
+}  // namespace
+
+class BoardTest : public QObject {
+  Q_OBJECT
+
+private slots:
+  void initTestCase();
+  void init();
+  void thePreviewIsShown();
+  void aTouchOpensTheMenu();
+  void anOptionIsChangedAndApplied();
+  void recordingsAreListedAndPlayed();
+  void theLcdGoesOffAndOn();
+  void thePanelIsUnpluggedAndReplaced();
+  void aKilledInterfaceComesBack();
+  void aKilledRecorderComesBack();
+  void aPowerCutLeavesTheOldSettingOrTheNew();
+  void figures();
+
+private:
+  bool Shows(const char* picture);
+  QByteArray LastScreen() const;
+  bool IsOn(const char* screen);
+  bool IsOverlayShown();
+  void OpenPreview();
+  bool Do(QJsonObject action);
+  QString Setting(const char* key);
+
+  QTemporaryDir mFolder;
+  Board mBoard{mFolder.filePath(QStringLiteral("disk"))};
+  QImage mShown;
+};
+
+/// Waits until the display is, pixel by pixel, a picture of tests/pictures. What was there instead is kept in the
+/// build.
+bool BoardTest::Shows(const char* picture) {
+  const QString name = QLatin1String(picture) + QStringLiteral(".png");
+  const QImage known =
+      QImage(QStringLiteral(SOURCE_DIR "/tests/pictures/") + name).convertToFormat(QImage::Format_RGB32);
+  if (known.isNull()) qFatal("%s is not known", picture);
+  if (QTest::qWaitFor([&] { return (mShown = mBoard.Display()) == known; }, kShownMs)) return true;
+  int pixels = 0, most = 0;
+  for (int y = 0; y < known.height(); ++y)
+    for (int x = 0; x < known.width(); ++x) {
+      const QRgb a = mShown.pixel(x, y), b = known.pixel(x, y);
+      const int difference =
+          std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
+      pixels += difference > 0;
+      most = std::max(most, difference);
+    }
+  const QString kept = QStringLiteral(SOURCE_DIR "/build/board-image/") + name;
+  mShown.save(kept);
+  qWarning("%s differs in %d pixels by up to %d levels: %s", picture, pixels, most, qPrintable(kept));
+  return false;
+}
+
+/// The screen that the interface has named last.
+QByteArray BoardTest::LastScreen() const {
+  const QByteArray console = mBoard.Console();
+  const qsizetype at = console.lastIndexOf("\nscreen ");
+  return at < 0 ? QByteArray() : console.mid(at + 8, console.indexOf('\r', at) - at - 8);
+}
+
+bool BoardTest::IsOn(const char* screen) {
+  return QTest::qWaitFor([&] { return LastScreen() == screen; }, kShownMs);
+}
+
+/// The keys of the preview.
+bool BoardTest::IsOverlayShown() {
+  return mBoard.Display().pixel(6, 5) == qRgb(20, 17, 18);
+}
+
+/// An action of the recorder's: {"name", its arguments}.
+bool BoardTest::Do(QJsonObject action) {
+  action.insert(QStringLiteral("type"), QStringLiteral("action"));
+  const QJsonObject answer = mBoard.Record(action);
+  if (!answer.value(QStringLiteral("ok")).toBool()) qWarning() << action << "is answered" << answer;
+  return answer.value(QStringLiteral("ok")).toBool();
+}
+
+/// A setting of the recorder's, by its key in the file of settings.
+QString BoardTest::Setting(const char* key) {
+  const QByteArray lines = mBoard.Run("cat /tmp/config_init.ini").value_or(QByteArray());
+  for (const QByteArray& line : lines.split('\n'))
+    if (line.startsWith(QByteArray(key) + '=')) return QString::fromLatin1(line.mid(line.indexOf('=') + 1));
+  return {};
+}
+
+/// From wherever it is to the live preview, with its keys up.
+void BoardTest::OpenPreview() {
+  for (int i = 0; i < 10 && LastScreen() != "PREVIEW"; ++i) {
+    const QByteArray before = LastScreen();
+    QVERIFY(mBoard.Tap(kHome));
+    (void)QTest::qWaitFor([&] { return LastScreen() != before; }, 5000);
+  }
+  QCOMPARE(LastScreen(), QByteArray("PREVIEW"));
+  QVERIFY(QTest::qWaitFor([this] { return !IsOverlayShown(); }, kShownMs));  // it could hide at any moment
+  QVERIFY(mBoard.Tap(kBeside));
+  QVERIFY(QTest::qWaitFor([this] { return IsOverlayShown(); }, kShownMs));
+}
+
+void BoardTest::initTestCase() {
+  QString error;
+  const QString disk = mFolder.filePath(QStringLiteral("disk"));
+  QVERIFY(QFile::copy(QStringLiteral(SOURCE_DIR "/build/board-image/disk"), disk));
+  QVERIFY2(mBoard.PowerOn(&error), qPrintable(error));
+  QVERIFY(mBoard.Plug());
+}
+
+void BoardTest::init() {
+  OpenPreview();
+}
+
+void BoardTest::thePreviewIsShown() {
+  QVERIFY(Do({{"name", "gps"}, {"state", "fix"}}));
+  QVERIFY(Do({{"name", "speed"}, {"kmh", 87}}));
+  QVERIFY(Do({{"name", "battery"}, {"volts", 12.4}}));
+  QVERIFY(mBoard.Run("date -s '2026-05-08 13:24:00'"));
+  QVERIFY(Shows("preview"));
+}
+
+void BoardTest::aTouchOpensTheMenu() {
+  QVERIFY(mBoard.Tap(kMenu));
+  QVERIFY(IsOn("MAINMENU"));
+  QVERIFY(Shows("main-menu"));
+}
+
+void BoardTest::anOptionIsChangedAndApplied() {
+  QCOMPARE(Setting("spk_volume"), QStringLiteral("2"));
+  for (const auto& [at, screen] :
+       {std::pair(kMenu, "MAINMENU"), {kTile23, "BLACKBOXMANAGEMENT"}, {kTile22, "AUDIOSETTING"}}) {
+    QVERIFY(mBoard.Tap(at));
+    QVERIFY(IsOn(screen));
+  }
+  QVERIFY(Shows("audio"));
+  QVERIFY(mBoard.Tap(kTile11));
+  QVERIFY(QTest::qWaitFor([this] { return Setting("spk_volume") != QStringLiteral("2"); }, kShownMs));
+}
+
+void BoardTest::recordingsAreListedAndPlayed() {
+  for (const QPoint at : {kMenu, kTile11, kYes}) {
+    QVERIFY(mBoard.Tap(at));
+    QVERIFY(at == kTile11 || IsOn(at == kMenu ? "MAINMENU" : "RECORDINGLIST"));
+  }
+  QVERIFY(mBoard.Tap(kFirstRecording));
+  QVERIFY(IsOn("PLAYER"));
+  QVERIFY(mBoard.Tap(kPlayerBack));
+  QVERIFY(IsOn("RECORDINGLIST"));
+}
+
+void BoardTest::theLcdGoesOffAndOn() {
+  const auto light = [this] { return mBoard.Run("cat /run/proc/pwm/pwm0").value_or(QByteArray()).trimmed(); };
+  QVERIFY(light().toInt() > 0);
+  QVERIFY(Do({{"name", "powerKey"}}));
+  QVERIFY(QTest::qWaitFor([&] { return light() == "0"; }, kShownMs));
+  QVERIFY(mBoard.Tap(kMenu));
+  QVERIFY(QTest::qWaitFor([&] { return light().toInt() > 0; }, kShownMs));
+  QCOMPARE(LastScreen(), QByteArray("PREVIEW"));  // a touch in the dark is only for the light
+}
+
+void BoardTest::thePanelIsUnpluggedAndReplaced() {
+  QVERIFY(mBoard.Press(kBeside));  // under the finger
+  QVERIFY(mBoard.Unplug());
+  QVERIFY(mBoard.Plug());
+  QVERIFY(mBoard.Tap(kMenu));
+  QVERIFY(IsOn("MAINMENU"));
+}
+
+void BoardTest::aKilledInterfaceComesBack() {
+  const qsizetype before = mBoard.Console().size();
+  QVERIFY(mBoard.Run("killall -9 dashcam-gui"));
+  QVERIFY(QTest::qWaitFor([&] { return mBoard.Console().mid(before).contains("\nscreen PREVIEW\r"); }, kShownMs));
+  QVERIFY(QTest::qWaitFor([this] { return IsOverlayShown(); }, kShownMs));
+  QVERIFY(mBoard.Tap(kMenu));
+  QVERIFY(IsOn("MAINMENU"));
+}
+
+void BoardTest::aKilledRecorderComesBack() {
+  QVERIFY(mBoard.Run("killall -9 dashcam-recorder"));
+  QVERIFY(QTest::qWaitFor([this] { return mBoard.Run("killall -0 dashcam-recorder").has_value(); }, kShownMs));
+  QVERIFY(QTest::qWaitFor([this] { return Do({{"name", "gps"}, {"state", "fix"}}); }, kShownMs));
+  QVERIFY(Do({{"name", "speed"}, {"kmh", 87}}));
+  QVERIFY(Do({{"name", "battery"}, {"volts", 12.4}}));
+  QVERIFY(mBoard.Run("date -s '2026-05-08 13:24:00'"));
+  QVERIFY(Shows("preview"));
+}
+
+// The current goes while the setting is written: the touch is on the way, the cut at another moment each time.
+void BoardTest::aPowerCutLeavesTheOldSettingOrTheNew() {
+  QString error;
+  for (const int ms : {0, 60}) {
+    for (const QPoint at : {kMenu, kTile23, kTile22}) {
+      const QByteArray before = LastScreen();
+      QVERIFY(mBoard.Tap(at));
+      QVERIFY(QTest::qWaitFor([&] { return LastScreen() != before; }, kShownMs));
+    }
+    const QString old = Setting("spk_volume");
+    QVERIFY(mBoard.Press(kTile11));
+    QTest::qSleep(ms);
+    mBoard.CutPower();
+    QVERIFY2(mBoard.PowerOn(&error), qPrintable(error));
+    QVERIFY(mBoard.Plug());
+    const QString value = Setting("spk_volume");
+    QVERIFY2(value == old || value.toInt() == (old.toInt() + 1) % 4, qPrintable(old + " then " + value));
+    QVERIFY(!Setting("protectfile").isEmpty());  // the file is whole
+    init();
+  }
+}
+
+void BoardTest::figures() {
+  const QByteArray memory = mBoard.Run("grep VmRSS /proc/$(pidof dashcam-gui)/status").value_or(QByteArray());
+  QVERIFY(memory.simplified().split(' ').size() == 3);
+  // From the start of the program to pixels in the emptied display, by the board's own clock.
+  const auto start = mBoard.Run(
+      "dd if=/dev/zero of=/dev/fb0 bs=614400 count=1 2>/dev/null; killall -9 dashcam-gui; rm /run/started;"
+      "while [ ! -s /run/started ]; do usleep 10000; done;"
+      "while ! dd if=/dev/fb0 bs=1920 skip=5 count=1 2>/dev/null | tr -d '\\0' | grep -q .; do usleep 10000; done;"
+      "cut -d' ' -f1 /proc/uptime; cat /run/started");
+  QVERIFY(start);
+  const QList<QByteArray> times = start->trimmed().split('\n');
+  QCOMPARE(times.size(), 2);
+  QTextStream(stdout)
+      << "| power-on to picture | interface start to picture | resident memory | emulator |\n|---|---|---|---|\n| "
+      << QString::number(mBoard.PowerToPicture(), 'f', 1) << " s | "
+      << QString::number(times[0].toDouble() - times[1].toDouble(), 'f', 2) << " s | "
+      << QString::number(memory.simplified().split(' ')[1].toDouble() / 1024, 'f', 1)
+      << " MiB | qemu-system-arm, cortex-a7, emulated |\n";
+}
+
+QTEST_GUILESS_MAIN(BoardTest)
+#include "board_test.moc"
