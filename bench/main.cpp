@@ -14,7 +14,7 @@
 #include "bench/server/webserver.h"
 #include "bench/supervise/janitor.h"
 #include "bench/supervise/rootfolder.h"
-#include "bench/supervise/signals.h"
+#include "recorder/service/signals.h"
 
 namespace {
 constexpr char kHelp[] =

@@ -1,13 +1,11 @@
 #include "bench/camera/bench.h"
 
-#include <QJsonDocument>
 #include <cstring>
-#include <limits>
 
-#include "bench/base/device.h"
-#include "bench/base/members.h"
 #include "bench/lcd/ownpicture.h"
-#include "gui/vocabulary/vocabulary.h"
+#include "bench/supervise/device.h"
+#include "recorder/service/members.h"
+#include "recorder/service/requests.h"
 
 namespace {
 constexpr char kProcesses[] = "Processes";
@@ -59,7 +57,6 @@ const Bench::OwnAction Bench::kOwnActions[] = {
 namespace {
 constexpr int kLongestTap = 60000;  // milliseconds
 constexpr int kUsualTap = 60;
-constexpr int kLargestAction = 1024;  // bytes
 
 Reply NoRecorder() {
   return Reply::NotNow(QStringLiteral("The recorder is stopped."));
@@ -76,7 +73,7 @@ Bench::Bench(const QString& interface, const RootFolder& root, QObject* parent)
 }
 
 void Bench::Connect() {
-  connect(&mLog, &BenchLog::Added, this, &Bench::StateChanged);
+  connect(&mLog, &EventLog::Added, this, &Bench::StateChanged);
   connect(&mFinger, &Finger::Changed, this, &Bench::StateChanged);
   connect(&mShell, &ShellWatch::Asked, this, [this](const QString& command) { mLog.Add("shell", command); });
   connect(&mShell, &ShellWatch::Clicked, this, &Bench::Clicked);
@@ -144,7 +141,7 @@ void Bench::TakeDiagnostic(const QString& line) {
 Reply Bench::StartRecorder() {
   if (mRecorder) return Reply::NotNow(QStringLiteral("The recorder is running."));
   mRecorder = std::make_unique<Recorder>(mRoot.Path());
-  connect(mRecorder.get(), &Recorder::Logged, this, &Bench::LogRecorder);
+  connect(mRecorder.get(), &Recorder::Logged, &mLog, [this](const QJsonObject& entry) { mLog.Add(entry); });
   connect(mRecorder.get(), &Recorder::StateChanged, this, &Bench::StateChanged);
   connect(mRecorder.get(), &Recorder::VideoChanged, this, &Bench::ShowVideo);
   connect(mRecorder.get(), &Recorder::RestartWanted, this, &Bench::RestartInterface);
@@ -185,13 +182,6 @@ void Bench::TapForScenario(int x, int y) {
   const Reply reply = Touch(
       {{QStringLiteral("action"), QStringLiteral("tap")}, {QStringLiteral("x"), x}, {QStringLiteral("y"), y}}, this);
   if (!reply.IsGood()) Note(reply.error);
-}
-
-void Bench::LogRecorder(const QJsonObject& entry) {
-  if (entry.value(QStringLiteral("kind")) == QLatin1String("event") &&
-      entry.value(QStringLiteral("result")).toInt() < 0)
-    mIsEventLost = true;
-  mLog.Add(entry);
 }
 
 void Bench::ShowVideo() {
@@ -237,29 +227,22 @@ Reply Bench::Touch(const QJsonObject& request, const QObject* owner) {
 
 Reply Bench::Event(const QJsonObject& request, const QObject* owner) {
   if (Reply reply = CheckOwner(owner); !reply.IsGood()) return reply;
-  Members members(request);
-  const int event = members.Whole("event", RECV_ZEL_STATUS_SYS_RESTART, RECV_ZEL_STATUS_PARK_INFO_CLOSE);
-  const int value = members.Whole("value", std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), 0);
-  if (const QString error = members.Error(); !error.isEmpty()) return Reply::Bad(error);
+  int event = 0, value = 0;
+  if (Reply reply = requests::TakeEvent(request, &event, &value); !reply.IsGood()) return reply;
   if (!mRecorder) return NoRecorder();
   emit EventTaken(request);
-  if (mRecorder->SendStatus(event, value)) return {};
-  return Reply::NotNow(QStringLiteral("The status queue is full: the interface was not told."));
+  return mRecorder->Tell(event, value);
 }
 
 Reply Bench::Action(const QJsonObject& request, const QObject* owner) {
   if (Reply reply = CheckOwner(owner); !reply.IsGood()) return reply;
-  // The log keeps it whole.
-  if (QJsonDocument(request).toJson(QJsonDocument::Compact).size() > kLargestAction)
-    return Reply::Bad(QStringLiteral("An action has at most %1 bytes.").arg(kLargestAction));
-  Members members(request);
-  const QString name = members.Text("name");
-  const QJsonObject arguments = members.TakeRest();
-  if (const QString error = members.Error(); !error.isEmpty()) return Reply::Bad(error);
+  QString name;
+  QJsonObject arguments;
+  if (Reply reply = requests::TakeAction(request, &name, &arguments); !reply.IsGood()) return reply;
   emit ActionTaken(request);
   for (const OwnAction& action : kOwnActions)
     if (name == QLatin1String(action.name)) return DoOwn(action, arguments);
-  return DoRecorders(name, arguments);
+  return mRecorder ? mRecorder->Act(name, arguments) : NoRecorder();
 }
 
 Reply Bench::OwnPicture(const QByteArray& file, const QObject* owner) {
@@ -288,14 +271,6 @@ Reply Bench::DoOwn(const OwnAction& action, const QJsonObject& arguments) {
   if (!reply.IsGood()) entry.insert(QStringLiteral("error"), reply.error);
   mLog.Add(entry);
   return reply;
-}
-
-Reply Bench::DoRecorders(const QString& name, const QJsonObject& arguments) {
-  if (!mRecorder) return NoRecorder();
-  mIsEventLost = false;
-  QString error;
-  if (mRecorder->Do(name, arguments, &error)) return {};
-  return mIsEventLost ? Reply::NotNow(error) : Reply::Bad(error);
 }
 
 // It stays where it is mounted: the folder has the calibration, too.
@@ -329,23 +304,7 @@ QJsonObject Bench::Actions() {
                                {QStringLiteral("label"), QLatin1String(action.label)},
                                {QStringLiteral("arguments"), arguments}});
   }
-  QJsonArray events;
-  for (int event = RECV_ZEL_STATUS_SYS_RESTART; event <= RECV_ZEL_STATUS_PARK_INFO_CLOSE; ++event)
-    events.append(QJsonObject{{QStringLiteral("event"), event},
-                              {QStringLiteral("name"), QLatin1String(NameOf(RECV_ZEL_STATUS_EVENT(event)))}});
-  return {{QStringLiteral("actions"), actions}, {QStringLiteral("events"), events}};
-}
-
-QJsonValue Bench::VideoState() const {
-  static constexpr const char* kViews[] = {"pip", "front", "rear"};
-  if (!mRecorder) return {};
-  const VideoPlane video = mRecorder->Video();
-  return QJsonObject{{QStringLiteral("view"), QLatin1String(kViews[static_cast<int>(video.view)])},
-                     {QStringLiteral("mirrored"), video.mirrored},
-                     {QStringLiteral("pipCorner"), video.pipCorner},
-                     {QStringLiteral("rearAlive"), video.rearAlive},
-                     {QStringLiteral("recording"), video.recording},
-                     {QStringLiteral("playing"), video.played != nullptr}};
+  return {{QStringLiteral("actions"), actions}, {QStringLiteral("events"), Recorder::Events()}};
 }
 
 QJsonObject Bench::Shown() const {
@@ -375,7 +334,7 @@ QJsonObject Bench::State() const {
                                                 {QStringLiteral("x"), mPanel.Mounted().x},
                                                 {QStringLiteral("y"), mPanel.Mounted().y},
                                                 {QStringLiteral("noise"), mPanel.Mounted().noise}}},
-          {QStringLiteral("video"), VideoState()},
+          {QStringLiteral("video"), mRecorder ? QJsonValue(mRecorder->VideoState()) : QJsonValue()},
           {QStringLiteral("recorder"), mRecorder ? QJsonValue(mRecorder->State()) : QJsonValue()},
           {QStringLiteral("root"), mRoot.Path()},
           {QStringLiteral("log"), mLog.Last()}};

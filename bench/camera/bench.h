@@ -8,8 +8,6 @@
 #include <array>
 #include <memory>
 
-#include "bench/base/benchlog.h"
-#include "bench/base/reply.h"
 #include "bench/lcd/lcdview.h"
 #include "bench/panel/finger.h"
 #include "bench/panel/touchpanel.h"
@@ -18,6 +16,8 @@
 #include "bench/supervise/shellwatch.h"
 #include "bench/supervise/supervisor.h"
 #include "recorder/firmware/recorder.h"
+#include "recorder/service/eventlog.h"
+#include "recorder/service/reply.h"
 
 /// The camera around the interface: recorder, LCD, touch panel, shell, and the interface itself.
 class Bench : public QObject {
@@ -62,7 +62,7 @@ public:
   /// Every action and every status event.
   static QJsonObject Actions();
 
-  BenchLog& Log() { return mLog; }
+  EventLog& Log() { return mLog; }
   LcdView& Lcd() { return mLcd; }
   Finger& TheFinger() { return mFinger; }
 
@@ -92,15 +92,12 @@ private:
   Reply KillInterface();
   Reply MountPanel(const Mounting& mounting);
   Reply DoOwn(const OwnAction& action, const QJsonObject& arguments);
-  Reply DoRecorders(const QString& name, const QJsonObject& arguments);
   Reply CheckOwner(const QObject* owner) const;
   void TapForScenario(int x, int y);
-  void LogRecorder(const QJsonObject& entry);
   void ShowVideo();
-  QJsonValue VideoState() const;
 
   const RootFolder& mRoot;
-  BenchLog mLog;
+  EventLog mLog;
   Supervisor mSupervisor;
   ShellWatch mShell;
   LcdView mLcd;
@@ -108,7 +105,6 @@ private:
   Finger mFinger;
   ScreenReport mReport;
   std::unique_ptr<Recorder> mRecorder;  // null: stopped
-  bool mIsEventLost = false;            // the recorder could not send an event
   bool mHasShown = false;
   QDateTime mClock;                  // null: this machine's
   const QObject* mReplay = nullptr;  // null: input is anybody's

@@ -1,6 +1,6 @@
 #include "bench/panel/finger.h"
 
-Finger::Finger(TouchPanel& panel, BenchLog& log, QObject* parent) : QObject(parent), mPanel(panel), mLog(log) {
+Finger::Finger(TouchPanel& panel, EventLog& log, QObject* parent) : QObject(parent), mPanel(panel), mLog(log) {
   mTap.setSingleShot(true);
   mTap.callOnTimeout([this] { Release(); });
 }

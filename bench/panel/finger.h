@@ -3,9 +3,9 @@
 #include <QObject>
 #include <QTimer>
 
-#include "bench/base/benchlog.h"
-#include "bench/base/reply.h"
 #include "bench/panel/touchpanel.h"
+#include "recorder/service/eventlog.h"
+#include "recorder/service/reply.h"
 
 /// The one finger on the touch panel. What it does is logged.
 class Finger : public QObject {
@@ -19,7 +19,7 @@ public:
     bool isRaw = false;
   };
 
-  Finger(TouchPanel& panel, BenchLog& log, QObject* parent = nullptr);
+  Finger(TouchPanel& panel, EventLog& log, QObject* parent = nullptr);
 
   /// Puts the finger down afresh and lifts it after `ms`. `owner`: whose finger it is, see Leave().
   Reply Tap(const Spot& spot, int ms, const QObject* owner);
@@ -43,7 +43,7 @@ signals:
 
 private:
   TouchPanel& mPanel;
-  BenchLog& mLog;
+  EventLog& mLog;
   QTimer mTap;  // to the release
   const QObject* mOwner = nullptr;
 };

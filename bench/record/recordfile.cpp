@@ -5,8 +5,8 @@
 #include <array>
 #include <cmath>
 
-#include "bench/base/members.h"
 #include "bench/record/recordpicture.h"
+#include "recorder/service/members.h"
 
 namespace {
 constexpr qint64 kLargest = 64 << 20;        // bytes of a file

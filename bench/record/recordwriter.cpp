@@ -26,7 +26,7 @@ bool RecordWriter::Open(const QString& path, const RecordFile& begin, QString* e
   mLook = std::make_unique<RecordLook>(mBench);
   // Before the interface can answer it.
   connect(&mBench.TheFinger(), &Finger::Touching, this, [this] { mTouched = mLook->Seen(); });
-  connect(&mBench.Log(), &BenchLog::Added, this, &RecordWriter::TakeLog);
+  connect(&mBench.Log(), &EventLog::Added, this, &RecordWriter::TakeLog);
   connect(&mBench, &Bench::EventTaken, this, [this](const QJsonObject& request) { TakeInput(Kind::Event, request); });
   connect(&mBench, &Bench::ActionTaken, this, [this](const QJsonObject& request) { TakeInput(Kind::Action, request); });
   connect(&mBench, &Bench::PictureTaken, this, [this](const QByteArray& bmp) {

@@ -53,7 +53,7 @@ Replay::Replay(Bench& bench, const RecordFile& file, const Options& options, QOb
   for (qsizetype i = 0; i < mEntries.size(); ++i)
     for (Stream& stream : mStreams)
       if (mEntries[i].kind == stream.kind && !mEntries[i].Essence().isEmpty()) stream.expected << i;
-  connect(&bench.Log(), &BenchLog::Added, this, &Replay::TakeLog);
+  connect(&bench.Log(), &EventLog::Added, this, &Replay::TakeLog);
   mGo.setInterval(kGo);
   mGo.setTimerType(Qt::PreciseTimer);
   mGo.callOnTimeout([this] { Go(); });

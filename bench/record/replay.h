@@ -6,8 +6,8 @@
 #include <array>
 #include <memory>
 
-#include "bench/base/reply.h"
 #include "bench/record/recordfile.h"
+#include "recorder/service/reply.h"
 
 class Bench;
 class RecordLook;

@@ -2,17 +2,16 @@
 
 #include <QJsonDocument>
 #include <QtEndian>
-#include <cmath>
 
-#include "bench/base/members.h"
 #include "bench/server/requesthead.h"
+#include "recorder/service/members.h"
+#include "recorder/service/requests.h"
 
 namespace {
 constexpr qsizetype kMostEntries = 200;                   // of the log in one message
 constexpr int kMostRectangles = 600;                      // of a picture message
 constexpr qint64 kMostWaiting = qint64{4} * 1024 * 1024;  // bytes that a client has not taken; then it is given up
 constexpr qint64 kLate = qint64{1024} * 1024;             // bytes: more than one whole picture before it
-constexpr double kLargestId = 9007199254740991;           // the whole numbers of JavaScript
 
 void AppendWord(QByteArray* bytes, int word) {
   char little[2];
@@ -86,27 +85,8 @@ void LiveClient::Send(const QJsonObject& message) {
 }
 
 void LiveClient::Take(const QString& message) {
-  const QJsonDocument document = QJsonDocument::fromJson(message.toUtf8());
-  QJsonObject members = document.object();
-  const QString type = members.take(QStringLiteral("type")).toString();
-  const QJsonValue id = members.take(QStringLiteral("id"));
-  const bool isNumber =
-      id.isDouble() && std::abs(id.toDouble()) <= kLargestId && std::trunc(id.toDouble()) == id.toDouble();
-  Reply reply;
-  if (!document.isObject())
-    reply = Reply::Bad(QStringLiteral("The message is no JSON object."));
-  else if (!isNumber && !id.isUndefined())
-    reply = Reply::Bad(QStringLiteral("\"id\" must be a whole number."));
-  else
-    reply = Do(type, members);
-  QJsonObject answer = Typed("answer", "id", isNumber ? id : QJsonValue());
-  if (reply.IsGood()) {
-    answer.insert(QStringLiteral("ok"), true);
-  } else {
-    answer.insert(QStringLiteral("status"), reply.status);
-    answer.insert(QStringLiteral("error"), reply.error);
-  }
-  Send(answer);
+  Send(requests::Answer(message.toUtf8(),
+                        [this](const QString& type, const QJsonObject& members) { return Do(type, members); }));
 }
 
 Reply LiveClient::Do(const QString& type, const QJsonObject& members) {

@@ -175,7 +175,7 @@ WebServer::Answer WebServer::Log(const QHttpServerRequest& request) {
   if (!ReadQuery(request, QStringLiteral("since"), &since))
     return Of(Reply::Bad(QStringLiteral("The query must be since= and a whole number, or nothing.")));
   return Json({{QStringLiteral("last"), mBench.Log().Last()},
-               {QStringLiteral("entries"), mBench.Log().Since(since, BenchLog::kMost)}});
+               {QStringLiteral("entries"), mBench.Log().Since(since, EventLog::kMost)}});
 }
 
 WebServer::Answer WebServer::Restart(const QHttpServerRequest& request) {

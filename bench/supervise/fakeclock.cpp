@@ -8,7 +8,7 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "bench/base/device.h"
+#include "bench/supervise/device.h"
 
 namespace fakeclock {
 namespace {

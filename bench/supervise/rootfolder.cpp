@@ -11,7 +11,7 @@
 #include <QRandomGenerator>
 #include <QtEndian>
 
-#include "bench/base/device.h"
+#include "bench/supervise/device.h"
 
 namespace {
 constexpr int kLockWait = 2000;  // milliseconds: the janitor of a bench that was killed is at work

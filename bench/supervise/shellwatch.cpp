@@ -8,7 +8,7 @@
 #include <QFileInfo>
 #include <algorithm>
 
-#include "bench/base/device.h"
+#include "bench/supervise/device.h"
 
 namespace {
 constexpr qsizetype kLongestCommand = 1000;

@@ -1,16 +1,15 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QString>
+#include <algorithm>
 #include <memory>
 
 #include "recorder/base/picture.h"
-#include "recorder/card/ffmpeg.h"
 
 namespace recorder {
 
 /// Reads a recording picture by picture. The file may be anything: what it says about itself is checked, and no call
-/// takes longer than a moment.
+/// takes longer than a moment. By FFmpeg (recorder/video), or with a black picture in place of all (recorder/blank).
 class ClipReader {
 public:
   enum class Result {
@@ -33,28 +32,17 @@ public:
   bool Seek(qint64 ms);
 
   const std::shared_ptr<const Picture>& Taken() const { return mTaken; }
-  qint64 At() const;      ///< where the picture taken begins, ms
-  qint64 Until() const;   ///< where it ends, ms
-  qint64 Length() const;  ///< of the whole, ms, as the header says
+  qint64 At() const { return Ms(std::max<qint64>(mNumber, 0)); }  ///< where the picture taken begins, ms
+  qint64 Until() const { return Ms(mNumber + 1); }                ///< where it ends, ms
+  qint64 Length() const { return Ms(mPictures); }                 ///< of the whole, ms, as the header says
 
 private:
-  static int Read(void* reader, quint8* bytes, int size);
-  static int64_t SeekBytes(void* reader, int64_t offset, int whence);
-  Result OpenFile(const QString& path);
-  Result OpenFormat();
-  Result OpenCodec();
-  Result Decode();
-  qint64 Ms(qint64 number) const;
+  struct File;
 
-  int mFile = -1;
-  qint64 mSize = 0;
-  QElapsedTimer mClock;  // of the call under way
-  Owned<AVIOContext> mStream;
-  Owned<AVFormatContext> mFormat;
-  Owned<AVCodecContext> mCodec;
-  Owned<AVPacket> mPacket;
-  Owned<AVFrame> mFrame;
-  Owned<SwsContext> mScaler;
+  Result Decode();
+  qint64 Ms(qint64 number) const { return number * 1000 / mRate; }
+
+  std::unique_ptr<File> mFile;
   int mRate = 1;
   qint64 mPictures = 0;  // as the header says
   qint64 mNumber = -1;   // of the picture taken

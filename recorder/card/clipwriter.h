@@ -1,36 +1,31 @@
 #pragma once
 
 #include <QByteArray>
-
-#include "recorder/card/ffmpeg.h"
+#include <memory>
 
 namespace recorder {
 
 /// An AVI file that grows in memory. Its time base is 1 / rate: the header's length ÷ rate is the time in seconds.
+/// Made by FFmpeg (recorder/video), or with a length but without pictures (recorder/blank).
 class ClipWriter {
 public:
   ClipWriter(int width, int height, int rate);  ///< `rate`: pictures a second, 1..60
   ~ClipWriter();
 
+  /// A picture; it may be empty where there are none.
   void Add(const QByteArray& jpeg);
   int Pictures() const { return mPictures; }
   int Rate() const { return mRate; }
 
-  /// The whole file; empty when FFmpeg could not, or a second time.
+  /// The whole file; empty when it could not be made, or a second time.
   QByteArray Finish();
 
 private:
-  static int Write(void* writer, quint8* bytes, int size);
-  static int64_t Seek(void* writer, int64_t offset, int whence);
+  struct File;
 
   int mRate;
   int mPictures = 0;
-  bool mGood = false;
-  QByteArray mBytes;
-  qsizetype mAt = 0;
-  Owned<AVIOContext> mStream;
-  Owned<AVFormatContext> mFormat;
-  Owned<AVPacket> mPacket;
+  std::unique_ptr<File> mFile;
 };
 
 }  // namespace recorder

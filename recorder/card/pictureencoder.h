@@ -1,28 +1,25 @@
 #pragma once
 
 #include <QByteArray>
+#include <memory>
 
 #include "recorder/base/picture.h"
-#include "recorder/card/ffmpeg.h"
 
 namespace recorder {
 
-/// Makes JPEG pictures, all of one size.
+/// Makes JPEG pictures, all of one size: by FFmpeg (recorder/video), or none (recorder/blank).
 class PictureEncoder {
 public:
   PictureEncoder(int width, int height);
   ~PictureEncoder();
 
-  /// One JPEG picture; empty when `picture` has another size, or when FFmpeg cannot.
+  /// One JPEG picture; empty when `picture` has another size, or none can be made.
   QByteArray Encode(const Picture& picture);
 
 private:
-  int mWidth;
-  int mHeight;
-  Owned<AVCodecContext> mCodec;
-  Owned<AVFrame> mFrame;
-  Owned<AVPacket> mPacket;
-  Owned<SwsContext> mScaler;
+  struct Codec;
+
+  std::unique_ptr<Codec> mCodec;
 };
 
 }  // namespace recorder

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <utility>
 
+#include "gui/vocabulary/vocabulary.h"
 #include "platform/sysctrl.h"
 #include "recorder/base/files.h"
 #include "recorder/firmware/actions.h"
@@ -31,7 +32,12 @@ Recorder::Recorder(const QString& root, QObject* parent)
 
 void Recorder::Connect() {
   const Sink* sink = &mParts->sink;
-  connect(sink, &Sink::Logged, this, &Recorder::Logged);
+  connect(sink, &Sink::Logged, this, [this](const QJsonObject& entry) {
+    if (entry.value(QStringLiteral("kind")) == QLatin1String("event") &&
+        entry.value(QStringLiteral("result")).toInt() < 0)
+      mIsEventLost = true;
+    emit Logged(entry);
+  });
   connect(sink, &Sink::StateChanged, this, &Recorder::StateChanged);
   connect(sink, &Sink::VideoChanged, this, &Recorder::VideoChanged);
   connect(sink, &Sink::Stored, this, &Recorder::Stored);
@@ -163,6 +169,18 @@ bool Recorder::Do(const QString& name, const QJsonObject& arguments, QString* er
   return done;
 }
 
+Reply Recorder::Tell(int event, int value) {
+  if (SendStatus(event, value)) return {};
+  return Reply::NotNow(QStringLiteral("The status queue is full: the interface was not told."));
+}
+
+Reply Recorder::Act(const QString& name, const QJsonObject& arguments) {
+  mIsEventLost = false;
+  QString error;
+  if (Do(name, arguments, &error)) return {};
+  return mIsEventLost ? Reply::NotNow(error) : Reply::Bad(error);
+}
+
 bool Recorder::PutOwnPicture(const QByteArray& bmp, QString* error) {
   Hub& hub = mParts->hub;
   const QString path = hub.Path(kOwnPicture);
@@ -182,6 +200,14 @@ bool Recorder::PutOwnPicture(const QByteArray& bmp, QString* error) {
 
 QJsonArray Recorder::Actions() {
   return DescribeActions();
+}
+
+QJsonArray Recorder::Events() {
+  QJsonArray events;
+  for (int event = RECV_ZEL_STATUS_SYS_RESTART; event <= RECV_ZEL_STATUS_PARK_INFO_CLOSE; ++event)
+    events.append(QJsonObject{{QStringLiteral("event"), event},
+                              {QStringLiteral("name"), QLatin1String(NameOf(RECV_ZEL_STATUS_EVENT(event)))}});
+  return events;
 }
 
 bool Recorder::PlayScenario(const QString& file, QString* error) {
@@ -221,4 +247,15 @@ VideoPlane Recorder::Video() const {
   plane.played = mParts->playback.Shown();
   plane.update = mParts->update.Pictures();
   return plane;
+}
+
+QJsonObject Recorder::VideoState() const {
+  static constexpr const char* kViews[] = {"pip", "front", "rear"};
+  const VideoPlane video = Video();
+  return {{QStringLiteral("view"), QLatin1String(kViews[static_cast<int>(video.view)])},
+          {QStringLiteral("mirrored"), video.mirrored},
+          {QStringLiteral("pipCorner"), video.pipCorner},
+          {QStringLiteral("rearAlive"), video.rearAlive},
+          {QStringLiteral("recording"), video.recording},
+          {QStringLiteral("playing"), video.played != nullptr}};
 }

@@ -10,6 +10,7 @@
 #include "recorder/base/delays.h"
 #include "recorder/base/picture.h"
 #include "recorder/base/videoplane.h"
+#include "recorder/service/reply.h"
 
 namespace recorder {
 class CommandServer;
@@ -74,6 +75,10 @@ public:
   /// name or a bad argument, or when it cannot be done now.
   bool Do(const QString& name, const QJsonObject& arguments, QString* error);
 
+  /// SendStatus() and Do() with what is replied to whoever asked: 409 when the interface could not be told.
+  Reply Tell(int event, int value);
+  Reply Act(const QString& name, const QJsonObject& arguments);
+
   /// Puts a picture of the driver's on the card, a BMP file, and restarts the device: the interface takes it at its
   /// start alone. False, with one sentence in `error`, when there is no card, or it cannot be written.
   bool PutOwnPicture(const QByteArray& bmp, QString* error);
@@ -82,6 +87,9 @@ public:
   /// "choices"}]}] A number is whole unless the argument says "fraction": true. An argument may be left out when it
   /// says "optional": true. Choices are texts.
   static QJsonArray Actions();
+
+  /// Every status event: [{"event", "name"}]
+  static QJsonArray Events();
 
   /// Plays the scenario of `file`: one JSON object a line, {"ms", "event", "value"}, {"ms", "action", its arguments} or
   /// {"ms", "touch": {"x", "y"}}; ms (0..86400000) count from the interface's first command, or from now when that has
@@ -93,6 +101,7 @@ public:
   QJsonObject State() const;
 
   VideoPlane Video() const;
+  QJsonObject VideoState() const;  ///< the same for a person and for tests
 
 signals:
   /// One entry of the log: {"kind": "command"|"event"|"action"|"note", "name", "field" or "event", "value", "result",
@@ -123,5 +132,6 @@ private:
   std::unique_ptr<recorder::Parts> mParts;
   std::unique_ptr<recorder::Scenario> mScenario;
   std::unique_ptr<recorder::CommandServer> mServer;
-  bool mGreeted = false;  // an interface has made its first query in this run
+  bool mIsEventLost = false;  // one could not be sent
+  bool mGreeted = false;      // an interface has made its first query in this run
 };

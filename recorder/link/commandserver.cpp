@@ -58,7 +58,9 @@ bool CommandServer::Listen(const QString& path, QString* error) {
     return false;
   }
   std::memcpy(address.sun_path, file.constData(), static_cast<size_t>(file.size()));
-  if (!QDir().mkpath(QFileInfo(path).path()) || chmod(folder.constData(), 0700) < 0) {
+  // The camera's folder is for this user alone; the machine's own /run is everybody's.
+  const bool isOurs = QDir::cleanPath(QFileInfo(path).path()) != QLatin1String("/run");
+  if (!QDir().mkpath(QFileInfo(path).path()) || (isOurs && chmod(folder.constData(), 0700) < 0)) {
     *error = Reason("The folder of the command socket cannot be made");
     return false;
   }
@@ -68,7 +70,9 @@ bool CommandServer::Listen(const QString& path, QString* error) {
   }
   unlink(file.constData());  // of a recorder that has died
   const int socket = ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-  if (socket < 0 || bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) < 0 ||
+  // The socket's file takes its mode from the socket.
+  if (socket < 0 || fchmod(socket, 0600) < 0 ||
+      bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) < 0 ||
       listen(socket, kMostConnections) < 0) {
     *error = Reason("The command socket cannot be opened");
     if (socket >= 0) close(socket);

@@ -6,8 +6,6 @@
 #include <QTest>
 #include <QtEndian>
 
-#include "bench/base/benchlog.h"
-#include "bench/base/members.h"
 #include "bench/panel/finger.h"
 #include "bench/panel/touchpanel.h"
 #include "bench/server/clicksound.h"
@@ -15,6 +13,8 @@
 #include "bench/supervise/rootfolder.h"
 #include "bench/supervise/screenreport.h"
 #include "bench/supervise/shellwatch.h"
+#include "recorder/service/eventlog.h"
+#include "recorder/service/members.h"
 
 namespace {
 constexpr quint16 kPort = 8480;
@@ -147,20 +147,20 @@ private slots:
   }
 
   void logKeepsTheNewest2000() {
-    BenchLog log;
+    EventLog log;
     QCOMPARE(log.Last(), 0);
     QVERIFY(log.Since(0, 10).isEmpty());
     for (int i = 1; i <= 2003; ++i) log.Add("note", QString::number(i));
-    const QJsonArray all = log.Since(0, BenchLog::kMost);
+    const QJsonArray all = log.Since(0, EventLog::kMost);
     QCOMPARE(all.size(), 2000);
     for (int i = 0; i < 2000; ++i) {
       QCOMPARE(all[i][QStringLiteral("number")].toInt(), 2003 - i);
       QCOMPARE(all[i][QStringLiteral("name")].toString(), QString::number(2003 - i));
     }
-    QCOMPARE(log.Since(2001, BenchLog::kMost).size(), 2);
+    QCOMPARE(log.Since(2001, EventLog::kMost).size(), 2);
     QCOMPARE(log.Since(0, 5).last()[QStringLiteral("number")].toInt(), 1999);
-    QVERIFY(log.Since(2003, BenchLog::kMost).isEmpty());
-    QVERIFY(log.Since(9007199254740991, BenchLog::kMost).isEmpty());
+    QVERIFY(log.Since(2003, EventLog::kMost).isEmpty());
+    QVERIFY(log.Since(9007199254740991, EventLog::kMost).isEmpty());
   }
 
   void linesOfTheInterface_data() {
@@ -236,7 +236,7 @@ private slots:
   void tapIsAFreshPressAndARelease() {
     const QTemporaryDir folder;
     TouchPanel panel;
-    BenchLog log;
+    EventLog log;
     Finger finger(panel, log);
     QString error;
     QVERIFY(panel.Open(folder.filePath(QStringLiteral("event0")), &error));
@@ -254,7 +254,7 @@ private slots:
   void fingerIsLiftedWhenItsOwnerLeaves() {
     const QTemporaryDir folder;
     TouchPanel panel;
-    BenchLog log;
+    EventLog log;
     Finger finger(panel, log);
     QString error;
     QVERIFY(panel.Open(folder.filePath(QStringLiteral("event0")), &error));
@@ -270,7 +270,7 @@ private slots:
   void unreadPanelIsSaid() {
     const QTemporaryDir folder;
     TouchPanel panel;
-    BenchLog log;
+    EventLog log;
     Finger finger(panel, log);
     QString error;
     QVERIFY(panel.Open(folder.filePath(QStringLiteral("event0")), &error));

@@ -1,4 +1,4 @@
-#include "bench/supervise/signals.h"
+#include "recorder/service/signals.h"
 
 #include <fcntl.h>
 #include <signal.h>

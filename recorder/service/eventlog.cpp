@@ -1,9 +1,9 @@
-#include "bench/base/benchlog.h"
+#include "recorder/service/eventlog.h"
 
 #include <QDateTime>
 #include <algorithm>
 
-void BenchLog::Add(QJsonObject entry) {
+void EventLog::Add(QJsonObject entry) {
   entry.insert(QStringLiteral("number"), ++mLast);
   entry.insert(QStringLiteral("time"), QDateTime::currentMSecsSinceEpoch());
   mEntries.push_back(entry);
@@ -11,11 +11,11 @@ void BenchLog::Add(QJsonObject entry) {
   emit Added(entry);
 }
 
-void BenchLog::Add(const char* kind, const QString& name) {
+void EventLog::Add(const char* kind, const QString& name) {
   Add({{QStringLiteral("kind"), QLatin1String(kind)}, {QStringLiteral("name"), name}});
 }
 
-QJsonArray BenchLog::Since(qint64 since, qsizetype most) const {
+QJsonArray EventLog::Since(qint64 since, qsizetype most) const {
   const auto all = std::min(static_cast<std::ptrdiff_t>(mEntries.size()), std::ptrdiff_t{most});
   const auto count = static_cast<std::ptrdiff_t>(std::clamp<qint64>(mLast - since, 0, all));
   QJsonArray entries;

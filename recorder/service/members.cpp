@@ -1,4 +1,4 @@
-#include "bench/base/members.h"
+#include "recorder/service/members.h"
 
 int Members::Whole(const char* name, int least, int most, std::optional<int> otherwise) {
   const QJsonValue value = mLeft.take(QLatin1String(name));

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// What becomes of something that a person or a script asked of the bench.
+/// What becomes of something that a person or a script asked of recorder or bench.
 struct Reply {
   int status = 200;  ///< HTTP's; anything else than 200: refused
   QString error;     ///< one sentence

@@ -1,4 +1,4 @@
-#include "recorder/card/ffmpeg.h"
+#include "recorder/video/ffmpeg.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>

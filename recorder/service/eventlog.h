@@ -6,7 +6,7 @@
 #include <deque>
 
 /// The log of recorder and bench: the newest 2000 entries. Their numbers begin at 1 and have no gaps.
-class BenchLog : public QObject {
+class EventLog : public QObject {
   Q_OBJECT
 
 public:
