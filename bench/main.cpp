@@ -28,10 +28,12 @@ constexpr char kHelp[] =
     "  --replay FILE    plays such a file, says what is different, and ends; the exit code is 1 when something is\n"
     "  --fast           as soon as the interface shows what it showed, without the waiting of a person\n"
     "  --differences DIR  puts the pictures that are different there\n"
-    "  --help           prints this\n";
+    "  --help           prints this\n"
+    "  --version        prints the version\n";
 
 struct Options {
   bool help = false;
+  bool version = false;
   quint16 port = 8480;
   QString root;
   QString scenario;
@@ -53,14 +55,14 @@ QString Conflict(const QCommandLineParser& parser) {
 }
 
 bool ReadOptions(const QStringList& arguments, Options* options, QString* error) {
-  const QCommandLineOption help(QStringLiteral("help")), port(QStringLiteral("port"), {}, QStringLiteral("N")),
-      root(QStringLiteral("root"), {}, QStringLiteral("DIR")),
+  const QCommandLineOption help(QStringLiteral("help")), version(QStringLiteral("version")),
+      port(QStringLiteral("port"), {}, QStringLiteral("N")), root(QStringLiteral("root"), {}, QStringLiteral("DIR")),
       scenario(QStringLiteral("scenario"), {}, QStringLiteral("FILE")),
       record(QStringLiteral("record"), {}, QStringLiteral("FILE")),
       replay(QStringLiteral("replay"), {}, QStringLiteral("FILE")), fast(QStringLiteral("fast")),
       differences(QStringLiteral("differences"), {}, QStringLiteral("DIR"));
   QCommandLineParser parser;
-  parser.addOptions({help, port, root, scenario, record, replay, fast, differences});
+  parser.addOptions({help, version, port, root, scenario, record, replay, fast, differences});
   if (!parser.parse(arguments)) {
     *error = parser.errorText();
     return false;
@@ -70,6 +72,7 @@ bool ReadOptions(const QStringList& arguments, Options* options, QString* error)
     return false;
   }
   options->help = parser.isSet(help);
+  options->version = parser.isSet(version);
   options->root = parser.value(root);
   options->scenario = parser.value(scenario);
   options->record = parser.value(record);
@@ -159,6 +162,10 @@ int main(int argc, char** argv) {
   if (!ReadOptions(QCoreApplication::arguments(), &options, &error)) return Fail(2, error);
   if (options.help) {
     QTextStream(stdout) << kHelp;
+    return 0;
+  }
+  if (options.version) {
+    Say(QStringLiteral("dashcam-bench " DASHCAM_VERSION));
     return 0;
   }
   Session session;

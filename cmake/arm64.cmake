@@ -1,3 +1,4 @@
+set(DEBIAN_ARCHITECTURE arm64)
 set(DEBIAN_TRIPLE aarch64-linux-gnu)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
 cmake_path(SET CMAKE_SYSROOT NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../build/sysroot/arm64)

@@ -1,3 +1,4 @@
+set(DEBIAN_ARCHITECTURE armhf)
 set(DEBIAN_TRIPLE arm-linux-gnueabihf)
 set(CMAKE_SYSTEM_PROCESSOR armv7l)
 cmake_path(SET CMAKE_SYSROOT NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../build/sysroot/armhf)

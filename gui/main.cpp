@@ -1,12 +1,26 @@
 #include <QApplication>
 #include <QFont>
+#include <cstdio>
+#include <string_view>
 
 #include "gui/app/commandline.h"
 #include "gui/app/mainwindow.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
 
+namespace {
+constexpr char kHelp[] =
+    "Usage: dashcam-gui [ANY [VOLTAGE [PARKING]]] [-platform NAME]\n"
+    "The dash camera's interface, on a screen of 480 x 320.\n"
+    "  VOLTAGE         1: the voltage is compensated first; 0: it is not\n"
+    "  -platform NAME  how it is drawn: linuxfb on a camera\n"
+    "  --help          prints this\n"
+    "  --version       prints the version\n";
+}  // namespace
+
 int main(int argc, char** argv) {
+  if (argc == 2 && std::string_view(argv[1]) == "--help") return std::fputs(kHelp, stdout) < 0;
+  if (argc == 2 && std::string_view(argv[1]) == "--version") return std::puts("dashcam-gui " DASHCAM_VERSION) < 0;
   PrepareQt();
   QApplication application(argc, argv);
   gEnvirnmentSettings.InitSettingConfig();

@@ -158,10 +158,12 @@ int main(int argc, char** argv) {
   const QString known = QStringLiteral("KNOWN");
   const QCommandLineOption accept(QStringLiteral("accept"), QStringLiteral("Makes them the known ones."), known);
   const QCommandLineOption compare(QStringLiteral("compare"), QStringLiteral("Fails unless they are as known."), known);
+  QCoreApplication::setApplicationVersion(QStringLiteral(DASHCAM_VERSION));
   QCommandLineParser options;
   options.setApplicationDescription(
       QStringLiteral("Writes a picture of every screen and message box into DIR. KNOWN is a folder of pictures."));
   options.addHelpOption();
+  options.addVersionOption();
   options.addOptions({accept, compare});
   options.addPositionalArgument(QStringLiteral("DIR"), QStringLiteral("Made if need be."));
   options.process(application);
