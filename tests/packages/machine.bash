@@ -35,11 +35,10 @@ make_machine() {
   tar -xf "$kept" -C "$machine"
 }
 
-# in_folder COMMAND...: there before it is booted, with this machine's network
-in_folder() {
-  systemd-nspawn --quiet -D "$machine" --register=no --keep-unit --pipe --resolv-conf=copy-host --bind-ro="$packages" \
-    --setenv=DEBIAN_FRONTEND=noninteractive "$@" </dev/null
-}
+# in_folder COMMAND...: there without a boot, with this machine's network
+folder=(--quiet -D "$machine" --register=no --keep-unit --pipe --resolv-conf=copy-host --bind-ro="$packages"
+  --setenv=DEBIAN_FRONTEND=noninteractive)
+in_folder() { systemd-nspawn "${folder[@]}" "$@" </dev/null; }
 
 boot() {
   local loop devices=()
@@ -58,13 +57,13 @@ in_machine() {
 }
 
 shut_down() {
-  if [ -n "$init" ]; then
-    in_machine systemctl poweroff 2>/dev/null || true
+  if [ -n "$nspawn" ]; then
+    if [ -n "$init" ]; then in_machine systemctl poweroff 2>/dev/null || true; else kill "$nspawn" || true; fi
     wait_for 60 has_ended || kill -KILL "$nspawn"
     wait "$nspawn" || true
   fi
-  init=''
-  rm -rf "$machine" "$machine.log"
+  rm -rf "$machine" "$machine".*
+  rmdir "/run/systemd/nspawn/propagate/${machine##*/}" 2>/dev/null || true
 }
 has_ended() { ! kill -0 "$nspawn"; }
 
