@@ -4,7 +4,9 @@
 #include <string_view>
 
 #include "gui/app/commandline.h"
+#include "gui/app/endsignal.h"
 #include "gui/app/mainwindow.h"
+#include "gui/app/servicemanager.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
 
@@ -23,6 +25,7 @@ int main(int argc, char** argv) {
   if (argc == 2 && std::string_view(argv[1]) == "--version") return std::puts("dashcam-gui " DASHCAM_VERSION) < 0;
   PrepareQt();
   QApplication application(argc, argv);
+  EndOnSignal();
   gEnvirnmentSettings.InitSettingConfig();
   gEnvirnmentSettings.SettingTouchValue(true);
   gEnvirnmentSettings.SettingTouchTuningValue(true);
@@ -30,6 +33,7 @@ int main(int argc, char** argv) {
   ApplyFont();
   MainWindow window(nullptr);
   SetInit(argc, argv, &window);
+  const ServiceManager manager(&window);
   window.show();
   return QApplication::exec();
 }

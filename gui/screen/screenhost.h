@@ -65,6 +65,10 @@ public slots:
   virtual void BackPressed() = 0;
   /// Deletes the screens above the lowest one of `id` and shows that.
   virtual void Jumped(WidgetId id) = 0;
+
+signals:
+  /// Told by a step that holds the GUI thread up for long, once a second or so: it goes on.
+  void longStepGoesOn();
 };
 
 /// The one window; null before it is built.

@@ -14,6 +14,7 @@
 #include "gui/base/globals.h"
 #include "gui/recordings/recfilethread.h"
 #include "gui/recordings/recordingfilemanager.h"
+#include "gui/screen/clock.h"
 #include "gui/screen/label.h"
 #include "gui/screen/messagebox.h"
 #include "gui/screen/screenhost.h"
@@ -114,7 +115,7 @@ void MainMenu::GetFileList() {
   RecFileThread thread(this, gMainWindow->GetRecordingFileManager());
   thread.start(QThread::InheritPriority);
   LogThread(thread);
-  thread.wait();
+  while (!thread.wait(kSecondMs)) emit gMainWindow->longStepGoesOn();
   LogThread(thread);
   DelMessageBox();
   Next(RECORDINGLIST);

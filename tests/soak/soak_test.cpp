@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QTextStream>
 #include <QThread>
@@ -172,13 +173,13 @@ private:
     if (found && !mReported) mReported = mClock.elapsed();
   }
 
-  // Signals 9 and 15 are the bench's own, when it was asked to end the interface. The interface never ends by itself,
-  // and one that does for a sanitizer or an assertion has an exit code or another signal.
+  // Exit code 0, and signals 9 and 15, are the bench's own, when it was asked to end the interface. The interface never
+  // ends by itself, and one that does for a sanitizer or an assertion has another exit code or another signal.
   void TakeNote(const QString& sentence) {
     if (sentence == QStringLiteral("The recorder has ended.")) mIsHeld = false;
     if (!sentence.startsWith(QStringLiteral("The interface has ended:"))) return;
-    const bool asked =
-        sentence.endsWith(QStringLiteral("signal 9.")) || sentence.endsWith(QStringLiteral("signal 15."));
+    static const QRegularExpression kAsked(QStringLiteral("(exit code 0|signal 9|signal 15)\\.$"));
+    const bool asked = kAsked.match(sentence).hasMatch();
     if (!asked && !mReported) mReported = mClock.elapsed();
   }
 
