@@ -3,6 +3,7 @@
 #include <limits>
 
 bool gNeedVolCom = false;
+QString gTouchDevice;
 int gNeedFormatFlag = 0;
 int gCountOfCamera = 2;
 bool gIsPlayingVoice = false;

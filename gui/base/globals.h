@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDateTime>
+#include <QString>
 #include <array>
 #include <cstdint>
 
@@ -9,6 +10,7 @@
 /// The process-wide flags that the main window and the screens share. GUI thread, but for the Relaxed ones.
 
 extern bool gNeedVolCom;      ///< voltage compensation asked for on the command line
+extern QString gTouchDevice;  ///< of the command line: the touch panel's device; empty: the camera's
 extern int gNeedFormatFlag;   ///< SD format question pending: 0 none, 1 resolution, 2 frame rate, 3 both
 extern int gCountOfCamera;    ///< 1 or 2; 2 until the recorder says otherwise, so that the stored view survives a start
 extern bool gIsPlayingVoice;  ///< a voice prompt plays: touches are ignored

@@ -1,32 +1,28 @@
 #include "gui/touch/touchthread.h"
 
-#include <fcntl.h>
 #include <linux/input.h>
 #include <poll.h>
 #include <sys/eventfd.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QTimer>
 #include <cerrno>
 #include <cmath>
-#include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <iterator>
 
 #include "gui/base/devicepath.h"
+#include "gui/base/globals.h"
 #include "gui/base/touchtime.h"
 #include "gui/screen/screenhost.h"
 #include "gui/screen/widgetmanager.h"
 #include "gui/settings/settings.h"
+#include "gui/touch/paneldevice.h"
 
 namespace {
 constexpr int kAxisBits = 0x1FF;
 constexpr int kScreenWidth = 480;
 constexpr int kScreenHeight = 320;
-constexpr int kRecordBytes = 16;    // of the camera's 32-bit kernel, and of everything that is no device
-constexpr int kAfterTimeBytes = 8;  // type, code and value
 constexpr unsigned long kEndMs = 1000;
 constexpr int kAutoMs = 200;
 constexpr int kReleaseDelayMs = 10;
@@ -44,58 +40,6 @@ void Restart(QTimer* timer, int ms) {
   timer->setInterval(ms);
   timer->start();
 }
-
-/// The input device while it is open: a character device of this machine's kernel, or a file or FIFO of camera records.
-class Device {
-public:
-  enum class Got { Record, Nothing, End };
-
-  ~Device() { Close(); }
-
-  /// Does not wait for a FIFO's writer; Read() does.
-  bool Open() {
-    Close();
-    mFilled = 0;
-    mFile = open(DevicePath(device::kTouchDevice).toLocal8Bit().constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    struct stat status {};
-    if (mFile < 0 || fstat(mFile, &status) != 0) return false;
-    mSize = S_ISCHR(status.st_mode) ? int(sizeof(input_event)) : kRecordBytes;
-    mIsFifo = S_ISFIFO(status.st_mode);
-    return true;
-  }
-
-  int File() const { return mFile; }
-
-  /// Takes what there is of a record. End: there will be no more.
-  Got Read() {
-    const ssize_t bytes = read(mFile, mRecord + mFilled, size_t(mSize - mFilled));
-    if (bytes < 0) return errno == EINTR || errno == EAGAIN ? Got::Nothing : Got::End;
-    if (bytes == 0) return mIsFifo && Open() ? Got::Nothing : Got::End;  // a FIFO's next writer may come
-    mFilled += int(bytes);
-    if (mFilled < mSize) return Got::Nothing;
-    mFilled = 0;
-    return Got::Record;
-  }
-
-  template <typename Number>
-  int Field(int offset) const {
-    Number number;
-    std::memcpy(&number, mRecord + mSize - kAfterTimeBytes + offset, sizeof number);
-    return number;
-  }
-
-private:
-  void Close() {
-    if (mFile >= 0) close(mFile);
-    mFile = -1;
-  }
-
-  int mFile = -1;
-  int mSize = kRecordBytes;
-  bool mIsFifo = false;
-  char mRecord[sizeof(input_event)] = {};
-  int mFilled = 0;
-};
 }  // namespace
 
 TouchThread::TouchThread(ScreenHost* window)
@@ -127,24 +71,45 @@ void TouchThread::End() {
 }
 
 void TouchThread::run() {
-  Device device;
-  if (!device.Open()) return;
+  const QString path = gTouchDevice.isEmpty() ? DevicePath(device::kTouchDevice) : gTouchDevice;
+  PanelDevice device(path.toLocal8Bit().toStdString());
+  if (device.File() < 0) qWarning("touch: there is no %s, it is waited for", qPrintable(path));
+  TakeStart(device);
   for (;;) {
-    pollfd waited[] = {{device.File(), POLLIN, 0}, {mEndSignal, POLLIN, 0}};
+    pollfd waited[] = {{device.File(), POLLIN, 0}, {device.Changes(), POLLIN, 0}, {mEndSignal, POLLIN, 0}};
     if (poll(waited, std::size(waited), -1) < 0) {
       if (errno == EINTR) continue;
       return;
     }
-    if (waited[1].revents != 0) return;
-    switch (device.Read()) {
-      case Device::Got::End:
-        return;
-      case Device::Got::Nothing:
-        break;
-      case Device::Got::Record:
-        Take(device.Field<std::uint16_t>(0), device.Field<std::uint16_t>(2), device.Field<std::int32_t>(4));
+    if (waited[2].revents != 0) return;
+    if (waited[1].revents != 0 && device.TakeChange()) {
+      Lift();
+      TakeStart(device);
+    } else if (waited[0].revents != 0) {
+      PanelRecord record;
+      switch (device.Read(&record)) {
+        case PanelDevice::Got::End:
+          return;
+        case PanelDevice::Got::Gone:
+          Lift();
+          if (device.File() < 0) qWarning("touch: %s has gone, it is waited for", qPrintable(path));
+          break;
+        case PanelDevice::Got::Nothing:
+          break;
+        case PanelDevice::Got::Record:
+          Take(record.type, record.code, record.value);
+      }
     }
   }
+}
+
+void TouchThread::TakeStart(const PanelDevice& device) {
+  for (const PanelRecord& record : device.Start()) Take(record.type, record.code, record.value);
+}
+
+// The finger of a device that has gone is told by nobody any more.
+void TouchThread::Lift() {
+  if (!mIsRelease) Release();
 }
 
 void TouchThread::Take(int type, int code, int value) {

@@ -6,6 +6,7 @@
 
 #include "gui/base/relaxed.h"
 
+class PanelDevice;
 class QTimer;
 class ScreenHost;
 
@@ -22,7 +23,8 @@ struct TP_COMP {
 };
 
 /// The touch panel's reader. It tells one press for each contact, and a release only to the screens that want one. Its
-/// thread reads the input device; the signals are emitted there. All the rest belongs to the GUI thread.
+/// thread reads the input device, now or whenever there is one; the signals are emitted there. All the rest belongs to
+/// the GUI thread.
 class TouchThread : public QThread {
   Q_OBJECT
 
@@ -96,6 +98,8 @@ protected:
   QTime t;  // null
 
 private:
+  void TakeStart(const PanelDevice& device);
+  void Lift();
   void Press();
   void Release();
 

@@ -20,6 +20,7 @@
 #include <random>
 
 #include "gui/base/devicepath.h"
+#include "gui/base/globals.h"
 #include "gui/screen/widgetmanager.h"
 #include "gui/settings/settings.h"
 #include "tests/fake/hostfake.h"
@@ -186,8 +187,11 @@ private slots:
   void aPanelPointCanBeToldByHand();
 
   // The device
-  void withoutADeviceTheThreadEnds();
-  void aFolderIsNoDevice();
+  void aDeviceThatComesIsRead_data();
+  void aDeviceThatComesIsRead();
+  void whatIsNoDeviceIsWaitedOut_data();
+  void whatIsNoDeviceIsWaitedOut();
+  void theCommandLinesDeviceIsTakenAsItIsGiven();
   void aFileIsReadToItsEnd();
   void theRestOfAFileIsNoRecord();
   void touchesComeThroughAFifo();
@@ -195,7 +199,10 @@ private slots:
   void theNextWriterIsHeard();
   void withoutAWriterTheReaderSleeps();
   void halfARecordOfAGoneWriterIsForgotten();
-  void aRemovedFifoEndsTheThread();
+  void aGoneWriterLiftsTheFinger();
+  void aRemovedDeviceIsReadOnAndItsNextOneFound();
+  void aReplacedDeviceIsFoundAndTheFingerLifted();
+  void whileNothingHappensTheReaderSleeps();
   void aSignalEndsNothing();
   void aDeviceOfThisMachineHasItsOwnRecords();
   void garbageIsNoHarm();
@@ -207,8 +214,10 @@ void TouchThreadTest::init() {
   mHost = std::make_unique<ListenedHost>();
   gEnvirnmentSettings.mTouchValue.Store(kAsItIs);
   Screen(PREVIEW);
+  root.Write(device::kTouchDevice, {});
   Start();
-  QVERIFY(mReader->wait(5000));  // there is no device: else it might find the one that the test makes
+  QVERIFY(mReader->wait(5000));  // at the end of its file: else it would find the device that the test makes
+  QVERIFY(QFile::remove(mDevice));
 }
 
 void TouchThreadTest::Start() {
@@ -241,8 +250,9 @@ void TouchThreadTest::cleanup() {
   mReader.reset();
   QCoreApplication::sendPostedEvents(this);  // what was told and not asked for is not the next test's
   if (mWriter >= 0) CloseFifo();
-  QFile::remove(mDevice);
-  QDir().rmdir(mDevice);
+  gTouchDevice.clear();
+  QDir(root.Path(QStringLiteral("/dev"))).removeRecursively();
+  QDir().mkpath(QFileInfo(mDevice).path());
   mHost.reset();
 }
 
@@ -585,15 +595,56 @@ void TouchThreadTest::aPanelPointCanBeToldByHand() {
 
 // ---- the device
 
-void TouchThreadTest::withoutADeviceTheThreadEnds() {
-  QTRY_VERIFY(mReader->isFinished());
+void TouchThreadTest::aDeviceThatComesIsRead_data() {
+  QTest::addColumn<QString>("missing");
+  QTest::newRow("device") << QString();
+  QTest::newRow("folder") << QStringLiteral("/dev/input");
+  QTest::newRow("folder above") << QStringLiteral("/dev");
 }
 
-void TouchThreadTest::aFolderIsNoDevice() {
-  QDir().mkdir(mDevice);
+void TouchThreadTest::aDeviceThatComesIsRead() {
+  QFETCH(QString, missing);
+  if (!missing.isEmpty()) QVERIFY(QDir(root.Path(missing)).removeRecursively());
   Start();
-  QTRY_VERIFY(mReader->isFinished());
-  QCOMPARE(Told(), QStringList());
+  QTRY_VERIFY(IsAsleep());
+  if (missing == "/dev") {
+    QVERIFY(QDir().mkdir(root.Path(missing)));
+    QTRY_VERIFY(IsAsleep());
+  }
+  QVERIFY(QDir().mkpath(root.Path("/dev/input")));
+  MakeFifo();
+  OpenFifo();
+  Write(Tap(100, 200));
+  QTRY_COMPARE(mTold, QStringList("press 1 100 200"));
+}
+
+void TouchThreadTest::whatIsNoDeviceIsWaitedOut_data() {
+  QTest::addColumn<QString>("what");
+  for (const char* what : {"folder", "/dev/null", "nothing"}) QTest::newRow(what) << QString::fromLatin1(what);
+}
+
+void TouchThreadTest::whatIsNoDeviceIsWaitedOut() {
+  QFETCH(QString, what);
+  if (what == "folder")
+    QVERIFY(QDir().mkdir(mDevice));
+  else if (what == "/dev/null")
+    QVERIFY(QFile::link(what, mDevice));
+  else
+    QVERIFY(QFile::link(root.Path("/nowhere"), mDevice));
+  Start();
+  QTRY_VERIFY(IsAsleep());
+  QVERIFY(what == "folder" ? QDir().rmdir(mDevice) : QFile::remove(mDevice));
+  MakeFifo();
+  OpenFifo();
+  Write(Tap(100, 200));
+  QTRY_COMPARE(mTold, QStringList("press 1 100 200"));
+}
+
+void TouchThreadTest::theCommandLinesDeviceIsTakenAsItIsGiven() {
+  gTouchDevice = root.Path("/tmp/panel");
+  root.Write("/tmp/panel", Tap(100, 200));
+  Start();
+  QTRY_COMPARE(mTold, QStringList("press 1 100 200"));
 }
 
 void TouchThreadTest::aFileIsReadToItsEnd() {
@@ -672,16 +723,58 @@ void TouchThreadTest::halfARecordOfAGoneWriterIsForgotten() {
   QTRY_COMPARE(mTold, QStringList({"press 1 10 20", "press 1 30 40"}));
 }
 
-void TouchThreadTest::aRemovedFifoEndsTheThread() {
+void TouchThreadTest::aGoneWriterLiftsTheFinger() {
+  Screen(RECORDINGLIST);
+  MakeFifo();
+  Start();
+  OpenFifo();
+  Write(Tap(10, 20).first(48));  // down, and never up
+  QTRY_COMPARE(mTold, QStringList("press 1 10 20"));
+  QVERIFY(!mReader->GetIsRelease());
+  CloseFifo();
+  QTRY_COMPARE(mTold, QStringList({"press 1 10 20", "list 1"}));
+  QVERIFY(mReader->GetIsRelease());
+}
+
+void TouchThreadTest::aRemovedDeviceIsReadOnAndItsNextOneFound() {
   MakeFifo();
   Start();
   OpenFifo();
   QVERIFY(QFile::remove(mDevice));
   Write(Tap(10, 20));
   QTRY_COMPARE(mTold, QStringList("press 1 10 20"));
+  LeaveFifo();
   QVERIFY(mReader->isRunning());
-  CloseFifo();
-  QTRY_VERIFY(mReader->isFinished());
+  MakeFifo();
+  OpenFifo();
+  Write(Tap(30, 40));
+  QTRY_COMPARE(mTold, QStringList({"press 1 10 20", "press 1 30 40"}));
+}
+
+void TouchThreadTest::aReplacedDeviceIsFoundAndTheFingerLifted() {
+  MakeFifo();
+  Start();
+  OpenFifo();
+  Write(Tap(10, 20).first(48));
+  QTRY_COMPARE(mTold, QStringList("press 1 10 20"));
+  const int old = std::exchange(mWriter, -1);
+  const QByteArray next = mDevice.toLocal8Bit() + "next";
+  QCOMPARE(mkfifo(next.constData(), 0600), 0);
+  QCOMPARE(rename(next.constData(), qPrintable(mDevice)), 0);
+  OpenFifo();
+  QTRY_VERIFY(mReader->GetIsRelease());
+  Write(Tap(30, 40));
+  QTRY_COMPARE(mTold, QStringList({"press 1 10 20", "press 1 30 40"}));
+  close(old);
+}
+
+void TouchThreadTest::whileNothingHappensTheReaderSleeps() {
+  Start();
+  QTRY_VERIFY(IsAsleep());
+  const int before = Sleeps();
+  QVERIFY(before > 0);
+  QTest::qWait(500);
+  QCOMPARE(Sleeps(), before);
 }
 
 void TouchThreadTest::aSignalEndsNothing() {
@@ -711,9 +804,17 @@ void TouchThreadTest::aDeviceOfThisMachineHasItsOwnRecords() {
   Write(Tap(100, 200, int(sizeof(input_event))));
   QTRY_COMPARE(mTold, QStringList("press 1 100 200"));
   QTRY_VERIFY(mReader->GetIsRelease());
+  Write(Tap(30, 40, int(sizeof(input_event))).first(3 * int(sizeof(input_event))));
+  QTRY_VERIFY(!mReader->GetIsRelease());
   close(slave);
   CloseFifo();
-  QTRY_VERIFY(mReader->isFinished());  // unplugged
+  QTRY_VERIFY(mReader->GetIsRelease());  // unplugged
+  QTRY_VERIFY(IsAsleep());
+  QVERIFY(QFile::remove(mDevice));
+  MakeFifo();
+  OpenFifo();
+  Write(Tap(50, 60));
+  QTRY_COMPARE(mTold, QStringList({"press 1 100 200", "press 1 30 40", "press 1 50 60"}));
 }
 
 void TouchThreadTest::garbageIsNoHarm() {
@@ -738,13 +839,13 @@ void TouchThreadTest::garbageIsNoHarm() {
 
 void TouchThreadTest::theThreadEndsWheneverItIsTold_data() {
   QTest::addColumn<QString>("when");
-  for (const char* when : {"at once", "no writer yet", "a silent writer", "the writer has gone"})
+  for (const char* when : {"at once", "no device yet", "no writer yet", "a silent writer", "the writer has gone"})
     QTest::newRow(when) << QString::fromLatin1(when);
 }
 
 void TouchThreadTest::theThreadEndsWheneverItIsTold() {
   QFETCH(QString, when);
-  MakeFifo();
+  if (when != "no device yet") MakeFifo();
   Start();
   if (when != "at once") QTRY_VERIFY(IsAsleep());
   if (when.contains("silent") || when.contains("gone")) {
