@@ -28,7 +28,7 @@ make_machine() {
     local site
     site=$(apt-get indextargets --format '$(RELEASE) $(REPO_URI)' | awk '$1 == "bookworm" && !found++ { print $2 }')
     mkdir -p "$(dirname "$kept")"
-    mmdebstrap --quiet --variant=minbase --include=systemd-sysv,dbus,passwd --format=tar bookworm "$kept.part" \
+    mmdebstrap --quiet --variant=minbase --include=systemd-sysv,dbus,passwd,procps --format=tar bookworm "$kept.part" \
       "deb ${site:-http://deb.debian.org/debian} bookworm main"
     mv "$kept.part" "$kept"
   fi
@@ -38,7 +38,7 @@ make_machine() {
 # in_folder COMMAND...: there without a boot, with this machine's network
 folder=(--quiet -D "$machine" --register=no --keep-unit --pipe --resolv-conf=copy-host --bind-ro="$packages"
   --setenv=DEBIAN_FRONTEND=noninteractive)
-in_folder() { systemd-nspawn "${folder[@]}" "$@" </dev/null; }
+in_folder() { systemd-nspawn "${folder[@]}" "$@" </dev/null 2> >(grep -v 'Attempted to remove disk file system' >&2); }
 
 boot() {
   local loop devices=()
@@ -70,6 +70,6 @@ has_ended() { ! kill -0 "$nspawn"; }
 # All files but those of the kernel, of apt and dpkg, and what a running system writes of itself.
 list_files() {
   (cd "$machine" && find . -xdev \( -path ./proc -o -path ./sys -o -path ./dev -o -path ./run -o -path ./tmp -o -path ./var/cache \
-    -o -path ./var/log -o -path ./var/lib/apt -o -path ./var/lib/dpkg -o -path ./var/lib/systemd -o -path ./var/tmp \
+    -o -path ./var/log -o -path ./var/lib/apt -o -path ./var/lib/dpkg -o -path ./var/tmp \
     -o -path ./etc/ld.so.cache -o -path ./etc/resolv.conf \) -prune -o -print | LC_ALL=C sort)
 }
