@@ -66,7 +66,13 @@ bool Board::PowerOn(QString* error) {
                     QTest::qWaitFor([this] { return !Display().isNull() && Display().pixel(0, 0) != qRgb(0, 0, 0); },
                                     int(kStartMs - clock.elapsed()));
   mPowerToPicture = double(clock.elapsed()) / 1000;
-  if (!isUp || !Ask("run true")) {
+  const bool isAnswered = isUp && Ask("run true") &&
+                          QTest::qWaitFor(
+                              [this] {
+                                return !Record({{"type", "state"}}).isEmpty();
+                              },
+                              int(kStartMs - clock.elapsed()));
+  if (!isAnswered) {
     *error = QStringLiteral("The board does not come up. Its console:\n%1").arg(QString::fromUtf8(Console()));
     return false;
   }

@@ -19,8 +19,8 @@ public:
   explicit Board(const QString& disk) : mDisk(disk) {}
   ~Board() { CutPower(); }
 
-  /// Starts the emulator, its clock at 13:24 on 2026-05-08, and waits until the agent answers and the interface has
-  /// shown its preview. False, with one sentence in `error`, when that takes more than 180 s.
+  /// Starts the emulator, its clock at 13:24 on 2026-05-08, and waits until agent and recorder answer and the interface
+  /// has shown its preview. False, with one sentence in `error`, when that takes more than 180 s.
   bool PowerOn(QString* error);
 
   /// At once: what was not on the disk is lost.
