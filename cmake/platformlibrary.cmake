@@ -1,0 +1,136 @@
+# add_platform_library(TARGET LIBRARY...): TARGET links the vendor's platform library, the first LIBRARY, and what that one needs
+# besides: more libraries, or flags of the linker. What is wrong with it ends the configuration with one sentence.
+
+set(PLATFORM_HEADERS ${CMAKE_CURRENT_LIST_DIR}/../platform)
+
+# The functions that the headers declare: a line each that begins with int.
+function(get_platform_functions result)
+  file(GLOB headers ${PLATFORM_HEADERS}/*.h)
+  set(functions "")
+  foreach(header ${headers})
+    file(STRINGS ${header} declarations REGEX "^int [A-Za-z_]+\\(")
+    list(TRANSFORM declarations REPLACE "^int ([A-Za-z_]+).*" "\\1")
+    list(APPEND functions ${declarations})
+  endforeach()
+  set(${result} ${functions} PARENT_SCOPE)
+endfunction()
+
+# What readelf or nm prints of a file; nothing of one that they cannot read.
+function(get_output result)
+  execute_process(COMMAND ${CMAKE_COMMAND} -E env LC_ALL=C ${ARGN} OUTPUT_VARIABLE output ERROR_QUIET)
+  set(${result} "${output}" PARENT_SCOPE)
+endfunction()
+
+# Class, machine and, on ARM, how floats are handed over, as a list without doubles: more than one entry of each when the members
+# of an archive differ.
+function(get_architecture result file)
+  get_output(output ${CMAKE_READELF} -h ${file})
+  string(REGEX MATCHALL "ELF(32|64)|Machine: +[^\n]+|[a-z]+-float ABI" architecture "${output}")
+  list(TRANSFORM architecture REPLACE "Machine: +" "")
+  list(REMOVE_DUPLICATES architecture)
+  list(JOIN architecture " " architecture)
+  set(${result} "${architecture}" PARENT_SCOPE)
+endfunction()
+
+# Links a program with ARGN that uses every function. The program's file is `program`, what the linker says is in `output`.
+function(link_probe links program output)
+  set(includes "")
+  set(uses "")
+  file(GLOB headers ${PLATFORM_HEADERS}/*.h)
+  foreach(header ${headers})
+    string(APPEND includes "#include \"${header}\"\n")
+  endforeach()
+  if(ARGN)
+    get_platform_functions(functions)
+    foreach(function ${functions})
+      string(APPEND uses "reinterpret_cast<void*>(${function}), ")
+    endforeach()
+  endif()
+  try_compile(linked SOURCE_FROM_CONTENT probe.cpp
+    "${includes}void* volatile used[] = {${uses}nullptr};\nint main() { return used[0] == nullptr; }\n"
+    LINK_LIBRARIES ${ARGN} OUTPUT_VARIABLE said COPY_FILE ${program} NO_CACHE)
+  set(${links} ${linked} PARENT_SCOPE)
+  set(${output} "${said}" PARENT_SCOPE)
+endfunction()
+
+function(add_platform_library target library)
+  function(refuse sentence)
+    message(FATAL_ERROR "PLATFORM_LIBRARY: ${sentence}")
+  endfunction()
+
+  foreach(file ${library} ${ARGN})
+    if(file STREQUAL library AND NOT IS_ABSOLUTE "${file}")
+      refuse("${file} is no absolute path.")
+    elseif(IS_ABSOLUTE "${file}" AND (NOT EXISTS "${file}" OR IS_DIRECTORY "${file}"))
+      refuse("there is no file ${file}.")
+    endif()
+  endforeach()
+
+  # A library of either kind, by what is in it.
+  file(READ ${library} magic LIMIT 8 HEX)
+  get_output(header ${CMAKE_READELF} -h ${library})
+  if(magic STREQUAL 213c617263683e0a)  # "!<arch>\n"
+    set(is_shared FALSE)
+    get_output(symbols ${CMAKE_NM} --defined-only ${library})
+  elseif(magic MATCHES "^7f454c46" AND header MATCHES "Type: +DYN")
+    set(is_shared TRUE)
+    get_output(symbols ${CMAKE_NM} -D --defined-only ${library})
+  else()
+    refuse("${library} is neither a shared nor a static library.")
+  endif()
+
+  set(probe ${CMAKE_CURRENT_BINARY_DIR}/platform-probe)
+  link_probe(compiles ${probe} output)
+  if(NOT compiles)
+    refuse("the compiler makes no program:\n${output}")
+  endif()
+  get_architecture(ours ${probe})
+  get_architecture(theirs ${library})
+  if(NOT is_shared)  # objects do not say how floats are handed over; the linker knows
+    string(REGEX REPLACE " [a-z]+-float ABI" "" ours "${ours}")
+    string(REGEX REPLACE " [a-z]+-float ABI" "" theirs "${theirs}")
+  endif()
+  if(NOT ours STREQUAL theirs)
+    refuse("${library} is for ${theirs}, this build is for ${ours}.")
+  endif()
+
+  get_platform_functions(functions)
+  set(missing "")
+  foreach(function ${functions})
+    if(NOT symbols MATCHES " [TWi] ${function}[\n@]")
+      list(APPEND missing ${function})
+    endif()
+  endforeach()
+  if(missing)
+    list(JOIN missing ", " missing)
+    refuse("${library} lacks ${missing}.")
+  endif()
+
+  # What a shared library needs is looked for beside it.
+  set(options "")
+  foreach(file ${library} ${ARGN})
+    if(IS_ABSOLUTE "${file}")
+      cmake_path(GET file PARENT_PATH folder)
+      list(APPEND options -Wl,-rpath-link,${folder})
+    endif()
+  endforeach()
+  link_probe(links ${probe} output ${library} ${ARGN} ${options})
+  if(NOT links)
+    string(REGEX MATCHALL "[^\n]*(undefined reference|not found|cannot find|error:|VFP)[^\n]*" said "${output}")
+    list(JOIN said "\n  " said)
+    refuse("${library} does not link; what it needs besides goes behind it, after a semicolon. The linker says:\n  ${said}")
+  endif()
+
+  if(is_shared)
+    add_library(platform_vendor SHARED IMPORTED GLOBAL)
+    get_output(dynamic ${CMAKE_READELF} -d ${library})
+    if(NOT dynamic MATCHES "SONAME")  # else the program would ask the board for this machine's path
+      set_target_properties(platform_vendor PROPERTIES IMPORTED_NO_SONAME TRUE)
+    endif()
+  else()
+    add_library(platform_vendor STATIC IMPORTED GLOBAL)
+  endif()
+  set_target_properties(platform_vendor PROPERTIES IMPORTED_LOCATION ${library} INTERFACE_LINK_LIBRARIES "${ARGN}")
+  target_link_libraries(${target} INTERFACE platform_vendor)
+  target_link_options(${target} INTERFACE ${options})
+endfunction()
