@@ -1,6 +1,7 @@
 #include "recorder/firmware/scenario.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <algorithm>
 #include <limits>
@@ -70,7 +71,7 @@ bool Scenario::ReadLine(const QByteArray& line, Step* step, QString* error) {
 
 bool Scenario::Load(const QString& path, QString* error) {
   QFile file(path);
-  if (!file.open(QIODevice::ReadOnly) || file.size() > kLargestFile) {
+  if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly) || file.size() > kLargestFile) {
     *error = QStringLiteral("The scenario %1 cannot be read, or is larger than 1 MiB.").arg(path);
     return false;
   }
