@@ -5,6 +5,7 @@
 //   touch X Y        a finger is there, in panel units
 //   lift             it is gone
 //   run COMMAND      a shell command; its output
+//   picture          waits until something is in the display's memory; the seconds since the kernel started
 //   record LINE      to the recorder's socket; its next line
 #define _GNU_SOURCE
 #include <dirent.h>
@@ -19,6 +20,7 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <sys/wait.h>
+#include <time.h>
 #include <unistd.h>
 
 static FILE* answers;
@@ -98,6 +100,17 @@ static int run(const char* command) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : 255;
 }
 
+static int await_picture(void) {
+  const int display = open("/dev/fb0", O_RDONLY | O_CLOEXEC);
+  unsigned pixel = 0;
+  while (pread(display, &pixel, sizeof pixel, 0) == sizeof pixel && (pixel & 0xFFFFFF) == 0) usleep(10000);
+  if (display < 0 || close(display) != 0 || (pixel & 0xFFFFFF) == 0) return 1;
+  struct timespec now;
+  clock_gettime(CLOCK_BOOTTIME, &now);
+  say("%.2f\n", (double)now.tv_sec + (double)now.tv_nsec / 1e9);
+  return 0;
+}
+
 static int record(const char* line) {
   struct sockaddr_un address = {.sun_family = AF_UNIX, .sun_path = "/run/recorder-control.sock"};
   const int file = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -141,6 +154,8 @@ int main(int argc, char** argv) {
       end(lift());
     else if (strncmp(line, "run ", 4) == 0)
       end(run(line + 4));
+    else if (strcmp(line, "picture") == 0)
+      end(await_picture());
     else if (strncmp(line, "record ", 7) == 0)
       end(record(line + 7));
     else
