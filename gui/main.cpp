@@ -5,6 +5,7 @@
 
 #include "gui/app/commandline.h"
 #include "gui/app/endsignal.h"
+#include "gui/app/framebuffer.h"
 #include "gui/app/mainwindow.h"
 #include "gui/app/servicemanager.h"
 #include "gui/settings/config.h"
@@ -12,10 +13,11 @@
 
 namespace {
 constexpr char kHelp[] =
-    "Usage: dashcam-gui [ANY [VOLTAGE [PARKING]]] [-platform NAME]\n"
+    "Usage: dashcam-gui [ANY [VOLTAGE [PARKING]]] [-platform NAME] [--touch PATH]\n"
     "The dash camera's interface, on a screen of 480 x 320.\n"
     "  VOLTAGE         1: the voltage is compensated first; 0: it is not\n"
-    "  -platform NAME  how it is drawn: linuxfb on a camera\n"
+    "  -platform NAME  how it is drawn; linuxfb unless there is a display server\n"
+    "  --touch PATH    the touch panel's device, /dev/input/event0 unless given\n"
     "  --help          prints this\n"
     "  --version       prints the version\n";
 }  // namespace
@@ -23,8 +25,12 @@ constexpr char kHelp[] =
 int main(int argc, char** argv) {
   if (argc == 2 && std::string_view(argv[1]) == "--help") return std::fputs(kHelp, stdout) < 0;
   if (argc == 2 && std::string_view(argv[1]) == "--version") return std::puts("dashcam-gui " DASHCAM_VERSION) < 0;
+  if (!TakeTouchOption(&argc, argv)) return 2;
   PrepareQt();
+  Framebuffer framebuffer;
+  if (!framebuffer.Choose(argc, argv)) return 1;
   QApplication application(argc, argv);
+  framebuffer.Blacken();
   EndOnSignal();
   gEnvirnmentSettings.InitSettingConfig();
   gEnvirnmentSettings.SettingTouchValue(true);

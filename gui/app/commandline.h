@@ -2,6 +2,10 @@
 
 class MainWindow;
 
+/// "--touch PATH", wherever it stands: the touch panel's device. It is taken out of the arguments, which then are the
+/// positional ones and Qt's. False, with one sentence on the standard error, without its path.
+bool TakeTouchOption(int* argc, char** argv);
+
 /// Before the application object: one point is one pixel, no scaling, and Qt's own input and cursor stay off.
 void PrepareQt();
 

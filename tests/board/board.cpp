@@ -99,6 +99,11 @@ std::optional<QByteArray> Board::Run(const QString& command) {
   return Ask("run " + command.toUtf8());
 }
 
+std::optional<double> Board::AwaitPicture() {
+  const auto answer = Ask("picture");
+  return answer ? std::optional(answer->trimmed().toDouble()) : std::nullopt;
+}
+
 QJsonObject Board::Record(const QJsonObject& request) {
   const QByteArray line = QJsonDocument(request).toJson(QJsonDocument::Compact);
   return QJsonDocument::fromJson(Ask("record " + line).value_or(QByteArray())).object();

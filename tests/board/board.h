@@ -29,6 +29,9 @@ public:
   /// Runs a shell command and gives its output; nothing when it fails or takes more than a minute.
   std::optional<QByteArray> Run(const QString& command);
 
+  /// Waits until something is in the display's memory; the seconds since the kernel started.
+  std::optional<double> AwaitPicture();
+
   /// One request of dashcam-recorder's socket and its answer; empty without one.
   QJsonObject Record(const QJsonObject& request);
 

@@ -105,8 +105,12 @@ void BoardTest::OpenPreview() {
   }
   QCOMPARE(Last("screen"), QByteArray("PREVIEW"));
   QVERIFY(QTest::qWaitFor([this] { return !IsOverlayShown(); }, kShownMs));  // it could hide at any moment
-  QVERIFY(mBoard.Tap(kBeside));
-  QVERIFY(QTest::qWaitFor([this] { return IsOverlayShown(); }, kShownMs));
+  bool isShown = false;  // a touch in the dark is only for the light
+  for (int i = 0; i < 10 && !isShown; ++i) {
+    QVERIFY(mBoard.Tap(kBeside));
+    isShown = QTest::qWaitFor([this] { return IsOverlayShown(); }, 5000);
+  }
+  QVERIFY(isShown);
 }
 
 void BoardTest::initTestCase() {
@@ -227,19 +231,15 @@ void BoardTest::figures() {
   const QByteArray memory = mBoard.Run("grep VmRSS /proc/$(pidof dashcam-gui)/status").value_or(QByteArray());
   QVERIFY(memory.simplified().split(' ').size() == 3);
   // From the start of the program to pixels in the emptied display, by the board's own clock.
-  const auto start = mBoard.Run(
-      "dd if=/dev/zero of=/dev/fb0 bs=614400 count=1 2>/dev/null; killall -9 dashcam-gui; rm /run/started;"
-      "while [ ! -s /run/started ]; do usleep 10000; done;"
-      "while ! dd if=/dev/fb0 bs=1920 skip=5 count=1 2>/dev/null | tr -d '\\0' | grep -q .; do usleep 10000; done;"
-      "cut -d' ' -f1 /proc/uptime; cat /run/started");
-  QVERIFY(start);
-  const QList<QByteArray> times = start->trimmed().split('\n');
-  QCOMPARE(times.size(), 2);
+  QVERIFY(
+      mBoard.Run("killall -9 dashcam-gui; rm /run/started; dd if=/dev/zero of=/dev/fb0 bs=614400 count=1 2>/dev/null"));
+  const double shown = mBoard.AwaitPicture().value_or(0);
+  const double started = mBoard.Run("cat /run/started").value_or(QByteArray()).trimmed().toDouble();
+  QVERIFY2(started > 0 && shown > started, qPrintable(QStringLiteral("%1 .. %2").arg(started).arg(shown)));
   QTextStream(stdout)
       << "| power-on to picture | interface start to picture | resident memory | emulator |\n|---|---|---|---|\n| "
-      << QString::number(mBoard.PowerToPicture(), 'f', 1) << " s | "
-      << QString::number(times[0].toDouble() - times[1].toDouble(), 'f', 2) << " s | "
-      << QString::number(memory.simplified().split(' ')[1].toDouble() / 1024, 'f', 1)
+      << QString::number(mBoard.PowerToPicture(), 'f', 1) << " s | " << QString::number(shown - started, 'f', 2)
+      << " s | " << QString::number(memory.simplified().split(' ')[1].toDouble() / 1024, 'f', 1)
       << " MiB | qemu-system-arm, cortex-a7, emulated |\n";
 }
 

@@ -72,6 +72,54 @@ private slots:
     QVERIFY(!gNeedVolCom);
   }
 
+  void theTouchPanelsDevice_data() {
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QStringList>("left");
+    QTest::addColumn<QString>("device");
+    const auto row = [](const char* name, QStringList arguments, QStringList left, QString device) {
+      QTest::newRow(name) << arguments << left << device;
+    };
+    row("none", {"gui", "x", "1"}, {"gui", "x", "1"}, "");
+    row("no arguments", {"gui"}, {"gui"}, "");
+    row("alone", {"gui", "--touch", "/dev/input/event3"}, {"gui"}, "/dev/input/event3");
+    row("behind", {"gui", "x", "1", "0", "--touch", "panel"}, {"gui", "x", "1", "0"}, "panel");
+    row("before", {"gui", "--touch", "panel", "x", "1"}, {"gui", "x", "1"}, "panel");
+    row("between", {"gui", "-platform", "linuxfb", "--touch", "a b", "x"}, {"gui", "-platform", "linuxfb", "x"}, "a b");
+    row("like another option", {"gui", "--touch", "--touch"}, {"gui"}, "--touch");
+    row("longer", {"gui", "--touchy", "panel"}, {"gui", "--touchy", "panel"}, "");
+  }
+  void theTouchPanelsDevice() {
+    QFETCH(QStringList, arguments);
+    QList<QByteArray> bytes;
+    for (const QString& argument : arguments) bytes << argument.toUtf8();
+    QList<char*> argv;
+    for (QByteArray& argument : bytes) argv << argument.data();
+    argv << nullptr;
+    int argc = static_cast<int>(arguments.size());
+    gTouchDevice.clear();
+    QVERIFY(TakeTouchOption(&argc, argv.data()));
+    QStringList left;
+    for (int i = 0; i < argc; ++i) left << QString::fromUtf8(argv[i]);
+    QTEST(left, "left");
+    QVERIFY(!argv[argc]);
+    QTEST(std::exchange(gTouchDevice, {}), "device");
+  }
+  void aTouchPanelWithoutADevice_data() {
+    QTest::addColumn<QByteArray>("path");
+    QTest::addColumn<int>("count");
+    QTest::newRow("no path") << QByteArray() << 3;
+    QTest::newRow("an empty one") << QByteArray("") << 4;
+  }
+  void aTouchPanelWithoutADevice() {
+    QFETCH(QByteArray, path);
+    QFETCH(int, count);
+    QByteArray name("gui"), argument("x"), option("--touch");
+    char* argv[] = {name.data(), argument.data(), option.data(), path.data(), nullptr};
+    argv[count] = nullptr;
+    QVERIFY(!TakeTouchOption(&count, argv));
+    QVERIFY(gTouchDevice.isEmpty());
+  }
+
   void onePointIsOnePixelAndTheInputStaysOurs() {
     for (const char* name :
          {"QT_FONT_DPI", "QT_ENABLE_HIGHDPI_SCALING", "QT_QPA_FB_DISABLE_INPUT", "QT_QPA_FB_HIDECURSOR"})
