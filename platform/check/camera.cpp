@@ -31,17 +31,17 @@ void Camera::Open() {
 
 int Camera::Command(int field, void* data, int length) {
   return Timed(Text("ControlSystemData(%d, data, %d)", field, length),
-               [=] { return ControlSystemData(field, data, length); });
+               [&] { return ControlSystemData(field, data, length); });
 }
 
 int Camera::Read(int offset, void* buffer, int length) {
   return Timed(Text("ShareMemReadByMid(%d, %d, buffer, %d)", mSegment, offset, length),
-               [=, this] { return ShareMemReadByMid(mSegment, offset, buffer, length); });
+               [&] { return ShareMemReadByMid(mSegment, offset, buffer, length); });
 }
 
 int Camera::Write(int offset, void* data, int length) {
   return Timed(Text("ShareMemWriteByMid(%d, %d, %s, %d)", mSegment, offset, data ? "data" : "null", length),
-               [=, this] { return ShareMemWriteByMid(mSegment, offset, data, length); });
+               [&] { return ShareMemWriteByMid(mSegment, offset, data, length); });
 }
 
 void Camera::AwaitRecorder() {

@@ -59,7 +59,8 @@ int Parse(int argc, char** argv, Arguments* arguments) {
                                     {"version", no_argument, nullptr, 'v'},
                                     {nullptr, 0, nullptr, 0}};
   opterr = 0;
-  for (int letter; (letter = getopt_long(argc, argv, "", kOptions, nullptr)) != -1;) switch (letter) {
+  for (int letter; (letter = getopt_long(argc, argv, "", kOptions, nullptr)) != -1;) {
+    switch (letter) {
       case 'r':
         arguments->recorder = optarg;
         arguments->options.ownsRecorder = true;
@@ -90,6 +91,7 @@ int Parse(int argc, char** argv, Arguments* arguments) {
       default:
         return Misuse(std::string("The option ") + argv[optind - 1] + " is unknown or lacks its value.");
     }
+  }
   return optind < argc ? Misuse(std::string("What is ") + argv[optind] + "?") : -1;
 }
 
