@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include <QDir>
-#include <QFileInfo>
+#include <QFile>
 
 #include "bench/supervise/device.h"
 
@@ -20,21 +20,33 @@ QByteArray Name() {
   return "/dashcam-clock-" + qgetenv("PLATFORM_KEY");
 }
 
-// Empty when it is not installed.
-QString Library() {
+// The class (1: 32 bits, 2: 64) and the machine of a program or a library, as its ELF header has them; empty for
+// another file.
+QByteArray KindOf(const QString& file) {
+  QFile elf(file);
+  const QByteArray header = elf.open(QIODevice::ReadOnly) ? elf.read(20) : QByteArray();
+  return header.size() == 20 && header.startsWith("\177ELF") ? header.mid(4, 1) + header.mid(18, 2) : QByteArray();
+}
+
+// Empty when it is not installed for programs of this kind.
+QString Library(const QByteArray& kind) {
   const QDir libraries(QStringLiteral("/usr/lib"));
   for (const QString& folder : libraries.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
     if (QString file = libraries.filePath(folder + QStringLiteral("/faketime/libfaketimeMT.so.1"));
-        QFileInfo::exists(file))
+        !kind.isEmpty() && KindOf(file) == kind)
       return file;
   return {};
 }
 
 }  // namespace
 
-void Give(QProcessEnvironment* environment, const QString& root) {
-  const QString library = Library();
-  if (library.isEmpty() || !Renew()) return;
+QString Give(QProcessEnvironment* environment, const QString& root, const QString& program) {
+  static const QString kReal = QStringLiteral("The interface has this machine's clock, not the camera's: %1.");
+  const QByteArray kind = KindOf(program);
+  if (kind.startsWith('\1')) return kReal.arg(QStringLiteral("libfaketime does not reach a program of 32 bits"));
+  const QString library = Library(kind);
+  if (library.isEmpty()) return kReal.arg(QStringLiteral("libfaketime is not installed for it"));
+  if (!Renew()) return kReal.arg(QStringLiteral("what libfaketime shares cannot be made"));
   const QString name = QString::fromLatin1(Name());
   environment->insert(QStringLiteral("LD_PRELOAD"), library);
   environment->insert(QStringLiteral("FAKETIME_TIMESTAMP_FILE"), root + QLatin1String(device::kClock));
@@ -44,6 +56,7 @@ void Give(QProcessEnvironment* environment, const QString& root) {
   environment->insert(QStringLiteral("FAKETIME_FORCE_MONOTONIC_FIX"), QStringLiteral("0"));
   environment->insert(QStringLiteral("FAKETIME_SHARED"), name + u' ' + name);
   environment->insert(QStringLiteral("NO_FAKE_STAT"), QStringLiteral("1"));
+  return {};
 }
 
 bool Renew() {

@@ -44,7 +44,6 @@ QProcessEnvironment EnvironmentOf(const QString& root, const QString& display) {
   environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), root + QStringLiteral("/run"));
   environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
   environment.insert(QStringLiteral("QT_FORCE_STDERR_LOGGING"), QStringLiteral("1"));
-  fakeclock::Give(&environment, root);
   return environment;
 }
 
@@ -136,7 +135,10 @@ bool Supervisor::WriteCookie() const {
 
 // The X server says its number when it is ready.
 void Supervisor::TakeDisplay(const QString& number) {
-  mInterface.SetEnvironment(EnvironmentOf(mRoot, u':' + number));
+  QProcessEnvironment environment = EnvironmentOf(mRoot, u':' + number);
+  const QString clock = fakeclock::Give(&environment, mRoot, mInterface.Program());
+  if (!clock.isEmpty()) emit Note(clock);
+  mInterface.SetEnvironment(environment);
   mHasDisplay = true;
   emit DisplayReady(mRoot + QLatin1String(kFramebuffer));
   mInterface.Start();

@@ -188,6 +188,25 @@ private slots:
     sem_close(anew);
   }
 
+  // The library would be refused by the loader, or would not reach it.
+  void anotherKindOfProgramKeepsTheClock_data() {
+    QTest::addColumn<QByteArray>("header");
+    QTest::newRow("32-bit ARM") << QByteArray("\177ELF\1\1\1\0\0\0\0\0\0\0\0\0\3\0\50\0", 20);
+    QTest::newRow("32-bit PC") << QByteArray("\177ELF\1\1\1\0\0\0\0\0\0\0\0\0\3\0\3\0", 20);
+    QTest::newRow("64-bit of another machine") << QByteArray("\177ELF\2\1\1\0\0\0\0\0\0\0\0\0\3\0\26\0", 20);
+    QTest::newRow("script") << QByteArray("#!/bin/sh\nexec dashcam-gui\n");
+    QTest::newRow("cut off") << QByteArray("\177ELF\2\1\1");
+  }
+  void anotherKindOfProgramKeepsTheClock() {
+    QFETCH(QByteArray, header);
+    root.Write(QStringLiteral("/program"), header);
+    QProcessEnvironment environment;
+    const QString said = fakeclock::Give(&environment, root.Path(QString()), root.Path(QStringLiteral("/program")));
+    QVERIFY2(said.startsWith(QLatin1String("The interface has this machine's clock, ")) && said.endsWith(u'.'),
+             qPrintable(said));
+    QVERIFY(environment.isEmpty());
+  }
+
   void nothingIsLeft() {
     StartChild();
     const QString memory = QStringLiteral("/dev/shm/dashcam-clock-") + qEnvironmentVariable("PLATFORM_KEY");
@@ -206,8 +225,8 @@ private:
   void StartChild() {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QLatin1String(kMarker), root.Path(QLatin1String(kClock)));
-    fakeclock::Give(&environment, root.Path(QString()));
-    QVERIFY2(environment.contains(QStringLiteral("LD_PRELOAD")), "libfaketime is not installed");
+    const QString refusal = fakeclock::Give(&environment, root.Path(QString()), mChild->program());
+    QVERIFY2(refusal.isEmpty() && environment.contains(QStringLiteral("LD_PRELOAD")), qPrintable(refusal));
     mChild->setProcessEnvironment(environment);
     mChild->start();
     QVERIFY(mChild->waitForStarted());
