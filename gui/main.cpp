@@ -8,6 +8,7 @@
 #include "gui/app/framebuffer.h"
 #include "gui/app/mainwindow.h"
 #include "gui/app/servicemanager.h"
+#include "gui/base/shell.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
 
@@ -32,6 +33,7 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   framebuffer.Blacken();
   EndOnSignal();
+  CheckShell();
   gEnvirnmentSettings.InitSettingConfig();
   gEnvirnmentSettings.SettingTouchValue(true);
   gEnvirnmentSettings.SettingTouchTuningValue(true);

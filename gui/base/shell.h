@@ -2,6 +2,10 @@
 
 #include <QString>
 
+/// Says on the diagnostic output, one line each, which of the commands that are asked of the shell are missing, and the
+/// shell itself. It looks for their files and runs nothing.
+void CheckShell();
+
 /// Runs a shell command with system() and waits for it. Its result is nobody's business: device work either happens or
 /// not.
 void RunShell(const QString& command);

@@ -16,6 +16,38 @@ private:
 private slots:
   void init() { PlatformFake::Get().Clear(); }
 
+  void whatIsMissingIsSaid_data() {
+    QTest::addColumn<QStringList>("there");
+    QTest::addColumn<QStringList>("said");
+    const QString aplay = "shell: there is no aplay: keys are silent";
+    const QString sync = "shell: there is no sync: what is saved may be lost when the power fails";
+    const QString rm =
+        "shell: there is no rm: a request for the factory's touch coefficients is carried out at each start";
+    QTest::newRow("nothing is missing") << QStringList{"aplay", "sync", "rm"} << QStringList();
+    QTest::newRow("aplay") << QStringList{"sync", "rm"} << QStringList{aplay};
+    QTest::newRow("all") << QStringList() << QStringList{aplay, sync, rm};
+  }
+  void whatIsMissingIsSaid() {
+    QFETCH(QStringList, there);
+    QTemporaryDir folder;
+    for (const QString& name : there) {
+      QFile file(folder.filePath(name));
+      QVERIFY(file.open(QIODevice::WriteOnly));
+      QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+    }
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", folder.path().toLocal8Bit());
+    static QStringList said;
+    said.clear();
+    const QtMessageHandler before =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& line) { said << line; });
+    CheckShell();
+    qInstallMessageHandler(before);
+    qputenv("PATH", path);
+    QTEST(said, "said");
+    QCOMPARE(Asked(), QStringList());
+  }
+
   void aCommandIsRunAsItStands() {
     RunShell(QStringLiteral("echo 1 > /x y"));
     QCOMPARE(Asked(), QStringList{"sh echo 1 > /x y"});
