@@ -14,11 +14,11 @@
 
 namespace {
 constexpr char kHelp[] =
-    "Usage: dashcam-gui [ANY [VOLTAGE [PARKING]]] [-platform NAME] [--touch PATH]\n"
+    "Usage: dashcam-gui [ANY [VOLTAGE [PARKING]]] [--touch PATH] [-platform NAME]\n"
     "The dash camera's interface, on a screen of 480 x 320.\n"
     "  VOLTAGE         1: the voltage is compensated first; 0: it is not\n"
-    "  -platform NAME  how it is drawn; linuxfb unless there is a display server\n"
     "  --touch PATH    the touch panel's device, /dev/input/event0 unless given\n"
+    "  -platform NAME  how it is drawn; linuxfb unless given, where there is no display server\n"
     "  --help          prints this\n"
     "  --version       prints the version\n";
 }  // namespace
