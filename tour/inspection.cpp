@@ -115,6 +115,7 @@ Inspection::Inspection() {
 void Inspection::Look(MainWindow& window, const QString& name, const QImage& drawn) {
   LookAtTexts(window, name);
   LookAtGround(window, name, drawn);
+  LookAtKeyColour(window, name, drawn);
   NotePictures(window);
 }
 
@@ -143,6 +144,29 @@ void Inspection::LookAtGround(MainWindow& window, const QString& name, const QIm
       QGuiApplication::primaryScreen()->grabWindow(window.winId()).toImage().convertToFormat(QImage::Format_RGB32);
   if (pieces != drawn) Fail(name + QStringLiteral(": pixels of an earlier painting are left"));
   if (!IsOverVideo() && Has(drawn, kKeyColour)) Fail(name + QStringLiteral(": the video shows through"));
+}
+
+// A screen of 16 bits knows fewer colours: what is nearly the key colour could become it, a picture or the edge of a
+// text.
+void Inspection::LookAtKeyColour(MainWindow& window, const QString& name, const QImage& drawn) {
+  QImage coarse(drawn.size(), QImage::Format_RGB16);
+  coarse.fill(Qt::black);
+  window.render(&coarse);
+  coarse.convertTo(QImage::Format_RGB32);
+  for (int y = 0; y < drawn.height(); ++y) {
+    const auto* wanted = reinterpret_cast<const QRgb*>(drawn.constScanLine(y));
+    const auto* found = reinterpret_cast<const QRgb*>(coarse.constScanLine(y));
+    for (int x = 0; x < drawn.width(); ++x) {
+      const bool isKey = wanted[x] == kKeyColour;
+      if ((found[x] == kKeyColour) == isKey) continue;
+      Fail(QStringLiteral("%1: pixel (%2, %3) is the key colour on screens of %4 bits alone")
+               .arg(name)
+               .arg(x)
+               .arg(y)
+               .arg(isKey ? 32 : 16));
+      return;
+    }
+  }
 }
 
 void Inspection::NotePictures(MainWindow& window) {

@@ -13,7 +13,7 @@ public:
   Inspection();
 
   /// Looks at what is shown now, `drawn` as a whole: a text that does not fit into its label, what another screen has
-  /// left, a hole through which the video would show.
+  /// left, a hole through which the video would show, also on a screen of 16 bits.
   void Look(MainWindow& window, const QString& name, const QImage& drawn);
 
   /// The pictures of the table that were never seen, and those that were although nothing should paint them.
@@ -25,6 +25,7 @@ public:
 private:
   void LookAtTexts(MainWindow& window, const QString& name);
   void LookAtGround(MainWindow& window, const QString& name, const QImage& drawn);
+  void LookAtKeyColour(MainWindow& window, const QString& name, const QImage& drawn);
   void NotePictures(MainWindow& window);
 
   QStringList mFaults;
