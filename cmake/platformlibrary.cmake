@@ -86,9 +86,8 @@ function(add_platform_library target library)
   endif()
   get_architecture(ours ${probe})
   get_architecture(theirs ${library})
-  if(NOT is_shared)  # objects do not say how floats are handed over; the linker knows
+  if(NOT theirs MATCHES "float ABI")  # not every file says so: the linker will
     string(REGEX REPLACE " [a-z]+-float ABI" "" ours "${ours}")
-    string(REGEX REPLACE " [a-z]+-float ABI" "" theirs "${theirs}")
   endif()
   if(NOT ours STREQUAL theirs)
     refuse("${library} is for ${theirs}, this build is for ${ours}.")

@@ -21,15 +21,37 @@ namespace {
 
 constexpr int kEndMs = 200000;
 
-/// One run of the check, with a root and a key of its own.
-class CheckRun {
+/// A root and a key of a run's own.
+class Place {
 public:
-  explicit CheckRun(const QString& program, const QStringList& arguments = {}, bool hasRecorder = true)
-      : mKey(sNextKey += 4) {
+  Place() : mKey(sNextKey += 4) {}
+  ~Place() {
+    for (const quint32 key : {mKey, mKey + 2})
+      if (const int queue = msgget(key_t(key), 0); queue >= 0) msgctl(queue, IPC_RMID, nullptr);
+    if (const int segment = shmget(key_t(mKey + 1), 0, 0); segment >= 0) shmctl(segment, IPC_RMID, nullptr);
+  }
+  Place(const Place&) = delete;
+  Place& operator=(const Place&) = delete;
+
+  QProcessEnvironment Environment() const {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("DASHCAM_ROOT", mRoot.path());
     environment.insert("PLATFORM_KEY", QString::number(mKey));
-    mProcess.setProcessEnvironment(environment);
+    return environment;
+  }
+
+private:
+  static inline quint32 sNextKey = 0x46000000 + quint32(getpid()) * 512;
+
+  quint32 mKey;
+  QTemporaryDir mRoot;
+};
+
+/// One run of the check.
+class CheckRun {
+public:
+  explicit CheckRun(const QString& program, const QStringList& arguments = {}, bool hasRecorder = true) {
+    mProcess.setProcessEnvironment(mPlace.Environment());
     mProcess.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     mProcess.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
     QStringList all = arguments;
@@ -39,9 +61,6 @@ public:
   ~CheckRun() {
     mProcess.kill();
     mProcess.waitForFinished();
-    for (const quint32 key : {mKey, mKey + 2})
-      if (const int queue = msgget(key_t(key), 0); queue >= 0) msgctl(queue, IPC_RMID, nullptr);
-    if (const int segment = shmget(key_t(mKey + 1), 0, 0); segment >= 0) shmctl(segment, IPC_RMID, nullptr);
   }
 
   /// Waits for the end. The exit code, or -1.
@@ -61,10 +80,7 @@ public:
   }
 
 private:
-  static inline quint32 sNextKey = 0x46000000 + quint32(getpid()) * 64;
-
-  quint32 mKey;
-  QTemporaryDir mRoot;
+  Place mPlace;
   QProcess mProcess;
   QString mOutput;
 };
@@ -86,6 +102,39 @@ QStringList RecorderRows() {
 QString OurCheck() {
   return QStringLiteral(BINARY_DIR "/platform/check/dashcam-platform-check");
 }
+
+/// A row by itself, of the library that has the fault of that name.
+class RowRun {
+public:
+  RowRun(const QString& row, bool needsRecorder) {
+    QProcessEnvironment environment = mPlace.Environment();
+    mRecorder.setProcessEnvironment(environment);
+    mRecorder.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
+    if (needsRecorder) {
+      mRecorder.start(BINARY_DIR "/tests/platform/check_recorder", QStringList());
+      const QString socket = environment.value("DASHCAM_ROOT") + "/run/recorder.sock";
+      if (!QTest::qWaitFor([&] { return QFile::exists(socket); }, kEndMs)) qFatal("no recorder");
+    }
+    environment.insert("FAULT", row);
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(BINARY_DIR "/tests/platform/check_any", {"--row", row, "--listen", "5"});
+    if (process.waitForFinished(kEndMs)) mOutput = process.readAllStandardOutput();
+  }
+  ~RowRun() {
+    mRecorder.kill();
+    mRecorder.waitForFinished();
+  }
+
+  /// The line that says what came of it.
+  QByteArray Ends() const { return mOutput.trimmed().split('\n').last(); }
+
+private:
+  Place mPlace;
+  QProcess mRecorder;
+  QByteArray mOutput;
+};
 
 }  // namespace
 
@@ -143,6 +192,22 @@ private slots:
     QCOMPARE(run->Code(), 1);
     if (run->Rows("FAILS") != rows) qWarning("%s", qPrintable(run->Output()));
     QCOMPARE(run->Rows("FAILS"), rows);
+  }
+
+  // Those that a run with a fault above has not failed, too.
+  void everyRowCanFail_data() {
+    QTest::addColumn<bool>("needsRecorder");
+    for (const auto* demands :
+         {&platformcheck::CallDemands(), &platformcheck::MemoryDemands(), &platformcheck::QueueDemands(),
+          &platformcheck::EventDemands(), &platformcheck::CommandDemands()})
+      for (const platformcheck::Demand& demand : *demands)
+        if (demand.name != QLatin1String("queue-flood"))
+          QTest::newRow(demand.name) << RecorderRows().contains(QLatin1String(demand.name));
+  }
+  void everyRowCanFail() {
+    QFETCH(bool, needsRecorder);
+    RowRun run(QLatin1String(QTest::currentDataTag()), needsRecorder);
+    QVERIFY2(run.Ends().startsWith("f "), run.Ends());
   }
 
   void aWrongOptionIsOneSentence_data() {
