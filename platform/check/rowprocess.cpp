@@ -8,14 +8,17 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <thread>
 
 namespace platformcheck {
 namespace {
 
-constexpr int kSilenceMs = 5000;  // between two lines of a row: then a call does not return
+constexpr std::chrono::minutes kRow(15);  // more than any row needs
+constexpr int kSilenceMs = 5000;          // between two lines of a row: then a call does not return
 
 using Verdict = Finding::Verdict;
 
@@ -82,6 +85,18 @@ std::string EndOf(int status) {
   return Text("the process ended with exit code %d", WEXITSTATUS(status));
 }
 
+/// The status of a process that ends within `ms`; one that does not is killed.
+int Await(pid_t process, int ms) {
+  int status = 0;
+  for (; ms > 0; ms -= 10) {
+    if (waitpid(process, &status, WNOHANG) == process) return status;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  kill(process, SIGKILL);
+  waitpid(process, &status, 0);
+  return status;
+}
+
 }  // namespace
 
 Finding Try(const Demand& demand, const std::vector<std::string>& arguments, RecorderProcess& recorder) {
@@ -92,7 +107,12 @@ Finding Try(const Demand& demand, const std::vector<std::string>& arguments, Rec
   std::string call = "its start";
   bool hasEnded = false;
   Lines lines(row.socket);
+  const auto limit = std::chrono::steady_clock::now() + kRow;
   for (std::string line; !hasEnded;) {
+    if (std::chrono::steady_clock::now() > limit) {
+      finding.why = Text("it was not over after %d min", int(kRow.count()));
+      break;
+    }
     const Lines::Result result = lines.Next(&line);
     if (result != Lines::Result::Line || line.size() < 2) {
       if (result == Lines::Result::Silence)
@@ -123,9 +143,7 @@ Finding Try(const Demand& demand, const std::vector<std::string>& arguments, Rec
         hasEnded = true;
     }
   }
-  if (hasEnded || !finding.why.empty()) kill(row.process, SIGKILL);
-  int status = 0;
-  waitpid(row.process, &status, 0);
+  const int status = Await(row.process, hasEnded || !finding.why.empty() ? 0 : kSilenceMs);
   close(row.socket);
   if (!hasEnded && finding.why.empty()) finding.why = "in " + call + " " + EndOf(status);
   return finding;

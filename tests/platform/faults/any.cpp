@@ -3,9 +3,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstring>
+#include <fstream>
+#include <string>
 #include <vector>
 
 #include "platform/devmgr_interface.h"
@@ -34,16 +37,26 @@ int Spoil(GUI_MSG_BUF* message) {
   return Has("event-size") ? GUI_MSG_SIZE + 12 : GUI_MSG_SIZE;
 }
 
-// Takes what comes for `receiver`; changes and returns it, or keeps it.
+bool Sleeps(pid_t thread) {
+  std::ifstream file("/proc/self/task/" + std::to_string(thread) + "/stat");
+  std::string number, name, state;
+  return file >> number >> name >> state && state == "S";
+}
+
+// Takes what comes for `receiver`; changes and returns it, or keeps it. Waits for it already when this returns: so it
+// is the first.
 void Steal(int queue, long receiver, bool returns) {
+  static std::atomic<pid_t> thief = 0;
   std::thread([=] {
     GUI_MSG_BUF message{};
+    thief = gettid();
     while (msgrcv(queue, &message, GUI_MSG_SIZE, receiver, 0) >= 0) {
       ++message.cmd;
       if (returns) msgsnd(queue, &message, GUI_MSG_SIZE, 0);
       usleep(1000);
     }
   }).detach();
+  while (thief == 0 || !Sleeps(thief)) usleep(100);
 }
 
 }  // namespace
