@@ -1,8 +1,11 @@
-# A build for another architecture of Debian 12: what cmake/armhf.cmake and cmake/arm64.cmake share. They name the GNU
+# A build for another architecture of Debian 12: what cmake/armhf.cmake, cmake/arm64.cmake and cmake/i386.cmake share. They name the GNU
 # triple and the processor; the sysroot is scripts/sysroot's.
 set(CMAKE_SYSTEM_NAME Linux)
-set(CMAKE_C_COMPILER ${DEBIAN_TRIPLE}-gcc)
-set(CMAKE_CXX_COMPILER ${DEBIAN_TRIPLE}-g++)
+if(NOT COMPILER_TRIPLE)  # most are called alike
+  set(COMPILER_TRIPLE ${DEBIAN_TRIPLE})
+endif()
+set(CMAKE_C_COMPILER ${COMPILER_TRIPLE}-gcc)
+set(CMAKE_CXX_COMPILER ${COMPILER_TRIPLE}-g++)
 set(CMAKE_LIBRARY_ARCHITECTURE ${DEBIAN_TRIPLE})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)

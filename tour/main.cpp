@@ -144,6 +144,8 @@ bool Accept(const std::vector<Shot>& shots, const QString& known) {
 QStringList Compare(const std::vector<Shot>& shots, const QString& known, const QString& page) {
   References references(known);
   for (const Shot& shot : shots) references.Compare(shot.name, shot.drawn);
+  if (const QStringList near = references.Near(); !near.isEmpty())
+    QTextStream(stdout) << "One level off in a few pixels: " << near.join(QStringLiteral(", ")) << "\n";
   QStringList differences = references.Differences();
   if (differences.isEmpty()) return {};
   if (!references.WritePage(page)) differences << QStringLiteral("%1 cannot be written").arg(page);

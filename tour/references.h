@@ -11,11 +11,14 @@ class References {
 public:
   explicit References(const QString& folder) : mFolder(folder) {}
 
-  /// Looks whether it is as known; pixel by pixel.
+  /// Looks whether it is as known; pixel by pixel. In a 32-bit program a few pixels may be one level off.
   void Compare(const QString& name, const QImage& drawn);
 
   /// One sentence for each picture that differs, is not known, or is known and was not compared.
   QStringList Differences() const;
+
+  /// The names of those that are off so.
+  QStringList Near() const { return mNear; }
 
   /// One page that shows what differs: before, after and the difference. False when it cannot be written.
   bool WritePage(const QString& file) const;
@@ -33,5 +36,6 @@ private:
   QDir mFolder;
   QSet<QString> mNames;
   QStringList mDifferences;
+  QStringList mNear;
   QString mPage;
 };

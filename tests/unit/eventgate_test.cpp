@@ -140,7 +140,7 @@ private slots:
     mHandler->during = [&] {
       timer.start();
       gEventGate.ProcessEvents();
-      QCOMPARE(asked, 1);
+      QVERIFY(asked >= 1);  // once more when a millisecond has passed meanwhile
       QCOMPARE(fired, 0);
       QVERIFY(timer.isActive());
       QCOMPARE(timer.interval(), 1);

@@ -1,11 +1,12 @@
 #include "gui/recordings/recordingfilemanager.h"
 
 #include <fcntl.h>
+#include <spawn.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
-#include <QProcess>
 #include <QTest>
 #include <QtEndian>
 #include <algorithm>
@@ -13,6 +14,7 @@
 #include <random>
 
 #include "gui/base/devicepath.h"
+#include "tests/fake/signalto.h"
 #include "tests/fake/testroot.h"
 
 static TestRoot root;
@@ -431,12 +433,14 @@ private slots:
     QVERIFY(QFile::copy("/bin/sleep", root.Path(kCardPath + name)));
     SetAge(name, 5);
     Put("rec0_20230101_123457.avi", Avi(60), 4);
-    QProcess sleep;
-    sleep.start(root.Path(kCardPath + name), {"60"});
-    QVERIFY(sleep.waitForStarted());
-    QVERIFY(Scan());
-    sleep.kill();
-    QVERIFY(sleep.waitForFinished());
+    char seconds[] = "60";
+    char* arguments[] = {seconds, seconds, nullptr};
+    pid_t sleep = 0;
+    QCOMPARE(posix_spawn(&sleep, qPrintable(root.Path(kCardPath + name)), nullptr, nullptr, arguments, environ), 0);
+    const bool good = Scan();
+    QVERIFY(SignalTo(sleep, SIGKILL));
+    waitpid(sleep, nullptr, 0);
+    QVERIFY(good);
     QCOMPARE(Dates(), QStringList({"20230101_123457", "20230101_123456"}));
     QCOMPARE(Entries()[1].fileFlag, TYPE_NONE);
     QCOMPARE(Entries()[1].recordTime, 0);
