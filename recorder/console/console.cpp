@@ -114,27 +114,27 @@ void Console::Take(Client& client, const QByteArray& line) {
 
 Reply Console::Event(Client&, const QJsonObject& members, QJsonObject*) {
   int event = 0, value = 0;
-  const Reply reply = requests::TakeEvent(members, &event, &value);
+  Reply reply = requests::TakeEvent(members, &event, &value);
   return reply.IsGood() ? mRecorder.Tell(event, value) : reply;
 }
 
 Reply Console::Action(Client&, const QJsonObject& members, QJsonObject*) {
   QString name;
   QJsonObject arguments;
-  const Reply reply = requests::TakeAction(members, &name, &arguments);
+  Reply reply = requests::TakeAction(members, &name, &arguments);
   return reply.IsGood() ? mRecorder.Act(name, arguments) : reply;
 }
 
 Reply Console::Scenario(Client&, const QJsonObject& request, QJsonObject*) {
   Members members(request);
   const QString file = members.Text("file");
-  if (const Reply reply = Checked(members); !reply.IsGood()) return reply;
+  if (Reply reply = Checked(members); !reply.IsGood()) return reply;
   QString error;
   return mRecorder.PlayScenario(file, &error) ? Reply() : Reply::Bad(error);
 }
 
 Reply Console::TellState(Client&, const QJsonObject& request, QJsonObject* more) {
-  const Reply reply = Checked(Members(request));
+  Reply reply = Checked(Members(request));
   if (reply.IsGood()) more->insert(QStringLiteral("state"), State());
   return reply;
 }
@@ -142,14 +142,14 @@ Reply Console::TellState(Client&, const QJsonObject& request, QJsonObject* more)
 Reply Console::TellLog(Client&, const QJsonObject& request, QJsonObject* more) {
   Members members(request);
   const int since = members.Whole("since", 0, std::numeric_limits<int>::max(), 0);
-  const Reply reply = Checked(members);
+  Reply reply = Checked(members);
   if (reply.IsGood())
     *more = {{QStringLiteral("last"), mLog.Last()}, {QStringLiteral("entries"), mLog.Since(since, EventLog::kMost)}};
   return reply;
 }
 
 Reply Console::TellActions(Client&, const QJsonObject& request, QJsonObject* more) {
-  const Reply reply = Checked(Members(request));
+  Reply reply = Checked(Members(request));
   if (reply.IsGood())
     *more = {{QStringLiteral("actions"), Recorder::Actions()}, {QStringLiteral("events"), Recorder::Events()}};
   return reply;
@@ -158,7 +158,7 @@ Reply Console::TellActions(Client&, const QJsonObject& request, QJsonObject* mor
 Reply Console::Watch(Client& client, const QJsonObject& request, QJsonObject*) {
   Members members(request);
   const bool on = members.Flag("on");
-  const Reply reply = Checked(members);
+  Reply reply = Checked(members);
   if (!reply.IsGood() || on == client.isWatching) return reply;
   client.isWatching = on;
   client.state = {};

@@ -35,7 +35,7 @@ struct Field {
 };
 
 template <typename Number>
-int Reply(Request& request, Number number) {
+int AnswerWith(Request& request, Number number) {
   request.answer.resize(sizeof number);
   std::memcpy(request.answer.data(), &number, sizeof number);
   request.shown = static_cast<double>(number);
@@ -48,7 +48,7 @@ int Accept(Parts&, Request&) {
 }
 
 int AnswerZero(Parts&, Request& request) {
-  return Reply(request, 0);
+  return AnswerWith(request, 0);
 }
 
 template <Setting_Id id>
@@ -155,11 +155,11 @@ int Compensate(Parts& parts, Request& request) {
 }
 
 int TellVolts(Parts& parts, Request& request) {
-  return Reply(request, parts.power.Volts());
+  return AnswerWith(request, parts.power.Volts());
 }
 
 int TellLcdValue(Parts& parts, Request& request) {
-  return Reply(request, parts.power.LcdValue());
+  return AnswerWith(request, parts.power.LcdValue());
 }
 
 int RecordManualEvent(Parts& parts, Request&) {
