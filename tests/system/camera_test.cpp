@@ -134,7 +134,9 @@ private slots:
     QCOMPARE(Drawn().pixel(440, 130), qRgb(20, 17, 18));  // the box's ground
   }
   void aStandingErrorGoesWithATouch() {
-    QVERIFY(Event(RECV_ZEL_STATUS_HW_ERROR, 3));
+    const QImage before = Drawn().copy(kMiddle);
+    QVERIFY(Event(RECV_ZEL_STATUS_HW_ERROR, 4));
+    QTRY_VERIFY(Drawn().copy(kMiddle) != before);  // it is there, not only the one of the row before
     QTRY_COMPARE(EventBox(), QStringLiteral("R_HW_ERROR"));
     QVERIFY(Tap(kBeside));
     QTRY_COMPARE(EventBox(), QString());
