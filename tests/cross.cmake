@@ -16,3 +16,7 @@ not_on(arm-linux-gnueabihf unit/devicepath_test ${process} onTheCameraThePathIsT
 not_on(arm-linux-gnueabihf unit/pictures_test ${process} aGoodRowIsDrawn theGeneratorRefuses)
 not_on(arm-linux-gnueabihf unit/settings_test ${trace} theStartTidiesUpAfterAKilledSave)
 not_on(arm-linux-gnueabihf unit/touchthread_test "the emulator has no openpty()" aDeviceOfThisMachineHasItsOwnRecords)
+
+# Native, but of 32 bits.
+not_on(i386-linux-gnu system/fakeclock_test "libfaketime does not reach a program of 32 bits with 64-bit times" waitsAreNotTouched
+  aRunningProgramFollows filesKeepTheirTimes theNextProgramIsNotHeldUp nothingIsLeft)

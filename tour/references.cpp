@@ -13,7 +13,7 @@ bool IsOff(QRgb one, QRgb other, int levels) {
          std::abs(qBlue(one) - qBlue(other)) > levels;
 }
 
-// Where a long has 32 bits FreeType bends the curves of some letters otherwise: a few pixels are one level off.
+// In a 32-bit program a few pixels of some letters are one level off; FreeType's curves are the likely cause.
 bool IsNear(const QImage& before, const QImage& drawn) {
   if (sizeof(long) > 4 || before.size() != drawn.size()) return false;
   int off = 0;
