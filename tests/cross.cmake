@@ -13,6 +13,9 @@ not_on(arm-linux-gnueabihf unit/atomicfile_test ${trace} aWriterKilledAtAnyStepL
 not_on(arm-linux-gnueabihf unit/aviheader_test ${process} secondsOfRealFiles)
 not_on(arm-linux-gnueabihf unit/devicepath_test ${process} onTheCameraThePathIsThePath aRootStandsInFront theRootIsReadOnce
   aShellReadsThePathBack aLineBreakAtTheEndIsQuotedToo)
+not_on(arm-linux-gnueabihf unit/paneldevice_test "the emulator has no openpty()" anotherRangeIsScaled
+  anOffsetPressureIsReleasedAtItsLeast aRangeThatIsNoneIsThePanels whatIsNoInputDeviceIsThePanel
+  withoutPressureTheKeyTellsTheTouch withPressureTheKeyTellsNothing)
 not_on(arm-linux-gnueabihf unit/pictures_test ${process} aGoodRowIsDrawn theGeneratorRefuses)
 not_on(arm-linux-gnueabihf unit/settings_test ${trace} theStartTidiesUpAfterAKilledSave)
 not_on(arm-linux-gnueabihf unit/touchthread_test "the emulator has no openpty()" aDeviceOfThisMachineHasItsOwnRecords)

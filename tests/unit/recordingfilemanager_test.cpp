@@ -437,10 +437,16 @@ private slots:
     char* arguments[] = {seconds, seconds, nullptr};
     pid_t sleep = 0;
     QCOMPARE(posix_spawn(&sleep, qPrintable(root.Path(kCardPath + name)), nullptr, nullptr, arguments, environ), 0);
+    const auto runs = [&] {
+      const int file = open(qPrintable(root.Path(kCardPath + name)), O_RDWR | O_CLOEXEC);
+      if (file >= 0) close(file);
+      return file < 0;
+    };
+    const bool isRunning = QTest::qWaitFor(runs, 20000);  // an emulator comes back before the program has begun
     const bool good = Scan();
     QVERIFY(SignalTo(sleep, SIGKILL));
     waitpid(sleep, nullptr, 0);
-    QVERIFY(good);
+    QVERIFY(isRunning && good);
     QCOMPARE(Dates(), QStringList({"20230101_123457", "20230101_123456"}));
     QCOMPARE(Entries()[1].fileFlag, TYPE_NONE);
     QCOMPARE(Entries()[1].recordTime, 0);
