@@ -21,5 +21,8 @@ not_on(arm-linux-gnueabihf unit/settings_test ${trace} theStartTidiesUpAfterAKil
 not_on(arm-linux-gnueabihf unit/touchthread_test "the emulator has no openpty()" aDeviceOfThisMachineHasItsOwnRecords)
 
 # Native, but of 32 bits.
-not_on(i386-linux-gnu system/fakeclock_test "libfaketime does not reach a program of 32 bits with 64-bit times" waitsAreNotTouched
-  aRunningProgramFollows filesKeepTheirTimes theNextProgramIsNotHeldUp nothingIsLeft)
+set(clock "libfaketime does not reach a program of 32 bits with 64-bit times")
+not_on(i386-linux-gnu system/bench_life_test ${clock} endsAreClean)
+not_on(i386-linux-gnu system/fakeclock_test ${clock} waitsAreNotTouched aRunningProgramFollows filesKeepTheirTimes
+  theNextProgramIsNotHeldUp nothingIsLeft)
+not_on(i386-linux-gnu system/replay_test ${clock} anotherTimeIsTheSameAgain)

@@ -103,3 +103,8 @@ int ioctl(int file, unsigned long request, ...) noexcept {
   }
 }
 }
+
+#if __TIMESIZE == 32
+// What a program with 64-bit times calls.
+__asm__(".globl __ioctl_time64\n.set __ioctl_time64, ioctl");
+#endif

@@ -87,7 +87,8 @@ class FramebufferTest : public QObject {
   QList<QByteArray> Sentences() const {
     QList<QByteArray> sentences;
     for (const QByteArray& line : mSaid.split('\n'))
-      if (line.contains("framebuffer")) sentences << line;
+      // The loader refuses to preload into the shell of a machine of another word size.
+      if (line.contains("framebuffer") && !line.startsWith("ERROR: ld.so: object")) sentences << line;
     return sentences;
   }
 
