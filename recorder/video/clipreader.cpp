@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "recorder/video/ffmpeg.h"
@@ -27,6 +28,7 @@ constexpr int kHighestRate = 60;
 constexpr qint64 kMostPictures = 1 << 20;
 constexpr int kPatience = 200;  // ms for one call
 constexpr int kMostPackets = 64;
+constexpr size_t kMostAtOnce = 64;  // pixels that the scaler may write at once, the last of them behind the picture
 
 // The planes of YUV that JPEG names by formats of its own.
 AVPixelFormat Plain(int format) {
@@ -65,6 +67,7 @@ struct ClipReader::File {
   Owned<AVPacket> packet{av_packet_alloc()};
   Owned<AVFrame> frame{av_frame_alloc()};
   Owned<SwsContext> scaler;
+  std::array<int, 3> shape{};  // width, height and format that the scaler is for
 };
 
 int ClipReader::File::Read(void* file, quint8* bytes, int size) {
@@ -155,8 +158,11 @@ ClipReader::Result ClipReader::Decode() {
   auto picture = std::make_shared<Picture>();
   picture->width = frame.width;
   picture->height = frame.height;
-  picture->pixels.resize(static_cast<size_t>(frame.width) * static_cast<size_t>(frame.height));
-  if (!mTaken || mTaken->width != frame.width || mTaken->height != frame.height)
+  const size_t pixels = static_cast<size_t>(frame.width) * static_cast<size_t>(frame.height);
+  picture->pixels.reserve(pixels + kMostAtOnce);
+  picture->pixels.resize(pixels);
+  const std::array shape{frame.width, frame.height, frame.format};
+  if (std::exchange(mFile->shape, shape) != shape)
     mFile->scaler = NewScaler(frame.width, frame.height, Plain(frame.format), AV_PIX_FMT_RGB32);
   if (!mFile->scaler) return Result::NotPlayable;
   auto* rows = reinterpret_cast<quint8*>(picture->pixels.data());
