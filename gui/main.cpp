@@ -14,10 +14,11 @@
 
 namespace {
 constexpr char kHelp[] =
-    "Usage: dashcam-gui [ANY [VOLTAGE [PARKING]]] [--touch PATH] [-platform NAME]\n"
+    "Usage: dashcam-gui [ANY [VOLTAGE [PARKING]]] [--touch PATH] [--language NAME] [-platform NAME]\n"
     "The dash camera's interface, on a screen of 480 x 320.\n"
     "  VOLTAGE         1: the voltage is compensated first; 0: it is not\n"
     "  --touch PATH    the touch panel's device, /dev/input/event0 unless given\n"
+    "  --language NAME ko or en; what DASHCAM_LANGUAGE says unless given, else ko\n"
     "  -platform NAME  how it is drawn; linuxfb unless given, where there is no display server\n"
     "  --help          prints this\n"
     "  --version       prints the version\n";
@@ -26,7 +27,7 @@ constexpr char kHelp[] =
 int main(int argc, char** argv) {
   if (argc == 2 && std::string_view(argv[1]) == "--help") return std::fputs(kHelp, stdout) < 0;
   if (argc == 2 && std::string_view(argv[1]) == "--version") return std::puts("dashcam-gui " DASHCAM_VERSION) < 0;
-  if (!TakeTouchOption(&argc, argv)) return 2;
+  if (!TakeOptions(&argc, argv)) return 2;
   PrepareQt();
   Framebuffer framebuffer;
   if (!framebuffer.Choose(argc, argv)) return 1;
@@ -39,6 +40,7 @@ int main(int argc, char** argv) {
   gEnvirnmentSettings.SettingTouchTuningValue(true);
   GetConfig();
   ApplyFont();
+  ApplyLanguage();
   MainWindow window(nullptr);
   SetInit(argc, argv, &window);
   const ServiceManager manager(&window);

@@ -6,6 +6,8 @@
 #include "pictures/picturetable.h"
 
 namespace {
+constexpr int kSmallest = 13;  // pixels of a caption that can still be read at a glance
+
 QColor BadgeColour(const QString& badge) {
   using namespace palette;
   static const QHash<QString, QColor> kMeanings = {
@@ -18,7 +20,8 @@ QColor BadgeColour(const QString& badge) {
 }
 }  // namespace
 
-Canvas::Canvas(QSize size, const Glyphs& glyphs) : mImage(size, QImage::Format_RGB32), mGlyphs(glyphs) {
+Canvas::Canvas(QSize size, const Glyphs& glyphs, bool fits)
+    : mImage(size, QImage::Format_RGB32), mGlyphs(glyphs), mFits(fits) {
   mImage.fill(palette::kBg);
   mPainter.begin(&mImage);
 }
@@ -46,10 +49,15 @@ void Canvas::Text(const QRect& box, const QString& text, int pixels, QFont::Weig
   if (text.isEmpty()) throw PictureError(QStringLiteral("it has no caption"));
   if (!All().contains(box))
     throw PictureError(QStringLiteral("the box of \"%1\" reaches beyond the picture").arg(text));
-  const QFontMetricsF metrics(font);
-  const double width = metrics.horizontalAdvance(text);
-  const double height = metrics.tightBoundingRect(text).height();
-  if (width > box.width() || height > box.height())
+  double width = 0, height = 0;
+  const auto fits = [&] {
+    const QFontMetricsF metrics(font);
+    width = metrics.horizontalAdvance(text);
+    height = metrics.tightBoundingRect(text).height();
+    return width <= box.width() && height <= box.height();
+  };
+  while (!fits() && mFits && font.pixelSize() > kSmallest) font.setPixelSize(font.pixelSize() - 1);
+  if (!fits())
     throw PictureError(QStringLiteral("\"%1\" is %2 x %3 pixels, its box %4 x %5")
                            .arg(text)
                            .arg(width)

@@ -8,7 +8,8 @@
 /// One picture while it is drawn. Rectangles are whole pixels, without soft edges; icons and texts have soft edges.
 class Canvas {
 public:
-  Canvas(QSize size, const Glyphs& glyphs);
+  /// With `fits`, a text that does not fit is written smaller, down to 13 pixels.
+  Canvas(QSize size, const Glyphs& glyphs, bool fits = false);
 
   int Width() const { return mImage.width(); }
   int Height() const { return mImage.height(); }
@@ -36,4 +37,5 @@ private:
   QImage mImage;
   QPainter mPainter;
   const Glyphs& mGlyphs;
+  bool mFits;
 };

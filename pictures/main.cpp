@@ -1,5 +1,7 @@
-// picture-generator TABLE DIR             draws every picture of the table below DIR
-// picture-generator TABLE --sheets DIR    draws them on contact sheets instead, for a person to look at
+// picture-generator TABLE DIR [LANGUAGE...]         draws every picture of the table below DIR, and those that look
+// different in
+//                                                   another language
+// picture-generator TABLE --sheets DIR [LANGUAGE]   draws them on contact sheets instead, for a person to look at
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -27,7 +29,7 @@ void CheckColours(const QImage& picture) {
 
 QImage Draw(const PictureRow& row, const Glyphs& glyphs) {
   try {
-    Canvas canvas(row.size, glyphs);
+    Canvas canvas(row.size, glyphs, row.isTranslated);
     DrawPicture(canvas, row);
     QImage picture = canvas.Take();
     CheckColours(picture);
@@ -43,11 +45,19 @@ void Save(const QImage& picture, const QString& file, const char* format) {
   if (!writer.write(picture)) throw PictureError(file + QStringLiteral(" cannot be written"));
 }
 
+constexpr char kImages[] = "/opt/gui/images/";
+
 void WritePictures(const QList<PictureRow>& rows, const Glyphs& glyphs, const QString& root) {
-  for (const PictureRow& row : rows) {
-    const QString path = row.path.startsWith(u'/') ? row.path : QStringLiteral("/opt/gui/images/") + row.path;
-    Save(Draw(row, glyphs), root + path, "bmp");
-  }
+  for (const PictureRow& row : rows)
+    Save(Draw(row, glyphs), root + (row.path.startsWith(u'/') ? row.path : QLatin1String(kImages) + row.path), "bmp");
+}
+
+// Those with another caption than in `rows`.
+void WriteTranslated(const QList<PictureRow>& rows, const QList<PictureRow>& translated, const Glyphs& glyphs,
+                     const QString& folder) {
+  for (qsizetype i = 0; i < rows.size(); ++i)
+    if (translated[i].caption != rows[i].caption)
+      Save(Draw(translated[i], glyphs), QDir::cleanPath(folder + u'/' + translated[i].path), "bmp");
 }
 
 void WriteSheets(const QList<PictureRow>& rows, const Glyphs& glyphs, const QString& folder) {
@@ -86,17 +96,22 @@ int main(int argc, char** argv) {
   QGuiApplication application(argc, argv);
   const QStringList arguments = QGuiApplication::arguments();
   const bool sheets = arguments.value(2) == QLatin1String("--sheets");
-  if (arguments.size() != (sheets ? 4 : 3)) {
-    QTextStream(stderr) << "Usage: picture-generator TABLE DIR\n       picture-generator TABLE --sheets DIR\n";
+  if (arguments.size() < (sheets ? 4 : 3)) {
+    QTextStream(stderr) << "Usage: picture-generator TABLE DIR [LANGUAGE...]\n"
+                           "       picture-generator TABLE --sheets DIR [LANGUAGE]\n";
     return 2;
   }
   try {
-    const QList<PictureRow> rows = ReadPictureTable(arguments[1]);
     const Glyphs glyphs;
-    if (sheets)
-      WriteSheets(rows, glyphs, arguments[3]);
-    else
-      WritePictures(rows, glyphs, arguments[2]);
+    if (sheets) {
+      WriteSheets(ReadPictureTable(arguments[1], arguments.value(4)), glyphs, arguments[3]);
+      return 0;
+    }
+    const QList<PictureRow> rows = ReadPictureTable(arguments[1]);
+    WritePictures(rows, glyphs, arguments[2]);
+    for (const QString& language : arguments.mid(3))
+      WriteTranslated(rows, ReadPictureTable(arguments[1], language), glyphs,
+                      arguments[2] + QLatin1String(kImages) + language);
   } catch (const PictureError& error) {
     QTextStream(stderr) << arguments[1] << ": " << error.what() << ".\n";
     return 1;

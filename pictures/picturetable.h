@@ -14,7 +14,8 @@ public:
 
 /// One picture of the interface.
 struct PictureRow {
-  int line = 0;         ///< in the table
+  int line = 0;  ///< in the table
+  bool isTranslated = false;
   QString path;         ///< below the picture folder, or absolute
   QSize size;           ///< pixels
   QStringList caption;  ///< its parts
@@ -25,5 +26,6 @@ struct PictureRow {
   int steps = 0;        ///< .. of so many; 0: it is none of a cycle
 };
 
-/// Reads the table, a CSV file whose fields hold no comma and no quote. Throws PictureError that names the line.
-QList<PictureRow> ReadPictureTable(const QString& file);
+/// Reads the table, a CSV file whose fields hold no comma and no quote. The captions are those of column
+/// caption_LANGUAGE, of column caption without a language. Throws PictureError that names the line.
+QList<PictureRow> ReadPictureTable(const QString& file, const QString& language = QString());

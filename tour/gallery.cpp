@@ -1,5 +1,6 @@
 #include "tour/gallery.h"
 
+#include <QFileInfo>
 #include <QSaveFile>
 
 namespace {
@@ -7,8 +8,8 @@ constexpr char kHead[] =
     "<!doctype html>\n<html lang=\"en\">\n<meta charset=\"utf-8\">\n"
     "<meta name=\"viewport\" content=\"width=device-width\">\n<title>Dash camera: the tour</title>\n"
     "<style>body{font:15px/1.4 sans-serif;margin:24px;background:#262223;color:#fff}a{color:#40c8e0}"
-    "figure{display:inline-block;vertical-align:top;margin:0 16px 20px 0;width:480px;max-width:100%}"
-    "img{max-width:100%;height:auto;display:block}figcaption{color:#c8c2c4}b{color:#fff}nav "
+    "figure{display:inline-block;vertical-align:top;margin:0 16px 20px 0}"
+    "img{max-width:100%;height:auto;margin-right:8px}figcaption{color:#c8c2c4}b{color:#fff}nav "
     "a{margin-right:12px}</style>\n"
     "<h1>Dash camera: the tour</h1>\n";
 }
@@ -18,14 +19,17 @@ void Gallery::Section(const QString& title) {
   mPage += QStringLiteral("<h2 id=\"%1\">%1</h2>\n").arg(title.toHtmlEscaped());
 }
 
-bool Gallery::Add(const QString& name, const QString& shows, const QImage& picture) {
-  const QString file = name + QStringLiteral(".png");
-  mPage += QStringLiteral(
-               "<figure><img src=\"%1\" width=\"480\" height=\"320\" alt=\"\" loading=\"lazy\">"
-               "<figcaption><b>%2</b> %3</figcaption></figure>\n")
-               .arg(file, name, shows.toHtmlEscaped());
+bool Gallery::Picture(const QString& name, const QImage& picture) {
+  const QFileInfo file(mFolder.filePath(name + QStringLiteral(".png")));
   ++mCount;
-  return picture.save(mFolder.filePath(file));
+  return file.dir().mkpath(QStringLiteral(".")) && picture.save(file.filePath());
+}
+
+void Gallery::Row(const QString& title, const QString& shows, const QStringList& names) {
+  mPage += QStringLiteral("<figure>");
+  for (const QString& name : names)
+    mPage += QStringLiteral("<img src=\"%1.png\" width=\"480\" height=\"320\" alt=\"\" loading=\"lazy\">").arg(name);
+  mPage += QStringLiteral("<figcaption><b>%1</b> %2</figcaption></figure>\n").arg(title, shows.toHtmlEscaped());
 }
 
 bool Gallery::WritePage() {

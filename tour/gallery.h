@@ -11,7 +11,10 @@ public:
 
   bool Make() { return mFolder.mkpath(QStringLiteral(".")); }
   void Section(const QString& title);
-  bool Add(const QString& name, const QString& shows, const QImage& picture);
+  /// A file of the folder; its name may begin with a folder of its own.
+  bool Picture(const QString& name, const QImage& picture);
+  /// A row of the page: pictures side by side.
+  void Row(const QString& title, const QString& shows, const QStringList& names);
   bool WritePage();
 
   int Count() const { return mCount; }

@@ -1,18 +1,21 @@
 #include "tour/inspection.h"
 
 #include <QCryptographicHash>
-#include <QFile>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPaintEngine>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QTextStream>
 
 #include "bench/lcd/compose.h"
 #include "gui/app/mainwindow.h"
 #include "gui/base/devicepath.h"
+#include "gui/led/ledfileitem.h"
+#include "gui/screen/label.h"
 #include "gui/screen/widgetmanager.h"
+#include "pictures/picturetable.h"
 
 namespace {
 Inspection* listener = nullptr;
@@ -93,6 +96,8 @@ const QSet<QString> kNeverPainted = {
     QStringLiteral("messagebox/message_button_cancel_press.bmp"),
 };
 
+const QRegularExpression kKorean(QStringLiteral("\\p{Hangul}"));
+
 // The screens that let the video show.
 bool IsOverVideo() {
   const WidgetId screen = gWidgetManager.GetCurWidgetId();
@@ -112,6 +117,11 @@ Inspection::Inspection() {
   qInstallMessageHandler(Listen);
 }
 
+Inspection::~Inspection() {
+  qInstallMessageHandler(nullptr);
+  listener = nullptr;
+}
+
 void Inspection::Look(MainWindow& window, const QString& name, const QImage& drawn) {
   LookAtTexts(window, name);
   LookAtGround(window, name, drawn);
@@ -123,8 +133,11 @@ void Inspection::LookAtTexts(MainWindow& window, const QString& name) {
   const QList<QLabel*> labels = window.findChildren<QLabel*>();
   for (const QLabel* label : labels) {
     if (!label->isVisible() || label->text().isEmpty()) continue;
+    const bool isTheDrivers = dynamic_cast<const LedFileItem*>(label->parent());
+    if (!IsSourceLanguage() && !isTheDrivers && kKorean.match(label->text()).hasMatch())
+      Fail(QStringLiteral("%1: the text \"%2\" is Korean").arg(name, label->text()));
     const QRect area = label->contentsRect();
-    const QRect text = label->fontMetrics().boundingRect(area, int(label->alignment()), label->text());
+    const QRect text = dynamic_cast<const TextLabel&>(*label).Letters();
     const QRect inParent = QRect(label->mapToParent(text.topLeft()), text.size());
     if (!area.contains(text) || !label->parentWidget()->rect().contains(inParent))
       Fail(QStringLiteral("%1: the text \"%2\" needs %3 x %4 pixels and has %5 x %6")
@@ -174,14 +187,20 @@ void Inspection::NotePictures(MainWindow& window) {
   window.render(&sink);
 }
 
-QStringList Inspection::Unseen() const {
-  QFile table(QStringLiteral(SOURCE_DIR "/pictures/images.csv"));
-  if (!table.open(QIODevice::ReadOnly)) return {table.fileName()};
-  QStringList unseen;
-  for (table.readLine(); !table.atEnd();) {
-    const QString path = QString::fromUtf8(table.readLine()).section(u',', 0, 0);
-    const QString file = path.startsWith(u'/') ? path : QLatin1String(device::kImages) + path;
-    if (mSeen.contains(DigestOf(QImage(DevicePath(file)))) == kNeverPainted.contains(path)) unseen << path;
+void Inspection::LookAtTable() {
+  const QString table = QStringLiteral(SOURCE_DIR "/pictures/images.csv");
+  const QList<PictureRow> rows = ReadPictureTable(table);
+  const QList<PictureRow> translated = ReadPictureTable(table, IsSourceLanguage() ? QString() : Language());
+  for (qsizetype i = 0; i < rows.size(); ++i) {
+    const QString& path = rows[i].path;
+    const QString images = DevicePath(QLatin1String(device::kImages));
+    const QString file = path.startsWith(u'/') ? DevicePath(path) : images + path;
+    const bool hasOwn = translated[i].caption != rows[i].caption;
+    if (hasOwn && mSeen.contains(DigestOf(QImage(file)))) Fail(path + QStringLiteral(" is shown in Korean"));
+    const QImage picture(hasOwn ? images + Language() + u'/' + path : file);
+    if (mSeen.contains(DigestOf(picture)) == kNeverPainted.contains(path))
+      Fail(path + (kNeverPainted.contains(path) ? QStringLiteral(" is shown") : QStringLiteral(" is never shown")));
+    if (!IsSourceLanguage() && kKorean.match(translated[i].caption.join(u' ')).hasMatch())
+      Fail(path + QStringLiteral(" has a Korean caption"));
   }
-  return unseen;
 }

@@ -4,22 +4,26 @@
 #include <QSet>
 #include <QStringList>
 
+#include "gui/base/language.h"
+
 class MainWindow;
 
-/// What must hold of every picture that the interface shows.
+/// What must hold of every picture that the interface shows, in the language that it has now.
 class Inspection {
 public:
-  /// Listens to what the interface says about its pictures from now on. One at a time.
+  /// Listens to what the interface says about its pictures. One at a time.
   Inspection();
+  ~Inspection();
 
   /// Looks at what is shown now, `drawn` as a whole: a text that does not fit into its label, what another screen has
   /// left, a hole through which the video would show, also on a screen of 16 bits.
   void Look(MainWindow& window, const QString& name, const QImage& drawn);
 
-  /// The pictures of the table that were never seen, and those that were although nothing should paint them.
-  QStringList Unseen() const;
+  /// Looks at what was seen of the pictures of the table: all of them, but those that nothing should paint, and none in
+  /// another language.
+  void LookAtTable();
 
-  void Fail(const QString& sentence) { mFaults << sentence; }
+  void Fail(const QString& sentence) { mFaults << Language() + QStringLiteral(": ") + sentence; }
   const QStringList& Faults() const { return mFaults; }
 
 private:

@@ -1,6 +1,8 @@
 #include "tour/references.h"
 
 #include <QBuffer>
+#include <QDirIterator>
+#include <QFileInfo>
 #include <QImageWriter>
 #include <QSaveFile>
 #include <cstdlib>
@@ -64,9 +66,12 @@ void References::Compare(const QString& name, const QImage& drawn) {
 
 QStringList References::Others() const {
   QStringList others;
-  const QStringList files = mFolder.entryList({QStringLiteral("*.png")}, QDir::Files);
-  for (const QString& file : files)
+  QDirIterator files(mFolder.path(), {QStringLiteral("*.png")}, QDir::Files, QDirIterator::Subdirectories);
+  while (files.hasNext()) {
+    files.next();
+    const QString file = mFolder.relativeFilePath(files.fileInfo().absoluteFilePath());
     if (!mNames.contains(file.chopped(4))) others << file;
+  }
   return others;
 }
 
@@ -92,6 +97,7 @@ bool References::WritePage(const QString& file) const {
 bool References::Accept(const QString& name, const QImage& drawn) {
   mNames << name;
   if (QImage(FileOf(name)).convertToFormat(QImage::Format_RGB32) == drawn) return true;
+  if (!QFileInfo(FileOf(name)).dir().mkpath(QStringLiteral("."))) return false;
   QImageWriter writer(FileOf(name), "png");
   writer.setCompression(100);
   return writer.write(drawn);

@@ -6,7 +6,8 @@
 #include <QString>
 #include <QStringList>
 
-/// The pictures that the interface is known to draw, tests/pictures: one PNG of each, by its name.
+/// The pictures that the interface is known to draw, tests/pictures: one PNG of each, by its name, which may begin with
+/// a folder.
 class References {
 public:
   explicit References(const QString& folder) : mFolder(folder) {}

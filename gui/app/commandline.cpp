@@ -8,20 +8,42 @@
 
 #include "gui/app/mainwindow.h"
 #include "gui/base/globals.h"
+#include "gui/base/language.h"
 #include "gui/settings/config.h"
 
-bool TakeTouchOption(int* argc, char** argv) {
+namespace {
+constexpr char kLanguageVariable[] = "DASHCAM_LANGUAGE";
+
+// The value of an option, null without it; an option without a value says what it needs, and `good` is false.
+const char* Take(int* argc, char** argv, const char* name, const char* what, bool* good) {
   char** const end = argv + *argc;
-  char** const option = std::find_if(argv, end, [](const char* text) { return std::strcmp(text, "--touch") == 0; });
-  if (option == end) return true;
-  if (end - option < 2 || option[1][0] == '\0') {
-    std::fputs("--touch needs the path of the touch panel's device.\n", stderr);
-    return false;
+  char** const option = std::find_if(argv, end, [name](const char* text) { return std::strcmp(text, name) == 0; });
+  if (option == end) return nullptr;
+  const char* const value = end - option < 2 ? "" : option[1];
+  if (value[0] == '\0') {
+    std::fprintf(stderr, "%s needs %s.\n", name, what);
+    *good = false;
+    return nullptr;
   }
-  gTouchDevice = QString::fromLocal8Bit(option[1]);
   std::copy(option + 2, end + 1, option);  // with the null after the last one
   *argc -= 2;
-  return true;
+  return value;
+}
+}  // namespace
+
+bool TakeOptions(int* argc, char** argv) {
+  bool good = true;
+  if (const char* path = Take(argc, argv, "--touch", "the path of the touch panel's device", &good))
+    gTouchDevice = QString::fromLocal8Bit(path);
+  if (const char* language = Take(argc, argv, "--language", "a language", &good)) qputenv(kLanguageVariable, language);
+  return good;
+}
+
+void ApplyLanguage() {
+  const QString language = qEnvironmentVariable(kLanguageVariable);
+  if (language.isEmpty() || ChooseLanguage(language)) return;
+  std::fprintf(stderr, "There is no language \"%s\", only %s.\n", qPrintable(language),
+               qPrintable(Languages().join(QStringLiteral(", "))));
 }
 
 void PrepareQt() {

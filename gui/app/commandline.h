@@ -2,9 +2,14 @@
 
 class MainWindow;
 
-/// "--touch PATH", wherever it stands: the touch panel's device. It is taken out of the arguments, which then are the
-/// positional ones and Qt's. False, with one sentence on the standard error, without its path.
-bool TakeTouchOption(int* argc, char** argv);
+/// "--touch PATH", the touch panel's device, and "--language NAME", wherever they stand. They are taken out of the
+/// arguments, which then are the positional ones and Qt's. False, with one sentence on the standard error, when one
+/// lacks its value.
+bool TakeOptions(int* argc, char** argv);
+
+/// After the application object: the language of --language, else of the environment's DASHCAM_LANGUAGE, else Korean.
+/// One that there is not is one line on the standard error, and Korean.
+void ApplyLanguage();
 
 /// Before the application object: one point is one pixel, no scaling, and Qt's own input and cursor stay off.
 void PrepareQt();

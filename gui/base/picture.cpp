@@ -3,6 +3,7 @@
 #include <QCache>
 
 #include "gui/base/devicepath.h"
+#include "gui/base/language.h"
 
 namespace {
 constexpr int kCacheBytes = 8 * 1024 * 1024;
@@ -10,18 +11,34 @@ constexpr int kCacheBytes = 8 * 1024 * 1024;
 qsizetype BytesOf(const QPixmap& picture) {
   return qsizetype{picture.width()} * picture.height() * picture.depth() / 8;
 }
+
+QCache<QString, QPixmap>& Decoded() {
+  // Never destroyed: pixmaps must not outlive the application object, and the process ends with it.
+  static auto& decoded = *new QCache<QString, QPixmap>(kCacheBytes);  // NOLINT: owned by the process
+  return decoded;
+}
+
+// By way of QImage: a pixmap that reads a file itself is kept a second time, in a cache of Qt's own.
+QPixmap Read(const QString& file) {
+  return QPixmap::fromImage(QImage(DevicePath(file)));
+}
 }  // namespace
 
 QPixmap Picture(const QString& path) {
-  // Never destroyed: pixmaps must not outlive the application object, and the process ends with it.
-  static auto& decoded = *new QCache<QString, QPixmap>(kCacheBytes);  // NOLINT: owned by the process
-  if (const QPixmap* known = decoded.object(path)) return *known;
-  const QString file = path.startsWith(u'/') ? path : QLatin1String(device::kImages) + path;
-  // By way of QImage: a pixmap that reads a file itself is kept a second time, in a cache of Qt's own.
-  QPixmap picture = QPixmap::fromImage(QImage(DevicePath(file)));
+  if (const QPixmap* known = Decoded().object(path)) return *known;
+  const QString images = QLatin1String(device::kImages);
+  const QString file = path.startsWith(u'/') ? path : images + path;
+  QPixmap picture;
+  if (!IsSourceLanguage())
+    picture = Read(images + Language() + u'/' + (file.startsWith(images) ? file.mid(images.size()) : file));
+  if (picture.isNull()) picture = Read(file);
   if (picture.isNull()) qDebug("picture: missing: %s", qPrintable(file));
-  decoded.insert(path, new QPixmap(picture), BytesOf(picture) + 1);
+  Decoded().insert(path, new QPixmap(picture), BytesOf(picture) + 1);
   return picture;
+}
+
+void ForgetPictures() {
+  Decoded().clear();
 }
 
 bool Covers(const QPixmap& picture, QSize area) {

@@ -13,6 +13,7 @@
 #include "gui/base/devicepath.h"
 #include "gui/base/eventgate.h"
 #include "gui/base/globals.h"
+#include "gui/base/language.h"
 #include "gui/base/shell.h"
 #include "gui/parking/pfileinfo.h"
 #include "gui/screen/clock.h"
@@ -387,7 +388,7 @@ void PreviewLayout::UpdateVoltageLabel() {
 }
 
 void PreviewLayout::SetLowVolPowerOffCountStr() {
-  mStrLowVolCount = QString::asprintf("차단%d", gMainWindow->GetCountOfLowVolPowerOff());
+  mStrLowVolCount = Text::tr("차단%n", nullptr, gMainWindow->GetCountOfLowVolPowerOff());
   mLowVolCountLabel->setText(mStrLowVolCount);
 }
 

@@ -5,10 +5,12 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QTimer>
+#include <algorithm>
 #include <cmath>
 
 #include "gui/base/devicepath.h"
 #include "gui/base/globals.h"
+#include "gui/base/language.h"
 #include "gui/base/picture.h"
 #include "gui/screen/clock.h"
 #include "gui/screen/label.h"
@@ -35,11 +37,7 @@ constexpr LabelRow kDay{"mLblDay", {304, 26, 140, 40}, 30, kInk, Qt::AlignRight}
 constexpr LabelRow kTime{"mLblTime", {124, 72, 324, 150}, 120, kInk, Qt::AlignHCenter, true};
 constexpr LabelRow kVolt{"mLblVolt", {356, 250, 104, 56}, 28, kInk, Qt::AlignHCenter};
 
-constexpr struct {
-  const char* english;
-  const char* korean;
-} kDays[] = {{"Mon", "월요일"}, {"Tue", "화요일"}, {"Wed", "수요일"}, {"Thu", "목요일"},
-             {"Fri", "금요일"}, {"Sat", "토요일"}, {"Sun", "일요일"}};
+constexpr const char* kDays[] = {"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun"};
 
 template <int N>
 QPixmap PictureOf(const char* const (&table)[N], int value, const char* otherwise) {
@@ -116,10 +114,9 @@ void ScreenSaver::SetDefalutTime() {
 }
 
 QString ScreenSaver::TransformDate(const QString& dayName) {
-  const QString name = dayName.left(3);
-  for (const auto& day : kDays)
-    if (name == QLatin1String(day.english)) return QString::fromUtf8(day.korean);
-  return {};
+  const auto* const day =
+      std::ranges::find(kDays, dayName.left(3), [](const char* name) { return QLatin1String(name); });
+  return day == std::end(kDays) ? QString() : DateLocale().dayName(int(day - kDays) + 1);
 }
 
 // A label whose text stays the same is not painted again.
@@ -128,10 +125,10 @@ void ScreenSaver::SetCurTimeAndVolStr() {
   if (ChkTimeError(mTimeSet) != 0) SetDefalutTime();
   mCurTime = ConvTime12H(mTimeSet);
   mIsAM = mCurTime.Apm == AM;
-  mStrDate = QString::asprintf("%04d.%02d.%02d", mCurTime.Year, mCurTime.Month, mCurTime.Day);
   mStrTime = QString::asprintf("%02d:%02d", mCurTime.Hour, mCurTime.Minute);
   mStrVoltage = std::isfinite(gRecvVoltage) ? QString::asprintf("%3.1fv", double{gRecvVoltage}) : QString();
   const QDate date(mCurTime.Year, mCurTime.Month, mCurTime.Day);
+  mStrDate = DateLocale().toString(date, Text::tr("yyyy.MM.dd"));
   mLblDate->setText(mStrDate);
   mLblDay->setText(TransformDate(date.toString(QStringLiteral("ddd"))));
   mLblTime->setText(mStrTime);

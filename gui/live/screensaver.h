@@ -27,7 +27,7 @@ public:
 
   /// The user wants an own picture, and there is none.
   static bool IsNotExistCustomImageFile();
-  /// The Korean weekday of an English one, of which three characters count; empty for any other text.
+  /// The weekday of an English one, of which three characters count, in the chosen language; empty for any other text.
   static QString TransformDate(const QString& dayName);
 
 public slots:

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "gui/base/globals.h"
+#include "gui/base/language.h"
 #include "gui/base/picture.h"
 #include "gui/parking/pfileinfo.h"
 #include "gui/screen/label.h"
@@ -43,9 +44,7 @@ constexpr LabelRow kLowVoltageLabel{"mLowVoltageLabel", {20, 200, 440, 40}, 19, 
 
 // Month, day, hour and minute of the local calendar.
 QString TimeText(qint32 seconds) {
-  const QDateTime at = QDateTime::fromSecsSinceEpoch(seconds);
-  return QString::asprintf("%02d월 %02d일 %02d:%02d", at.date().month(), at.date().day(), at.time().hour(),
-                           at.time().minute());
+  return DateLocale().toString(QDateTime::fromSecsSinceEpoch(seconds), Text::tr("MM월 dd일 HH:mm"));
 }
 
 qint32 StopTime(const PFileInfo& info) {
@@ -99,11 +98,11 @@ void PFileSimpleGraph::settingPfileInfo(const PFileInfo& info) {
 }
 
 void PFileSimpleGraph::setString(const PFileInfo& info) {
-  mStrEvent = QString::asprintf("이벤트 녹화 %d건", info.getEvtParkFileCnt());
-  mStrMotion = QString::asprintf("모션 녹화 %d건", info.getMotionParkFileCnt());
+  mStrEvent = Text::tr("이벤트 녹화 %n건", nullptr, info.getEvtParkFileCnt());
+  mStrMotion = Text::tr("모션 녹화 %n건", nullptr, info.getMotionParkFileCnt());
   mStrStart = TimeText(info.getParkStartTime());
   mStrEnd = TimeText(StopTime(info));
-  if (info.getLowVoltageFlag()) mStrLowVoltage = QStringLiteral("저전압으로 주차녹화가 종료되었습니다.");
+  if (info.getLowVoltageFlag()) mStrLowVoltage = Text::tr("저전압으로 주차녹화가 종료되었습니다.");
 }
 
 void PFileSimpleGraph::initLabel() {

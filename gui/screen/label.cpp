@@ -4,11 +4,19 @@
 #include <QPaintEngine>
 #include <QPaintEvent>
 #include <QPainter>
+#include <algorithm>
 #include <cstring>
+
+#include "gui/base/language.h"
 
 namespace {
 constexpr int kNarrowest = 88;  // percent of the font's width that can still be read at a glance
+constexpr int kSmallest = 12;   // pixels of its size
 constexpr int kOverhang = 4;    // pixels of a letter beyond its place in the line
+
+QRect AreaOf(const QFont& font, const QString& text, QSize box) {
+  return QFontMetrics(font).boundingRect({QPoint(), box}, 0, text);
+}
 
 // What a widget's painter has in `place`, a view into what it paints on; null when that is no image.
 QImage PaintedIn(const QPainter& painter, const QRect& place) {
@@ -41,11 +49,14 @@ void TextLabel::changeEvent(QEvent* event) {
 void TextLabel::paintEvent(QPaintEvent* event) {
   if (text().isEmpty()) return;
   QPainter painter(this);
+  painter.setFont(mFont);
   if (mText != text() || mSize != size() || mAlignment != alignment()) {  // it must come soon: remembered the next time
     mText = text();
     mSize = size();
     mAlignment = alignment();
     mPlace = QRect();
+    mFont = PaintedFont();
+    painter.setFont(mFont);
     painter.drawText(rect(), int(mAlignment), mText);
     return;
   }
@@ -63,18 +74,40 @@ void TextLabel::paintEvent(QPaintEvent* event) {
   mPicture = ground.copy();
 }
 
+QFont TextLabel::PaintedFont() const {
+  if (IsSourceLanguage()) return font();
+  QFont fitting = font();
+  fitting.setPixelSize(FittingSize(fitting, {text()}, size()));
+  return FittingFont(fitting, text(), width());
+}
+
+QRect TextLabel::Letters() const {
+  return QFontMetrics(PaintedFont()).boundingRect(rect(), int(alignment()), text());
+}
+
 void TextLabel::Measure() {
-  mPlace = fontMetrics().boundingRect(rect(), int(mAlignment), mText);
-  mPlace = mPlace.adjusted(-kOverhang, -kOverhang, kOverhang, kOverhang) & rect();
+  mPlace = Letters().adjusted(-kOverhang, -kOverhang, kOverhang, kOverhang) & rect();
   mGround = mPicture = QImage();
 }
 
 QFont FittingFont(QFont font, const QString& text, int width) {
   for (int stretch = QFont::Unstretched; stretch >= kNarrowest; --stretch) {
     font.setStretch(stretch);
-    if (QFontMetrics(font).boundingRect({0, 0, width, 0}, Qt::TextSingleLine, text).width() <= width) break;
+    if (AreaOf(font, text, {width, 0}).width() <= width) break;
   }
   return font;
+}
+
+int FittingSize(QFont font, const QStringList& texts, QSize box) {
+  int size = font.pixelSize();
+  if (IsSourceLanguage()) return size;
+  const auto fits = [&](const QString& text) {
+    font.setPixelSize(size);
+    const QSize area = AreaOf(FittingFont(font, text, box.width()), text, box).size();
+    return area.width() <= box.width() && area.height() <= box.height();
+  };
+  while (size > kSmallest && !std::ranges::all_of(texts, fits)) --size;
+  return size;
 }
 
 void SetLabel(QLabel* label, const LabelRow& row) {

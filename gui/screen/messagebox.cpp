@@ -133,6 +133,9 @@ void MessageBox::PlaceLines(const QString& text) {
     qDebug("String Sep. Error : %d", int(sList.size()));
     return;
   }
+  QFont font;
+  font.setPixelSize(px);
+  px = FittingSize(font, sList, {label_wid, label_hei});
   SetLabel(strLabel, label_x, label_y, label_wid, px, sList[0]);
   if (str_type >= 1) SetLabel(strLabel2, label_x2, label_y2, label_wid, px, sList[1]);
   if (str_type >= 2) SetLabel(strLabel3, label_x3, label_y3, label_wid, px, sList[2]);

@@ -2,6 +2,7 @@
 
 #include <QLabel>
 
+#include "gui/base/language.h"
 #include "gui/base/shell.h"
 #include "gui/screen/label.h"
 #include "gui/screen/page.h"
@@ -27,13 +28,16 @@ struct Legend {
   const char* number;
   const char* name;
 };
-constexpr Legend kEvent{12, "filemanagement/icon_event.bmp", "lblEvt", "lblEvtNum", "이벤트"};
-constexpr Legend kNormal{168, "filemanagement/icon_normal.bmp", "lblNormal", "lblNormalNum", "상시"};
-constexpr Legend kParking{324, "filemanagement/icon_parking.bmp", "lblParking", "lblParkNum", "주차"};
+constexpr Legend kEvent{12, "filemanagement/icon_event.bmp", "lblEvt", "lblEvtNum",
+                        QT_TRANSLATE_NOOP("Text", "이벤트")};
+constexpr Legend kNormal{168, "filemanagement/icon_normal.bmp", "lblNormal", "lblNormalNum",
+                         QT_TRANSLATE_NOOP("Text", "상시")};
+constexpr Legend kParking{324, "filemanagement/icon_parking.bmp", "lblParking", "lblParkNum",
+                          QT_TRANSLATE_NOOP("Text", "주차")};
 constexpr int kIconTop = 70;
 
 QLabel* AddShare(QWidget* screen, const Legend& legend) {
-  AddLabel(screen, {legend.text, {legend.x + 40, 66, 100, 20}, 16, kText2}, QString::fromUtf8(legend.name));
+  AddLabel(screen, {legend.text, {legend.x + 40, 66, 100, 20}, 16, kText2}, Text::tr(legend.name));
   return AddLabel(screen, {legend.number, {legend.x + 40, 84, 100, 24}, 20, kText, Qt::AlignLeft, true});
 }
 }  // namespace

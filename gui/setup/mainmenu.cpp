@@ -12,6 +12,7 @@
 #include "gui/base/devicepath.h"
 #include "gui/base/eventgate.h"
 #include "gui/base/globals.h"
+#include "gui/base/language.h"
 #include "gui/recordings/recfilethread.h"
 #include "gui/recordings/recordingfilemanager.h"
 #include "gui/screen/clock.h"
@@ -82,7 +83,7 @@ int MainMenu::GetSinceDayOfSdFormat() {
 
 void MainMenu::SetSdFormatDay() {
   const int days = GetSinceDayOfSdFormat();
-  if (days > 0) mSdFormatDayLabel->setText(QString::asprintf("포맷 후 %d일", days));
+  if (days > 0) mSdFormatDayLabel->setText(Text::tr("포맷 후 %n일", nullptr, days));
 }
 
 // ---- the list of recordings

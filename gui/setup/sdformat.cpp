@@ -5,6 +5,7 @@
 #include <QTimer>
 
 #include "gui/base/globals.h"
+#include "gui/base/language.h"
 #include "gui/base/picture.h"
 #include "gui/screen/label.h"
 #include "gui/screen/screenhost.h"
@@ -19,7 +20,7 @@ constexpr LabelRow kCaution{"mLblCaution", {20, 262, 440, 36}, 18, {255, 184, 28
 SDFormat::SDFormat(QWidget* parent)
     : BaseWidget(parent),
       mLblMsg(AddLabel(this, kMessage)),
-      mLblCaution(AddLabel(this, kCaution, QStringLiteral("포맷 중에는 전원을 끄지 마십시오."))),
+      mLblCaution(AddLabel(this, kCaution, Text::tr("포맷 중에는 전원을 끄지 마십시오."))),
       mTimSDFormat(NewTimer("mTimSDFormat", [this] { TimeoutSDFormat(); })) {
   SetTimer(mTimSDFormat, kStateMs);
 }
@@ -41,15 +42,15 @@ void SDFormat::RecvSDFormatStatus(int status) {
   if (status == ST_SDF_FAIL && gInitSdError) {
     // The card failed at the start, too: it must be exchanged, and the message stays.
     StopTimer(mTimSDFormat);
-    SetLabel(QStringLiteral("SD카드 포맷에 실패하였습니다.\nSD카드 교체가 필요합니다."), 22);
+    SetLabel(Text::tr("SD카드 포맷에 실패하였습니다.\nSD카드 교체가 필요합니다."), 22);
     mLblIdx = 2;
     gInitSdError = false;
     return;
   }
   if (status == ST_SDF_SUCCESS)
-    SetLabel(QStringLiteral("포맷이 완료되었습니다.\n영상 녹화를 시작합니다."), 22);
+    SetLabel(Text::tr("포맷이 완료되었습니다.\n영상 녹화를 시작합니다."), 22);
   else
-    SetLabel(QStringLiteral("SD카드 포맷에 실패하였습니다."), 27);
+    SetLabel(Text::tr("SD카드 포맷에 실패하였습니다."), 27);
   mLblIdx = status == ST_SDF_SUCCESS ? 2 : 3;
   SetTimer(mTimSDFormat, kStateMs);
 }
@@ -58,10 +59,10 @@ void SDFormat::TimeoutSDFormat() {
   mTimSDFormat->stop();
   switch (mLblIdx) {
     case 0:
-      SetLabel(QStringLiteral("SD카드 포맷을 \r\n 진행 중입니다."), 33);
+      SetLabel(Text::tr("SD카드 포맷을 \r\n 진행 중입니다."), 33);
       break;
     case 1:
-      SetLabel(QStringLiteral("시간이 초과되었습니다\n 재시도해주십시요"), 33);
+      SetLabel(Text::tr("시간이 초과되었습니다\n 재시도해주십시요"), 33);
       mLblIdx = 3;
       SetTimer(mTimSDFormat, kStateMs);
       break;

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "gui/base/eventgate.h"
+#include "gui/base/language.h"
 #include "gui/base/shell.h"
 #include "gui/screen/clock.h"
 #include "gui/screen/label.h"
@@ -189,7 +190,7 @@ void TimeLayout::UpdateLabels() {
     const int value = mTimeSet.*field.value;
     mLabels[size_t(field.type)]->setText(field.type == Time_Gmt ? ZoneName(value)
                                          : field.type == Time_AmPm
-                                             ? (value == AM ? QStringLiteral("오전") : QStringLiteral("오후"))
+                                             ? (value == AM ? DateLocale().amText() : DateLocale().pmText())
                                              : QString::asprintf("%02d", value));
   }
 }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "gui/base/eventgate.h"
+#include "gui/base/language.h"
 #include "gui/base/picture.h"
 #include "gui/base/shell.h"
 #include "gui/screen/label.h"
@@ -20,8 +21,10 @@ constexpr int kMostFailures = 3;           // before the last attempt
 constexpr int kReachX = 40, kReachY = 35;  // of a target, from its middle; bounds included
 constexpr double kFarthest = 1e6;
 
-constexpr char kStartText[] = "좌표보정을 시작합니다.\r\n표시되는 지점을 눌러주시기 바랍니다.";
-constexpr char kConfirmText[] = "보정 결과를 확인하기 위해 표시지점을\r\n한번더 눌러주시기 바랍니다.";
+constexpr char kStartText[] =
+    QT_TRANSLATE_NOOP("Text", "좌표보정을 시작합니다.\r\n표시되는 지점을 눌러주시기 바랍니다.");
+constexpr char kConfirmText[] =
+    QT_TRANSLATE_NOOP("Text", "보정 결과를 확인하기 위해 표시지점을\r\n한번더 눌러주시기 바랍니다.");
 
 constexpr QPoint kCommentPanel(20, 72), kCountPanel(160, 200);
 constexpr QColor kInk(0, 0, 0);
@@ -42,7 +45,7 @@ TouchComp::TouchComp(QWidget* parent)
       lblComment2(AddLabel(this, kCount)) {
   for (QLabel* label : {lblComment, lblComment2})
     label->setStyleSheet(QStringLiteral("QLabel {background:transparent;color:rgb(0,0,0);}"));
-  SetComment(QString::fromUtf8(kStartText));
+  SetComment(Text::tr(kStartText));
 }
 
 TouchComp::~TouchComp() {
@@ -89,7 +92,7 @@ void TouchComp::Collect(int panelX, int panelY) {
   OperationNpointTouchCompensation(kTargets);
   nTouchCnt = 0;
   mConfirmTc = true;
-  SetComment(QString::fromUtf8(kConfirmText));
+  SetComment(Text::tr(kConfirmText));
 }
 
 // The map of the first n touches. Touches that give none leave it as it is: the second pass shows that it does not fit.
@@ -139,7 +142,7 @@ void TouchComp::EndVerification() {
     RestoreEntry();
   else
     ++mComFailCount;
-  SetComment(QString::fromUtf8(kStartText));
+  SetComment(Text::tr(kStartText));
   Tell(last ? TOUCH_COM_FAIL : TOUCH_COM_FAIL_RETRY);
 }
 

@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QPainter>
 
+#include "gui/base/language.h"
 #include "gui/screen/label.h"
 #include "gui/screen/screenhost.h"
 #include "gui/settings/config.h"
@@ -22,8 +23,8 @@ QString CoordText(int x, int y) {
 
 TouchMotion::TouchMotion(QWidget* parent)
     : BaseWidget(parent),
-      beforeComTitle(AddLabel(this, kBeforeTitle, QStringLiteral("보정 전"))),
-      afterComTile(AddLabel(this, kAfterTitle, QStringLiteral("보정 후"))),
+      beforeComTitle(AddLabel(this, kBeforeTitle, Text::tr("보정 전"))),
+      afterComTile(AddLabel(this, kAfterTitle, Text::tr("보정 후"))),
       beforeCoord(AddLabel(this, kBefore)),
       afterCoord(AddLabel(this, kAfter)) {}
 

@@ -1,16 +1,37 @@
 #include "gui/app/commandline.h"
 
+#include <unistd.h>
+
 #include <QApplication>
 #include <QFontInfo>
+#include <QTemporaryFile>
 #include <QTest>
+#include <algorithm>
 
 #include "gui/app/mainwindow.h"
 #include "gui/base/globals.h"
+#include "gui/base/language.h"
 #include "gui/settings/config.h"
 #include "tests/fake/platformfake.h"
 #include "tests/fake/testroot.h"
 
 static TestRoot root;
+
+namespace {
+/// What comes out of the standard error meanwhile.
+template <typename Function>
+QByteArray SaidBy(Function function) {
+  QTemporaryFile file;
+  if (!file.open()) qFatal("no file");
+  const int error = dup(STDERR_FILENO);
+  dup2(file.handle(), STDERR_FILENO);
+  function();
+  dup2(error, STDERR_FILENO);
+  close(error);
+  file.seek(0);
+  return file.readAll();
+}
+}  // namespace
 
 class CommandLineTest : public QObject {
   Q_OBJECT
@@ -97,7 +118,7 @@ private slots:
     argv << nullptr;
     int argc = static_cast<int>(arguments.size());
     gTouchDevice.clear();
-    QVERIFY(TakeTouchOption(&argc, argv.data()));
+    QVERIFY(TakeOptions(&argc, argv.data()));
     QStringList left;
     for (int i = 0; i < argc; ++i) left << QString::fromUtf8(argv[i]);
     QTEST(left, "left");
@@ -116,8 +137,57 @@ private slots:
     QByteArray name("gui"), argument("x"), option("--touch");
     char* argv[] = {name.data(), argument.data(), option.data(), path.data(), nullptr};
     argv[count] = nullptr;
-    QVERIFY(!TakeTouchOption(&count, argv));
+    QVERIFY(!TakeOptions(&count, argv));
     QVERIFY(gTouchDevice.isEmpty());
+  }
+
+  void theLanguage_data() {
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("variable");
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QByteArray>("said");
+    const QByteArray unknown("There is no language \"xx\", only ");
+    QTest::newRow("none") << QStringList{"gui"} << QByteArray() << "ko" << QByteArray();
+    QTest::newRow("option") << QStringList{"gui", "x", "--language", "en", "1"} << QByteArray() << "en" << QByteArray();
+    QTest::newRow("variable") << QStringList{"gui"} << QByteArray("en") << "en" << QByteArray();
+    QTest::newRow("option before variable")
+        << QStringList{"gui", "--language", "ko"} << QByteArray("en") << "ko" << QByteArray();
+    QTest::newRow("unknown option") << QStringList{"gui", "--language", "xx"} << QByteArray("en") << "ko" << unknown;
+    QTest::newRow("unknown variable") << QStringList{"gui"} << QByteArray("xx") << "ko" << unknown;
+    QTest::newRow("with the panel") << QStringList{"gui", "--touch", "panel", "--language", "en"} << QByteArray()
+                                    << "en" << QByteArray();
+  }
+  void theLanguage() {
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, variable);
+    QFETCH(QByteArray, said);
+    QList<QByteArray> bytes;
+    for (const QString& argument : arguments) bytes << argument.toUtf8();
+    QList<char*> argv;
+    for (QByteArray& argument : bytes) argv << argument.data();
+    argv << nullptr;
+    int argc = static_cast<int>(arguments.size());
+    qputenv("DASHCAM_LANGUAGE", variable);
+    QVERIFY(TakeOptions(&argc, argv.data()));
+    QVERIFY(std::none_of(argv.begin(), argv.begin() + argc,
+                         [](const char* argument) { return QByteArray(argument).startsWith("--"); }));
+    const QByteArray words = SaidBy([] { ApplyLanguage(); });
+    QTEST(Language(), "language");
+    QCOMPARE(words.isEmpty(), said.isEmpty());
+    QVERIFY2(words.startsWith(said) && words.count('\n') == !said.isEmpty(), words.constData());
+    QVERIFY(ChooseLanguage(QStringLiteral("ko")));
+    qunsetenv("DASHCAM_LANGUAGE");
+    gTouchDevice.clear();
+  }
+  void aLanguageOptionWithoutALanguage() {
+    QByteArray name("gui"), option("--language"), empty;
+    char* argv[] = {name.data(), option.data(), nullptr};
+    int argc = 2;
+    QVERIFY(!TakeOptions(&argc, argv));
+    char* other[] = {name.data(), option.data(), empty.data(), nullptr};
+    argc = 3;
+    QVERIFY(!TakeOptions(&argc, other));
+    QVERIFY(!qEnvironmentVariableIsSet("DASHCAM_LANGUAGE"));
   }
 
   void onePointIsOnePixelAndTheInputStaysOurs() {

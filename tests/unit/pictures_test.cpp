@@ -68,19 +68,32 @@ bool IsCell(const QString& path) {
 
 constexpr char kHead[] = "path,width,height,screen,meaning,caption,icon,style,step,invented\n";
 
-/// What the generator says about a table of one row; empty when it has drawn it.
-QString Refusal(const QByteArray& rows) {
-  QTemporaryDir folder;
+/// What the generator says about a table; empty when it has drawn it below `folder`.
+QString DrawnBelow(const QTemporaryDir& folder, const QByteArray& text, const QStringList& languages) {
   QFile table(folder.filePath(QStringLiteral("table.csv")));
   if (!table.open(QIODevice::WriteOnly)) qFatal("cannot write");
-  table.write(kHead + rows);
+  table.write(text);
   table.close();
   QProcess generator;
-  generator.start(QStringLiteral(BINARY_DIR "/pictures/picture-generator"), {table.fileName(), folder.path()});
+  generator.start(QStringLiteral(BINARY_DIR "/pictures/picture-generator"),
+                  QStringList{table.fileName(), folder.path()} + languages);
   if (!generator.waitForFinished(20000) || generator.exitStatus() != QProcess::NormalExit) qFatal("no generator");
   const QString said = QString::fromUtf8(generator.readAllStandardError());
   if (generator.exitCode() == 0) return {};
   return said.section(QStringLiteral("table.csv: "), 1).trimmed();
+}
+
+/// The same for rows without another language.
+QString Refusal(const QByteArray& rows) {
+  return DrawnBelow(QTemporaryDir(), kHead + rows, {});
+}
+
+QStringList FilesBelow(const QTemporaryDir& folder) {
+  QStringList files;
+  for (QDirIterator file(folder.path(), {"*.bmp"}, QDir::Files, QDirIterator::Subdirectories); file.hasNext();)
+    files << file.next().mid(folder.path().size());
+  files.sort();
+  return files;
 }
 }  // namespace
 
@@ -181,12 +194,19 @@ private slots:
   }
 
   // The screen repaints no more of the tile when the mode changes.
+  void theLedModeTilesDifferInTheMiddleAlone_data() {
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("Korean") << QString();
+    QTest::newRow("English") << QStringLiteral("en/");
+  }
   void theLedModeTilesDifferInTheMiddleAlone() {
-    const QImage off(FileOf(QStringLiteral("ledsetting/led_setting_off_normal.bmp")));
+    QFETCH(QString, folder);
+    const QImage off(FileOf(folder + QStringLiteral("ledsetting/led_setting_off_normal.bmp")));
+    QVERIFY(!off.isNull());
     for (const char* other :
          {"ledsetting/led_setting_sequential_normal.bmp", "ledsetting/led_setting_random_normal.bmp"}) {
-      const QImage mode(FileOf(QLatin1String(other)));
-      QVERIFY(mode != off);
+      const QImage mode(FileOf(folder + QLatin1String(other)));
+      QVERIFY(!mode.isNull() && mode != off);
       for (const QRect side : {QRect(0, 0, 30, 130), QRect(130, 0, 30, 130)}) QCOMPARE(mode.copy(side), off.copy(side));
     }
   }
@@ -206,6 +226,61 @@ private slots:
   }
 
   void aGoodRowIsDrawn() { QCOMPARE(Refusal("a.bmp,160,130,S,m,메뉴,home,tile,,yes\n"), QString()); }
+
+  // One that looks the same in both languages is drawn once.
+  void anotherLanguageHasPicturesOfItsOwn() {
+    const QByteArray head = QByteArray(kHead).trimmed() + ",caption_en,caption_xx\n";
+    const QByteArray rows =
+        "a/b.bmp,160,130,S,m,메뉴,home,tile,,yes,Menu,메뉴\n"
+        "c.bmp,80,90,S,m,7,,key,,yes,7,7\n"
+        "/usr/d.bmp,80,60,S,m,,home,header-key,,yes,,\n"
+        "/usr/e.bmp,160,130,S,m,목록,home,tile,,yes,List,Liste\n";
+    const QTemporaryDir folder;
+    QCOMPARE(DrawnBelow(folder, head + rows, {"en", "xx"}), QString());
+    const QString images = QStringLiteral("/opt/gui/images/");
+    QCOMPARE(FilesBelow(folder),
+             (QStringList{images + "a/b.bmp", images + "c.bmp", images + "en/a/b.bmp", images + "en/usr/e.bmp",
+                          images + "xx/usr/e.bmp", "/usr/d.bmp", "/usr/e.bmp"}));
+    QVERIFY(QImage(folder.path() + images + "a/b.bmp") != QImage(folder.path() + images + "en/a/b.bmp"));
+    QVERIFY(DrawnBelow(folder, head + rows, {"de"}).contains("line 1: there is no column caption_de."));
+    QVERIFY(DrawnBelow(folder, head + "a.bmp,160,130,S,m,메뉴,home,tile,,yes,,\n", {"en"})
+                .contains("line 2, a.bmp: style \"tile\" takes 1 to 1 parts"));
+    QVERIFY(DrawnBelow(folder, QByteArray(kHead).trimmed() + ",more\n", {}).contains("line 1: more is no column."));
+  }
+  // A longer word of another language is drawn smaller, but never too small for a glance.
+  void aTranslatedCaptionIsMadeToFit() {
+    const auto refusal = [](const QByteArray& korean, const QByteArray& english) {
+      return DrawnBelow(QTemporaryDir(),
+                        QByteArray(kHead).trimmed() + ",caption_en\na.bmp,160,130,S,m," + korean + ",home,tile,,yes," +
+                            english + "\n",
+                        {"en"});
+    };
+    QCOMPARE(refusal("메뉴", "Voltage calibration"), QString());
+    QVERIFY(refusal("Voltage calibration", "Menu").contains("its box 148 x 28"));
+    QVERIFY(refusal("메뉴", "Voltage calibration of it all").contains("its box 148 x 28"));
+  }
+
+  void everyCaptionIsTranslated() {
+    QFile table(QStringLiteral(SOURCE_DIR "/pictures/images.csv"));
+    QVERIFY(table.open(QIODevice::ReadOnly));
+    QStringList lines = QString::fromUtf8(table.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    const QStringList head = lines.takeFirst().split(u',');
+    static const QRegularExpression kKorean(QStringLiteral("\\p{Hangul}"));
+    int captions = 0;
+    for (const QDir texts(QStringLiteral(SOURCE_DIR "/gui/translations"));
+         const QString& file : texts.entryList({"dashcam_*.ts"})) {
+      const auto column = head.indexOf(QStringLiteral("caption_") + file.mid(8).chopped(3));
+      QVERIFY2(column > 0, qPrintable(file));
+      for (const QString& line : lines) {
+        const QStringList fields = line.split(u',');
+        QCOMPARE(fields[column].isEmpty(), fields[5].isEmpty());
+        QCOMPARE(fields[column].count(u'|'), fields[5].count(u'|'));
+        QVERIFY2(!kKorean.match(fields[column]).hasMatch(), qPrintable(line));
+        captions += !fields[column].isEmpty();
+      }
+    }
+    QVERIFY(captions > 300);
+  }
 
   void theGeneratorRefuses_data() {
     QTest::addColumn<QByteArray>("rows");
