@@ -4,27 +4,26 @@
 
 #include "bench/lcd/ownpicture.h"
 #include "bench/supervise/device.h"
+#include "recorder/firmware/argument.h"
 #include "recorder/service/members.h"
 #include "recorder/service/requests.h"
 
 namespace {
-constexpr char kProcesses[] = "Processes";
-}  // namespace
+using recorder::Argument;
 
-// A whole number, from `least` to `most`.
-struct Bench::OwnArgument {
-  const char* name = nullptr;
-  int least = 0;
-  int most = 0;
-  int standard = 0;
-};
+constexpr char kProcesses[] = "Processes";
+
+int Whole(double value) {
+  return static_cast<int>(value);
+}
+}  // namespace
 
 struct Bench::OwnAction {
   const char* name;
   const char* group;
   const char* label;
   Reply (*act)(Bench& bench, const OwnValues& values);
-  std::array<OwnArgument, 4> arguments = {};
+  std::array<Argument, 4> arguments = {};
 };
 
 const Bench::OwnAction Bench::kOwnActions[] = {
@@ -32,11 +31,11 @@ const Bench::OwnAction Bench::kOwnActions[] = {
      "Touch panel",
      "Mount it askew",
      [](Bench& bench, const OwnValues& v) {
-       return bench.MountPanel({v[0], v[1], v[2], v[3]});
+       return bench.MountPanel({Whole(v[0]), Whole(v[1]), Whole(v[2]), Whole(v[3])});
      },
-     {OwnArgument{"skew", -Mounting::kMostSkew, Mounting::kMostSkew, 5},
-      OwnArgument{"x", Mounting::kLeastX, Mounting::kMostX, -30},
-      OwnArgument{"y", Mounting::kLeastY, Mounting::kMostY, 50}, OwnArgument{"noise", 0, Mounting::kMostNoise, 1}}},
+     {Argument{"skew", -Mounting::kMostSkew, Mounting::kMostSkew, 5},
+      Argument{"x", Mounting::kLeastX, Mounting::kMostX, -30}, Argument{"y", Mounting::kLeastY, Mounting::kMostY, 50},
+      Argument{"noise", 0, Mounting::kMostNoise, 1}}},
     {"panelStraight", "Touch panel", "Mount it as the factory does",
      [](Bench& bench, const OwnValues&) { return bench.MountPanel({}); }},
     {"interfaceRestart", kProcesses, "Restart the interface",
@@ -256,14 +255,10 @@ Reply Bench::OwnPicture(const QByteArray& file, const QObject* owner) {
 }
 
 Reply Bench::DoOwn(const OwnAction& action, const QJsonObject& arguments) {
-  Members members(arguments);
   OwnValues values{};
-  for (size_t i = 0; i < values.size() && action.arguments[i].name; ++i) {
-    const OwnArgument& argument = action.arguments[i];
-    values[i] = members.Whole(argument.name, argument.least, argument.most);
-  }
-  const QString error = members.Error();
-  Reply reply = error.isEmpty() ? action.act(*this, values) : Reply::Bad(error);
+  QString error;
+  const bool good = recorder::TakeArguments(QLatin1String(action.name), action.arguments, arguments, values, &error);
+  Reply reply = good ? action.act(*this, values) : Reply::Bad(error);
   QJsonObject entry{{QStringLiteral("kind"), QStringLiteral("action")},
                     {QStringLiteral("name"), QLatin1String(action.name)},
                     {QStringLiteral("arguments"), arguments},
@@ -291,19 +286,8 @@ Reply Bench::KillInterface() {
 
 QJsonObject Bench::Actions() {
   QJsonArray actions = Recorder::Actions();
-  for (const OwnAction& action : kOwnActions) {
-    QJsonArray arguments;
-    for (const OwnArgument& argument : action.arguments)
-      if (argument.name)
-        arguments.append(QJsonObject{{QStringLiteral("name"), QLatin1String(argument.name)},
-                                     {QStringLiteral("min"), argument.least},
-                                     {QStringLiteral("max"), argument.most},
-                                     {QStringLiteral("default"), argument.standard}});
-    actions.append(QJsonObject{{QStringLiteral("name"), QLatin1String(action.name)},
-                               {QStringLiteral("group"), QLatin1String(action.group)},
-                               {QStringLiteral("label"), QLatin1String(action.label)},
-                               {QStringLiteral("arguments"), arguments}});
-  }
+  for (const OwnAction& action : kOwnActions)
+    actions.append(recorder::DescribeAction(action.name, action.group, action.label, action.arguments));
   return {{QStringLiteral("actions"), actions}, {QStringLiteral("events"), Recorder::Events()}};
 }
 

@@ -77,9 +77,8 @@ signals:
   void Stored(const QJsonObject& what);      ///< see Recorder
 
 private:
-  struct OwnArgument;
   struct OwnAction;
-  using OwnValues = std::array<int, 4>;  // of the arguments, in the order of the table
+  using OwnValues = std::array<double, 4>;  // of the arguments, in the order of the table
   static const OwnAction kOwnActions[];
 
   void Connect();

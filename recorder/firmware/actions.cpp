@@ -321,37 +321,18 @@ const Action* FindAction(const QString& name) {
 }
 
 // The action of this name with its arguments in order, or null and one sentence in `error`.
-const Action* Prepare(const QString& name, QJsonObject arguments, Values* values, QString* error) {
+const Action* Prepare(const QString& name, const QJsonObject& arguments, Values* values, QString* error) {
   const Action* action = FindAction(name);
-  if (!action) {
-    *error = QStringLiteral("There is no action \"%1\".").arg(name.left(40));
-    return nullptr;
-  }
-  for (size_t i = 0; i < action->arguments.size() && action->arguments[i].name; ++i) {
-    const Argument& argument = action->arguments[i];
-    if (argument.Take(arguments.take(QLatin1String(argument.name)), &(*values)[i])) continue;
-    *error =
-        QStringLiteral("The action %1 wants \"%2\": %3.").arg(name, QLatin1String(argument.name), argument.Wanted());
-    return nullptr;
-  }
-  if (arguments.isEmpty()) return action;
-  *error = QStringLiteral("The action %1 knows no \"%2\".").arg(name, arguments.keys().constFirst().left(40));
-  return nullptr;
+  if (!action) *error = QStringLiteral("There is no action \"%1\".").arg(name.left(40));
+  return action && TakeArguments(name, action->arguments, arguments, *values, error) ? action : nullptr;
 }
 
 }  // namespace
 
 QJsonArray DescribeActions() {
   QJsonArray actions;
-  for (const Action& action : kActions) {
-    QJsonArray arguments;
-    for (const Argument& argument : action.arguments)
-      if (argument.name) arguments.append(argument.Describe());
-    actions.append(QJsonObject{{QStringLiteral("name"), QLatin1String(action.name)},
-                               {QStringLiteral("group"), QLatin1String(action.group)},
-                               {QStringLiteral("label"), QLatin1String(action.label)},
-                               {QStringLiteral("arguments"), arguments}});
-  }
+  for (const Action& action : kActions)
+    actions.append(DescribeAction(action.name, action.group, action.label, action.arguments));
   return actions;
 }
 

@@ -51,4 +51,28 @@ QJsonObject Argument::Describe() const {
   return description;
 }
 
+bool TakeArguments(const QString& action, std::span<const Argument> arguments, QJsonObject given,
+                   std::span<double> values, QString* error) {
+  for (size_t i = 0; i < arguments.size() && arguments[i].name; ++i) {
+    const QLatin1String name(arguments[i].name);
+    if (arguments[i].Take(given.take(name), &values[i])) continue;
+    *error = QStringLiteral("The action %1 wants \"%2\": %3.").arg(action, name, arguments[i].Wanted());
+    return false;
+  }
+  if (given.isEmpty()) return true;
+  *error = QStringLiteral("The action %1 knows no \"%2\".").arg(action, given.keys().constFirst().left(40));
+  return false;
+}
+
+QJsonObject DescribeAction(const char* name, const char* group, const char* label,
+                           std::span<const Argument> arguments) {
+  QJsonArray described;
+  for (const Argument& argument : arguments)
+    if (argument.name) described.append(argument.Describe());
+  return {{QStringLiteral("name"), QLatin1String(name)},
+          {QStringLiteral("group"), QLatin1String(group)},
+          {QStringLiteral("label"), QLatin1String(label)},
+          {QStringLiteral("arguments"), described}};
+}
+
 }  // namespace recorder

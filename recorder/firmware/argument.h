@@ -27,4 +27,12 @@ struct Argument {
   QJsonObject Describe() const;
 };
 
+/// What is given for the arguments of an action, in their order; those behind the last have no name. False, with one
+/// sentence in `error`, when one does not suit or is not known.
+bool TakeArguments(const QString& action, std::span<const Argument> arguments, QJsonObject given,
+                   std::span<double> values, QString* error);
+
+/// An action as Recorder::Actions() says.
+QJsonObject DescribeAction(const char* name, const char* group, const char* label, std::span<const Argument> arguments);
+
 }  // namespace recorder
