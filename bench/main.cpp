@@ -13,16 +13,18 @@
 #include "bench/record/replay.h"
 #include "bench/server/webserver.h"
 #include "bench/supervise/janitor.h"
+#include "bench/supervise/languages.h"
 #include "bench/supervise/rootfolder.h"
 #include "recorder/service/signals.h"
 
 namespace {
 constexpr char kHelp[] =
-    "Usage: dashcam-bench [--port N] [--root DIR] [--scenario FILE] [--record FILE]\n"
+    "Usage: dashcam-bench [--port N] [--root DIR] [--language CODE] [--scenario FILE] [--record FILE]\n"
     "       dashcam-bench [--port N] --replay FILE [--fast] [--differences DIR] [--record FILE]\n"
     "Runs the dash camera's interface with a simulated recorder, and serves it to a browser on 127.0.0.1.\n"
     "  --port N         0..65535, 8480 unless given; 0 takes a free one\n"
     "  --root DIR       the folder that stands for the camera's file system; it is kept\n"
+    "  --language CODE  of the interface, such as en; DASHCAM_LANGUAGE of the environment, or ko, unless given\n"
     "  --scenario FILE  plays a file of events and actions\n"
     "  --record FILE    writes everything that happens to a file, for --replay\n"
     "  --replay FILE    plays such a file, says what is different, and ends; the exit code is 1 when something is\n"
@@ -36,6 +38,7 @@ struct Options {
   bool version = false;
   quint16 port = 8480;
   QString root;
+  QString language = languages::Usual();
   QString scenario;
   QString record;
   QString replay;
@@ -45,7 +48,7 @@ struct Options {
 // What goes together.
 QString Conflict(const QCommandLineParser& parser) {
   const bool isReplay = parser.isSet(QStringLiteral("replay"));
-  for (const char* option : {"root", "scenario"})
+  for (const char* option : {"root", "language", "scenario"})
     if (isReplay && parser.isSet(QLatin1String(option)))
       return QStringLiteral("--replay begins as its recording did: without --%1.").arg(QLatin1String(option));
   for (const char* option : {"fast", "differences"})
@@ -57,12 +60,13 @@ QString Conflict(const QCommandLineParser& parser) {
 bool ReadOptions(const QStringList& arguments, Options* options, QString* error) {
   const QCommandLineOption help(QStringLiteral("help")), version(QStringLiteral("version")),
       port(QStringLiteral("port"), {}, QStringLiteral("N")), root(QStringLiteral("root"), {}, QStringLiteral("DIR")),
+      language(QStringLiteral("language"), {}, QStringLiteral("CODE")),
       scenario(QStringLiteral("scenario"), {}, QStringLiteral("FILE")),
       record(QStringLiteral("record"), {}, QStringLiteral("FILE")),
       replay(QStringLiteral("replay"), {}, QStringLiteral("FILE")), fast(QStringLiteral("fast")),
       differences(QStringLiteral("differences"), {}, QStringLiteral("DIR"));
   QCommandLineParser parser;
-  parser.addOptions({help, version, port, root, scenario, record, replay, fast, differences});
+  parser.addOptions({help, version, port, root, language, scenario, record, replay, fast, differences});
   if (!parser.parse(arguments)) {
     *error = parser.errorText();
     return false;
@@ -74,6 +78,7 @@ bool ReadOptions(const QStringList& arguments, Options* options, QString* error)
   options->help = parser.isSet(help);
   options->version = parser.isSet(version);
   options->root = parser.value(root);
+  if (parser.isSet(language)) options->language = parser.value(language);
   options->scenario = parser.value(scenario);
   options->record = parser.value(record);
   options->replay = parser.value(replay);
@@ -81,6 +86,8 @@ bool ReadOptions(const QStringList& arguments, Options* options, QString* error)
   bool isNumber = true;
   if (parser.isSet(port)) options->port = parser.value(port).toUShort(&isNumber);
   if (!isNumber) *error = QStringLiteral("--port takes a number from 0 to 65535.");
+  if (!languages::Has(options->language))
+    *error = QStringLiteral("--language takes one of %1.").arg(languages::Names());
   if (error->isEmpty()) *error = Conflict(parser);
   for (const QCommandLineOption& option : {root, scenario, record, replay, differences})
     if (parser.isSet(option) && parser.value(option).isEmpty())
@@ -135,7 +142,7 @@ int Run(const RootFolder& root, const Options& options, Session* session) {
   QString error;
   if (!Prepare(root, options, session, &error) || !root.Furnish(build + QStringLiteral("/pictures"), &error))
     return Fail(1, error);
-  Bench bench(build + QStringLiteral("/gui/dashcam-gui"), root);
+  Bench bench(build + QStringLiteral("/gui/dashcam-gui"), root, session->begin.language);
   WebServer server(bench);
   QObject::connect(&bench, &Bench::ScreenShown,
                    [&server] { Say(QStringLiteral("Dash camera: http://127.0.0.1:%1/").arg(server.Port())); });
@@ -169,6 +176,7 @@ int main(int argc, char** argv) {
     return 0;
   }
   Session session;
+  session.begin.language = options.language;
   session.isReplay = !options.replay.isEmpty();
   if (session.isReplay &&
       (!session.begin.Read(options.replay, &error) || !recordroot::Check(session.begin.root, &error)))

@@ -1,9 +1,12 @@
 #include "bench/camera/bench.h"
 
+#include <QTimer>
+#include <algorithm>
 #include <cstring>
 
 #include "bench/lcd/ownpicture.h"
 #include "bench/supervise/device.h"
+#include "bench/supervise/languages.h"
 #include "recorder/firmware/argument.h"
 #include "recorder/service/members.h"
 #include "recorder/service/requests.h"
@@ -43,6 +46,13 @@ const Bench::OwnAction Bench::kOwnActions[] = {
        bench.RestartInterface();
        return Reply();
      }},
+    {"language",
+     kProcesses,
+     "Language of the interface: restart",
+     [](Bench& bench, const OwnValues& v) {
+       return bench.Speak(QLatin1String(languages::All()[static_cast<size_t>(v[0])]));
+     },
+     {Argument{"to", 0, 0, 0, false, false, languages::All()}}},
     {"interfaceKill", kProcesses, "Kill the interface",
      [](Bench& bench, const OwnValues&) { return bench.KillInterface(); }},
     {"recorderRestart", kProcesses, "Restart the recorder",
@@ -66,8 +76,12 @@ QJsonValue TextOrNull(const QString& text) {
 }
 }  // namespace
 
-Bench::Bench(const QString& interface, const RootFolder& root, QObject* parent)
-    : QObject(parent), mRoot(root), mSupervisor(interface, root.Path()), mShell(root.Path()), mFinger(mPanel, mLog) {
+Bench::Bench(const QString& interface, const RootFolder& root, const QString& language, QObject* parent)
+    : QObject(parent),
+      mRoot(root),
+      mSupervisor(interface, root.Path(), language),
+      mShell(root.Path()),
+      mFinger(mPanel, mLog) {
   Connect();
 }
 
@@ -106,7 +120,7 @@ bool Bench::Start(const QString& scenario, QString* error) {
     *error = reply.error;
     return false;
   }
-  if (!scenario.isEmpty() && !mRecorder->PlayScenario(scenario, error)) return false;
+  if (!scenario.isEmpty() && !mRecorder->PlayScenario(scenario, error, CheckAction)) return false;
   mPanel.Mount(Mounting::Read(mRoot.Path(device::kPanel)));
   return mPanel.Open(mRoot.Path(device::kTouchDevice), error) && mSupervisor.Start(error);
 }
@@ -147,7 +161,7 @@ Reply Bench::StartRecorder() {
   connect(mRecorder.get(), &Recorder::InterfaceEndWanted, &mSupervisor, &Supervisor::EndInterface);
   connect(mRecorder.get(), &Recorder::TapWanted, this, &Bench::TapForScenario);
   connect(mRecorder.get(), &Recorder::EventWanted, this, &Bench::EventTaken);
-  connect(mRecorder.get(), &Recorder::ActionWanted, this, &Bench::ActionTaken);
+  connect(mRecorder.get(), &Recorder::ActionWanted, this, &Bench::ActForScenario);
   connect(mRecorder.get(), &Recorder::Stored, this, &Bench::Stored);
   const bool isFirst = !mSession.isValid();
   if (isFirst) mSession.start();
@@ -181,6 +195,14 @@ void Bench::TapForScenario(int x, int y) {
   const Reply reply = Touch(
       {{QStringLiteral("action"), QStringLiteral("tap")}, {QStringLiteral("x"), x}, {QStringLiteral("y"), y}}, this);
   if (!reply.IsGood()) Note(reply.error);
+}
+
+// What is not the recorder's is done after what the recorder is at: it may be the end of that recorder.
+void Bench::ActForScenario(const QJsonObject& request) {
+  emit ActionTaken(request);
+  QJsonObject arguments = request;
+  if (const OwnAction* own = FindOwn(arguments.take(QLatin1String("name")).toString()))
+    QTimer::singleShot(0, this, [this, own, arguments] { DoOwn(*own, arguments); });
 }
 
 void Bench::ShowVideo() {
@@ -239,8 +261,7 @@ Reply Bench::Action(const QJsonObject& request, const QObject* owner) {
   QJsonObject arguments;
   if (Reply reply = requests::TakeAction(request, &name, &arguments); !reply.IsGood()) return reply;
   emit ActionTaken(request);
-  for (const OwnAction& action : kOwnActions)
-    if (name == QLatin1String(action.name)) return DoOwn(action, arguments);
+  if (const OwnAction* own = FindOwn(name)) return DoOwn(*own, arguments);
   return mRecorder ? mRecorder->Act(name, arguments) : NoRecorder();
 }
 
@@ -252,6 +273,19 @@ Reply Bench::OwnPicture(const QByteArray& file, const QObject* owner) {
   if (!mRecorder) return NoRecorder();
   emit PictureTaken(bmp);
   return mRecorder->PutOwnPicture(bmp, &error) ? Reply() : Reply::NotNow(error);
+}
+
+const Bench::OwnAction* Bench::FindOwn(const QString& name) {
+  const auto* found = std::find_if(std::begin(kOwnActions), std::end(kOwnActions),
+                                   [&name](const OwnAction& action) { return name == QLatin1String(action.name); });
+  return found == std::end(kOwnActions) ? nullptr : found;
+}
+
+bool Bench::CheckAction(const QString& name, const QJsonObject& arguments, QString* error) {
+  const OwnAction* own = FindOwn(name);
+  OwnValues values{};
+  return own ? recorder::TakeArguments(name, own->arguments, arguments, values, error)
+             : recorder::CheckAction(name, arguments, error);
 }
 
 Reply Bench::DoOwn(const OwnAction& action, const QJsonObject& arguments) {
@@ -274,6 +308,11 @@ Reply Bench::MountPanel(const Mounting& mounting) {
   emit StateChanged();
   if (mounting.Write(mRoot.Path(device::kPanel))) return {};
   return Reply::NotNow(QStringLiteral("The root folder cannot be written: %1.").arg(mRoot.Path()));
+}
+
+Reply Bench::Speak(const QString& language) {
+  if (language != mSupervisor.Language()) mSupervisor.Speak(language);
+  return {};
 }
 
 Reply Bench::KillInterface() {
@@ -308,7 +347,8 @@ QJsonObject Bench::State() const {
           {QStringLiteral("boxes"), mReport.Boxes()},
           {QStringLiteral("interface"), QJsonObject{{QStringLiteral("running"), interface.IsRunning()},
                                                     {QStringLiteral("starts"), interface.Starts()},
-                                                    {QStringLiteral("ended"), TextOrNull(interface.Ended())}}},
+                                                    {QStringLiteral("ended"), TextOrNull(interface.Ended())},
+                                                    {QStringLiteral("language"), mSupervisor.Language()}}},
           {QStringLiteral("lcd"), QJsonObject{{QStringLiteral("width"), 480},
                                               {QStringLiteral("height"), 320},
                                               {QStringLiteral("live"), mLcd.IsLive()},

@@ -24,8 +24,9 @@ class Bench : public QObject {
   Q_OBJECT
 
 public:
-  /// `interface`: its program. `root`: taken and furnished; it outlives the bench.
-  Bench(const QString& interface, const RootFolder& root, QObject* parent = nullptr);
+  /// `interface`: its program. `root`: taken and furnished; it outlives the bench. `language`: that the interface
+  /// begins in.
+  Bench(const QString& interface, const RootFolder& root, const QString& language, QObject* parent = nullptr);
 
   /// Starts everything. `scenario`: a file that the recorder plays, or empty. False with one sentence in `error`.
   bool Start(const QString& scenario, QString* error);
@@ -81,6 +82,9 @@ private:
   using OwnValues = std::array<double, 4>;  // of the arguments, in the order of the table
   static const OwnAction kOwnActions[];
 
+  static const OwnAction* FindOwn(const QString& name);
+  static bool CheckAction(const QString& name, const QJsonObject& arguments, QString* error);
+
   void Connect();
   void InterfaceEnded();
   void TakeDiagnostic(const QString& line);
@@ -90,9 +94,11 @@ private:
   Reply RestartRecorder();
   Reply KillInterface();
   Reply MountPanel(const Mounting& mounting);
+  Reply Speak(const QString& language);
   Reply DoOwn(const OwnAction& action, const QJsonObject& arguments);
   Reply CheckOwner(const QObject* owner) const;
   void TapForScenario(int x, int y);
+  void ActForScenario(const QJsonObject& request);
   void ShowVideo();
 
   const RootFolder& mRoot;

@@ -6,7 +6,7 @@
 #include <cmath>
 
 #include "bench/record/recordpicture.h"
-#include "recorder/service/members.h"
+#include "bench/supervise/languages.h"
 
 namespace {
 constexpr qint64 kLargest = 64 << 20;        // bytes of a file
@@ -108,6 +108,12 @@ bool ReadFirst(const QByteArray& line, RecordFile* file, QString* error) {
     return false;
   }
   file->seed = static_cast<quint32>(seed);
+  const QJsonValue language = head.value(QLatin1String("language"));
+  file->language = language.isUndefined() ? RecordFile().language : language.toString();
+  if (!languages::Has(file->language)) {
+    *error = QStringLiteral("\"language\" is none of %1").arg(languages::Names());
+    return false;
+  }
   return true;
 }
 }  // namespace
@@ -160,6 +166,7 @@ QByteArray RecordFile::FirstLine() const {
   const QJsonObject head{{QStringLiteral("version"), kVersion},
                          {QStringLiteral("seed"), qint64{seed}},
                          {QStringLiteral("clock"), clock.toString(QLatin1String(kTime))},
+                         {QStringLiteral("language"), language},
                          {QStringLiteral("root"), root}};
   return QJsonDocument(head).toJson(QJsonDocument::Compact) + '\n';
 }

@@ -43,9 +43,10 @@ struct RecordEntry {
 struct RecordFile {
   static constexpr int kVersion = 1;
 
-  quint32 seed = 0;  ///< of all that is random
-  QDateTime clock;   ///< this machine's, local
-  QJsonObject root;  ///< see RecordRoot
+  quint32 seed = 0;                         ///< of all that is random
+  QDateTime clock;                          ///< this machine's, local
+  QString language = QStringLiteral("ko");  ///< that the interface begins in; older recordings do not say it
+  QJsonObject root;                         ///< see RecordRoot
   QList<RecordEntry> entries;
 
   QByteArray FirstLine() const;

@@ -17,6 +17,8 @@ constexpr char kCookie[] = "/run/Xauthority";
 constexpr char kFramebufferFolder[] = "/run";
 constexpr char kFramebuffer[] = "/run/Xvfb_screen0";
 
+constexpr char kLanguage[] = "DASHCAM_LANGUAGE";  // of the interface's environment
+
 // What a desktop session says about itself would give the interface another look than the camera's, another bus, or
 // another clock.
 bool IsOfTheDesktop(const QString& name) {
@@ -70,9 +72,10 @@ QStringList ServerArguments(const QString& root) {
 }  // namespace
 
 // An X server that is asked to end takes its socket away.
-Supervisor::Supervisor(const QString& interface, const QString& root, QObject* parent)
+Supervisor::Supervisor(const QString& interface, const QString& root, const QString& language, QObject* parent)
     : QObject(parent),
       mRoot(root),
+      mLanguage(language),
       mServer(QStringLiteral("Xvfb"), ServerArguments(root), SIGTERM),
       mInterface(interface, {}, SIGKILL) {
   connect(&mServer, &Child::Output, this, &Supervisor::TakeDisplay);
@@ -120,6 +123,13 @@ void Supervisor::RestartInterface() {
   if (mHasDisplay) mInterface.Restart();
 }
 
+void Supervisor::Speak(const QString& language) {
+  mLanguage = language;
+  mEnvironment.insert(QLatin1String(kLanguage), mLanguage);
+  mInterface.SetEnvironment(mEnvironment);
+  RestartInterface();
+}
+
 bool Supervisor::WriteCookie() const {
   QByteArray secret(16, '\0');
   QRandomGenerator::system()->generate(reinterpret_cast<quint32*>(secret.data()),
@@ -135,10 +145,11 @@ bool Supervisor::WriteCookie() const {
 
 // The X server says its number when it is ready.
 void Supervisor::TakeDisplay(const QString& number) {
-  QProcessEnvironment environment = EnvironmentOf(mRoot, u':' + number);
-  const QString clock = fakeclock::Give(&environment, mRoot, mInterface.Program());
+  mEnvironment = EnvironmentOf(mRoot, u':' + number);
+  mEnvironment.insert(QLatin1String(kLanguage), mLanguage);
+  const QString clock = fakeclock::Give(&mEnvironment, mRoot, mInterface.Program());
   if (!clock.isEmpty()) emit Note(clock);
-  mInterface.SetEnvironment(environment);
+  mInterface.SetEnvironment(mEnvironment);
   mHasDisplay = true;
   emit DisplayReady(mRoot + QLatin1String(kFramebuffer));
   mInterface.Start();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QProcessEnvironment>
 #include <QString>
 
 #include "bench/supervise/child.h"
@@ -11,8 +12,9 @@ class Supervisor : public QObject {
   Q_OBJECT
 
 public:
-  /// `interface`: the program. `root`: the folder that stands for the camera's file system.
-  Supervisor(const QString& interface, const QString& root, QObject* parent = nullptr);
+  /// `interface`: the program. `root`: the folder that stands for the camera's file system. `language`: that the
+  /// interface begins in.
+  Supervisor(const QString& interface, const QString& root, const QString& language, QObject* parent = nullptr);
 
   /// False with one sentence in `error` when X server or interface are not installed.
   bool Start(QString* error);
@@ -22,6 +24,10 @@ public:
 
   const Child& Interface() const { return mInterface; }
   void RestartInterface();
+
+  /// The language of the interface, and a restart in another one.
+  const QString& Language() const { return mLanguage; }
+  void Speak(const QString& language);
 
   /// Ends the interface; it stays away until RestartInterface().
   void EndInterface() { mInterface.Stop(); }
@@ -40,8 +46,10 @@ private:
   void TakeDisplay(const QString& number);
 
   QString mRoot;
+  QString mLanguage;
   Child mServer;
   Child mInterface;
+  QProcessEnvironment mEnvironment;  // of the interface
   bool mHasDisplay = false;
   QString mComplaint;  // the X server's last
 };

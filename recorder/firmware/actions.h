@@ -12,6 +12,9 @@ struct Parts;
 QJsonArray DescribeActions();
 
 /// Whether there is such an action and the arguments suit it. False with one sentence in `error`.
+using ActionCheck = bool (*)(const QString& name, const QJsonObject& arguments, QString* error);
+
+/// The same for the recorder's own actions.
 bool CheckAction(const QString& name, const QJsonObject& arguments, QString* error);
 
 /// Does an action. False, with one sentence in `error`, for what CheckAction refuses and for what cannot be done now.

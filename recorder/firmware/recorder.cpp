@@ -53,7 +53,7 @@ void Recorder::Connect() {
     request.insert(QStringLiteral("name"), name);
     emit ActionWanted(request);
     QString error;  // of one that cannot be done now: it is in the log
-    Do(name, arguments, &error);
+    if (CheckAction(name, arguments, &error)) Do(name, arguments, &error);
   });
 }
 
@@ -210,8 +210,8 @@ QJsonArray Recorder::Events() {
   return events;
 }
 
-bool Recorder::PlayScenario(const QString& file, QString* error) {
-  if (!mScenario->Load(file, error)) return false;
+bool Recorder::PlayScenario(const QString& file, QString* error, ActionCheck check) {
+  if (!mScenario->Load(file, check, error)) return false;
   if (mGreeted) mScenario->Start();
   return true;
 }

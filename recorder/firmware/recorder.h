@@ -10,6 +10,7 @@
 #include "recorder/base/delays.h"
 #include "recorder/base/picture.h"
 #include "recorder/base/videoplane.h"
+#include "recorder/firmware/actions.h"
 #include "recorder/service/reply.h"
 
 namespace recorder {
@@ -94,8 +95,9 @@ public:
   /// Plays the scenario of `file`: one JSON object a line, {"ms", "event", "value"}, {"ms", "action", its arguments} or
   /// {"ms", "touch": {"x", "y"}}; ms (0..86400000) count from the interface's first command, or from now when that has
   /// come already. The whole file is checked first: false, with one sentence that names the line. It replaces a
-  /// scenario that is being played.
-  bool PlayScenario(const QString& file, QString* error);
+  /// scenario that is being played. `check`: the actions that it may have; those that are not the recorder's are left
+  /// to whoever hears ActionWanted().
+  bool PlayScenario(const QString& file, QString* error, recorder::ActionCheck check = recorder::CheckAction);
 
   /// The recorder's whole state, for a person and for tests: settings, decoded setup block, cameras, power, card, ...
   QJsonObject State() const;
@@ -115,7 +117,8 @@ signals:
   void VideoChanged();
   /// This is on the card now: {"name", ...} a recording, {"from", "to"} a time at which nothing was recorded.
   void Stored(const QJsonObject& what);
-  /// A scenario is about to send an event ({"event", "value"}), or to do an action ({"name", its arguments}).
+  /// A scenario is about to send an event ({"event", "value"}), or to do an action ({"name", its arguments}), which may
+  /// be one that is not the recorder's.
   void EventWanted(const QJsonObject& request);
   void ActionWanted(const QJsonObject& request);
   /// A scenario wants a tap on the screen, x 0..479 and y 0..319.

@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "recorder/firmware/actions.h"
-
 namespace recorder {
 namespace {
 
@@ -47,7 +45,7 @@ bool Scenario::ReadTouch(const QJsonValue& value, Step* step, QString* error) {
   return step->isTouch;
 }
 
-bool Scenario::ReadLine(const QByteArray& line, Step* step, QString* error) {
+bool Scenario::ReadLine(const QByteArray& line, ActionCheck check, Step* step, QString* error) {
   QJsonParseError reason;
   const QJsonDocument document = QJsonDocument::fromJson(line, &reason);
   if (!document.isObject()) {
@@ -59,7 +57,7 @@ bool Scenario::ReadLine(const QByteArray& line, Step* step, QString* error) {
   if (object.contains(QLatin1String("action"))) {
     step->action = object.take(QLatin1String("action")).toString();
     step->arguments = object;
-    return CheckAction(step->action, step->arguments, error);
+    return check(step->action, step->arguments, error);
   }
   const bool isTouch = object.contains(QLatin1String("touch"));
   if (isTouch && !ReadTouch(object.take(QLatin1String("touch")), step, error)) return false;
@@ -69,7 +67,7 @@ bool Scenario::ReadLine(const QByteArray& line, Step* step, QString* error) {
   return false;
 }
 
-bool Scenario::Load(const QString& path, QString* error) {
+bool Scenario::Load(const QString& path, ActionCheck check, QString* error) {
   QFile file(path);
   if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly) || file.size() > kLargestFile) {
     *error = QStringLiteral("The scenario %1 cannot be read, or is larger than 1 MiB.").arg(path);
@@ -81,7 +79,7 @@ bool Scenario::Load(const QString& path, QString* error) {
     if (line.isEmpty()) continue;
     Step step;
     QString reason;
-    if (!ReadLine(line, &step, &reason)) {
+    if (!ReadLine(line, check, &step, &reason)) {
       if (reason.endsWith(u'.')) reason.chop(1);
       *error = QStringLiteral("Line %1 of the scenario %2: %3.").arg(number).arg(path, reason);
       return false;

@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include "recorder/base/sink.h"
+#include "recorder/firmware/actions.h"
 
 namespace recorder {
 
@@ -18,9 +19,9 @@ class Scenario : public QObject {
 public:
   explicit Scenario(Sink& sink);
 
-  /// Reads and checks `file`. False, with one sentence in `error` that names the line, when anything is wrong; what was
-  /// read before stays then.
-  bool Load(const QString& file, QString* error);
+  /// Reads and checks `file`, its actions by `check`. False, with one sentence in `error` that names the line, when
+  /// anything is wrong; what was read before stays then.
+  bool Load(const QString& file, ActionCheck check, QString* error);
 
   /// Plays what was loaded, from its first line.
   void Start();
@@ -46,7 +47,7 @@ private:
 
   static bool ReadEvent(QJsonObject* object, Step* step, QString* error);
   static bool ReadTouch(const QJsonValue& value, Step* step, QString* error);
-  static bool ReadLine(const QByteArray& line, Step* step, QString* error);
+  static bool ReadLine(const QByteArray& line, ActionCheck check, Step* step, QString* error);
   void Play();
   void Wait();
 

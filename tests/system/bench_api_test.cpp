@@ -208,7 +208,9 @@ private slots:
     for (const QByteArray body :
          {R"({"name":"fly"})", R"({"name":5})", R"({"name":""})", R"({"kmh":5})", R"({"name":"speed"})",
           R"({"name":"speed","kmh":301})", R"({"name":"speed","kmh":"60"})", R"({"name":"speed","kmh":60,"mph":40})",
-          R"({"name":"gps","state":"lost"})", R"({"name":"recorderStop","now":true})", R"({"name":"impact"})"})
+          R"({"name":"gps","state":"lost"})", R"({"name":"recorderStop","now":true})", R"({"name":"impact"})",
+          R"({"name":"language"})", R"({"name":"language","to":"tlh"})", R"({"name":"language","to":1})",
+          R"({"name":"panelAskew","skew":1.5,"x":0,"y":0,"noise":0})"})
       row("action " + body, post("/api/action", body), 400);
     row("huge action", post("/api/action", "{\"name\":\"speed\",\"kmh\":\"" + QByteArray(2000, '6') + "\"}"), 400);
     row("chunks", "POST /api/touch HTTP/1.1\r\nHost: HOST\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n{}\r\n0\r\n\r\n",
@@ -283,9 +285,13 @@ private slots:
       }
     }
     QCOMPARE(QSet<QString>(names.begin(), names.end()).size(), names.size());
-    for (const char* name : {"speed", "panelAskew", "panelStraight", "interfaceRestart", "interfaceKill",
+    for (const char* name : {"speed", "panelAskew", "panelStraight", "interfaceRestart", "language", "interfaceKill",
                              "recorderRestart", "recorderStop", "recorderStart"})
       QVERIFY(names.contains(QLatin1String(name)));
+    const QJsonObject language =
+        described[QStringLiteral("actions")].toArray().at(names.indexOf(QLatin1String("language"))).toObject();
+    QCOMPARE(language[QStringLiteral("arguments")].toArray(),
+             QJsonArray({QJsonObject({{"name", "to"}, {"choices", QJsonArray({"ko", "en"})}})}));
     const QJsonArray events = described[QStringLiteral("events")].toArray();
     QCOMPARE(events.size(), 38);
     QCOMPARE(events[0][QStringLiteral("event")].toInt(), 1);
@@ -298,7 +304,9 @@ private slots:
     QCOMPARE(state.keys().join(u' '), QStringLiteral("boxes interface lcd log panel recorder root screen touch video"));
     QCOMPARE(state[QStringLiteral("screen")].toString(), QStringLiteral("PREVIEW"));
     QCOMPARE(state[QStringLiteral("boxes")].toObject().keys().join(u' '), QStringLiteral("event own"));
-    QCOMPARE(state[QStringLiteral("interface")].toObject().keys().join(u' '), QStringLiteral("ended running starts"));
+    QCOMPARE(state[QStringLiteral("interface")].toObject().keys().join(u' '),
+             QStringLiteral("ended language running starts"));
+    QCOMPARE(state[QStringLiteral("interface")][QStringLiteral("language")], QJsonValue(QStringLiteral("ko")));
     QCOMPARE(state[QStringLiteral("interface")][QStringLiteral("running")], QJsonValue(true));
     QCOMPARE(state[QStringLiteral("interface")][QStringLiteral("starts")], QJsonValue(1));
     QVERIFY(state[QStringLiteral("interface")][QStringLiteral("ended")].isNull());

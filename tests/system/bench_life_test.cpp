@@ -45,6 +45,9 @@ private slots:
     row("port too high", {"--port", "65536"}, 2);
     row("negative port", {"--port=-1"}, 2);
     row("empty root", {"--root", ""}, 2);
+    row("no language", {"--language"}, 2);
+    row("empty language", {"--language", ""}, 2);
+    row("unknown language", {"--language", "tlh"}, 2);
     row("the machine's own root", {"--port", "0", "--root", "/"}, 1);
     row("no folder", {"--port", "0", "--root", "/dev/null"}, 1);
     row("no scenario", {"--port", "0", "--scenario", "/nothing"}, 1);
@@ -75,7 +78,67 @@ private slots:
     QVERIFY(bench.waitForFinished());
     QCOMPARE(bench.exitCode(), 0);
     const QByteArray help = bench.readAllStandardOutput();
-    for (const char* option : {"--port", "--root", "--scenario"}) QVERIFY(help.contains(option));
+    for (const char* option : {"--port", "--root", "--language", "--scenario"}) QVERIFY(help.contains(option));
+  }
+
+  void unknownLanguageIsAnsweredWithThoseThereAre() {
+    QProcess bench;
+    bench.start(QStringLiteral(BINARY_DIR "/bench/dashcam-bench"),
+                {QStringLiteral("--language"), QStringLiteral("tlh")});
+    QVERIFY(bench.waitForFinished());
+    QCOMPARE(bench.readAllStandardError(), QByteArray("dashcam-bench: --language takes one of ko, en.\n"));
+  }
+
+  void theInterfaceBeginsInALanguage_data() {
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QByteArray>("environment");
+    QTest::addColumn<QString>("language");
+    const QStringList english{"--language", "en"};
+    QTest::newRow("Korean") << QStringList() << QByteArray() << "ko";
+    QTest::newRow("by the option") << english << QByteArray() << "en";
+    QTest::newRow("by the environment") << QStringList() << QByteArray("en") << "en";
+    QTest::newRow("the option counts more") << english << QByteArray("ko") << "en";
+    QTest::newRow("one that nobody speaks") << QStringList() << QByteArray("tlh") << "ko";
+  }
+  void theInterfaceBeginsInALanguage() {
+    QFETCH(QStringList, options);
+    QFETCH(QByteArray, environment);
+    qputenv("DASHCAM_LANGUAGE", environment);
+    BenchRun bench(options);
+    qunsetenv("DASHCAM_LANGUAGE");
+    QVERIFY(bench.IsUp());
+    QTEST(bench.State("interface/language").toString(), "language");
+    QTEST(BenchRun::LanguageOf(bench.Root()), "language");
+  }
+
+  void theInterfaceLearnsAnotherLanguage() {
+    BenchRun bench;
+    QVERIFY(bench.IsUp());
+    QVERIFY(bench.Action(R"({"name":"language","to":"en"})"));
+    QCOMPARE(bench.State("interface/language"), QJsonValue(QStringLiteral("en")));
+    QTRY_COMPARE(bench.State("interface/starts"), QJsonValue(2));
+    QTRY_COMPARE(bench.State("screen"), QJsonValue(QStringLiteral("PREVIEW")));
+    QCOMPARE(BenchRun::LanguageOf(bench.Root()), QStringLiteral("en"));
+
+    // It speaks that already, and none that there is not.
+    const int interface = bench.Child("dashcam-gui");
+    QVERIFY(bench.Action(R"({"name":"language","to":"en"})"));
+    const BenchAnswer refusal = bench.Post("/api/action", R"({"name":"language","to":"tlh"})");
+    QCOMPARE(refusal.status, 400);
+    QCOMPARE(refusal.Error(), QStringLiteral("The action language wants \"to\": one of ko, en."));
+    QCOMPARE(bench.Post("/api/event", R"({"event":8,"value":3})").status, 200);
+    QTRY_COMPARE(bench.State("boxes/event/name"), QJsonValue(QStringLiteral("R_HW_ERROR")));
+    QCOMPARE(bench.Child("dashcam-gui"), interface);
+
+    // It keeps it, however it ends.
+    QVERIFY(bench.Action(R"({"name":"interfaceKill"})"));
+    QTRY_COMPARE(bench.State("interface/starts"), QJsonValue(3));
+    QTRY_COMPARE(bench.State("screen"), QJsonValue(QStringLiteral("PREVIEW")));
+    QCOMPARE(BenchRun::LanguageOf(bench.Root()), QStringLiteral("en"));
+    QVERIFY(SignalTo(bench.Child("Xvfb"), SIGKILL));
+    QTRY_COMPARE(bench.State("interface/starts"), QJsonValue(4));
+    QTRY_COMPARE(bench.State("screen"), QJsonValue(QStringLiteral("PREVIEW")));
+    QCOMPARE(BenchRun::LanguageOf(bench.Root()), QStringLiteral("en"));
   }
 
   void endsAreClean_data() {
@@ -279,6 +342,34 @@ private slots:
     QVERIFY(bench.IsUp());
     QTRY_COMPARE(bench.State("recorder/speed"), QJsonValue(99));
     QVERIFY(!bench.Find("event", QStringLiteral("RECV_ZEL_STATUS_SPEED")).isEmpty());
+  }
+
+  // What the bench alone can do, too, even with the recorder that plays it.
+  void scenarioHasTheBenchsActions() {
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    file.write("{\"ms\": 0, \"action\": \"language\", \"to\": \"en\"}\n{\"ms\": 1, \"action\": \"recorderStop\"}\n");
+    file.close();
+    BenchRun bench({QStringLiteral("--scenario"), file.fileName()});
+    QVERIFY(bench.IsUp());
+    QTRY_COMPARE(bench.State("interface/starts"), QJsonValue(2));
+    QCOMPARE(bench.State("interface/language"), QJsonValue(QStringLiteral("en")));
+    QTRY_VERIFY(bench.State("recorder").isNull());
+    QCOMPARE(bench.Find("action", QStringLiteral("recorderStop"))[QStringLiteral("result")], QJsonValue(0));
+  }
+
+  void badActionOfAScenarioIsNamedByItsLine() {
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    file.write("\n{\"ms\": 0, \"action\": \"language\", \"to\": \"tlh\"}\n");
+    file.close();
+    QProcess bench;
+    bench.start(QStringLiteral(BINARY_DIR "/bench/dashcam-bench"),
+                {QStringLiteral("--port"), QStringLiteral("0"), QStringLiteral("--scenario"), file.fileName()});
+    QVERIFY(bench.waitForFinished());
+    QCOMPARE(bench.exitCode(), 1);
+    const QString error = QString::fromUtf8(bench.readAllStandardError());
+    QVERIFY2(error.startsWith(QLatin1String("dashcam-bench: Line 2 ")), qPrintable(error));
   }
 
   // The stand-ins are the only shell that the interface gets: nothing of this machine is touched.

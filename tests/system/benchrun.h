@@ -151,6 +151,9 @@ public:
   /// The number of its X server's display.
   static QString DisplayOf(const QString& root) { return QString::fromLatin1(VariableOf(root, "DISPLAY").mid(1)); }
 
+  /// The language that its interface was started in.
+  static QString LanguageOf(const QString& root) { return QString::fromLatin1(VariableOf(root, "DASHCAM_LANGUAGE")); }
+
 private:
   // Of its interface's environment.
   static QByteArray VariableOf(const QString& root, const QByteArray& name) {

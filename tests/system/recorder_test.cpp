@@ -1518,6 +1518,7 @@ private slots:
                              "{\"ms\": 1, \"touch\": {\"x\": 1, \"y\": 1, \"ms\": 60}}",
                              "{\"ms\": 1, \"touch\": {\"x\": 1, \"y\": 1}, \"event\": 1, \"value\": 1}",
                              "{\"ms\": 1, \"action\": \"explode\"}",
+                             "{\"ms\": 1, \"action\": \"recorderStop\"}",  // a bench's
                              "{\"ms\": 1, \"action\": 5}",
                              "{\"ms\": 1, \"action\": \"hwError\", \"code\": 19}",
                              "{\"ms\": 1, \"action\": \"gps\"}",

@@ -170,6 +170,44 @@ private slots:
     };
     QVERIFY(std::abs(last(again) - last(before)) < 1000);
   }
+  // Whatever this bench's own would be.
+  void aReplayBeginsInTheLanguageOfItsRecording_data() {
+    QTest::addColumn<QString>("language");
+    QTest::newRow("Korean") << "ko";
+    QTest::newRow("English") << "en";
+  }
+  void aReplayBeginsInTheLanguageOfItsRecording() {
+    QFETCH(QString, language);
+    RecordFile recording;
+    QString error;
+    QVERIFY(recording.Read(Kept(QStringLiteral("option")), &error));
+    recording.language = language;
+    QVERIFY(WriteRecording(File("language.jsonl"), recording));
+    qputenv("DASHCAM_LANGUAGE", language == QLatin1String("ko") ? "en" : "ko");
+    mBench = std::make_unique<BenchRun>(QStringList{QStringLiteral("--replay"), File("language.jsonl")});
+    qunsetenv("DASHCAM_LANGUAGE");
+    QVERIFY(mBench->IsUp());
+    QCOMPARE(mBench->State("interface/language").toString(), language);
+    QCOMPARE(BenchRun::LanguageOf(mBench->Root()), language);
+  }
+  void anotherLanguageIsReplayed() {
+    QVERIFY(StartCamera(
+        {QStringLiteral("--language"), QStringLiteral("en"), QStringLiteral("--record"), File("languages.jsonl")}));
+    const qint64 since = mBench->LastEntry();
+    QVERIFY(mBench->Action("{\"name\": \"language\", \"to\": \"ko\"}"));
+    QTRY_VERIFY_WITH_TIMEOUT(!mBench->Find("event", QStringLiteral("RECV_ZEL_STATUS_SPEED"), since).isEmpty(), 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(Screen(), QStringLiteral("PREVIEW"), 10000);
+    QTRY_VERIFY(IsOverlayShown());
+    OpenMenu();
+    End();
+    RecordFile recording;
+    QString error;
+    QVERIFY2(recording.Read(File("languages.jsonl"), &error), qPrintable(error));
+    QCOMPARE(recording.language, QStringLiteral("en"));
+    QCOMPARE(Count(recording, Kind::Action), 1);
+    const Replayed replayed = Replay(File("languages.jsonl"));
+    QVERIFY2(replayed.code == 0, qPrintable(replayed.lines.join(u'\n') + replayed.error));
+  }
   void whileItPlaysNobodyElseGivesInput() {
     mBench = std::make_unique<BenchRun>(QStringList{QStringLiteral("--replay"), Kept(QStringLiteral("option"))});
     QVERIFY(mBench->IsUp());
@@ -291,6 +329,7 @@ private slots:
     row("no such recording", QStringLiteral("--replay /nowhere/use.jsonl"), 2);
     row("no recording", QStringLiteral("--replay " SOURCE_DIR "/README.md"), 2);
     row("another root", QStringLiteral("--replay %1 --root %2").arg(good, File("other")), 2);
+    row("another language", QStringLiteral("--replay %1 --language ko").arg(good), 2);
     row("a scenario, too", QStringLiteral("--replay %1 --scenario %1").arg(good), 2);
     row("fast without a replay", QStringLiteral("--fast"), 2);
     row("differences without a replay", QStringLiteral("--differences /tmp"), 2);

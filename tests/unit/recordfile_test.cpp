@@ -87,15 +87,24 @@ private slots:
     RecordFile file, again;
     file.seed = 4000000000U;
     file.clock = QDateTime(QDate(2028, 2, 28), QTime(23, 59, 50, 1));
+    file.language = QStringLiteral("en");
     file.root = recordroot::Describe(mFolder.path(), true);
     const RecordEntry entry{Kind::Action, 5, Object(Json("{'request': {'name': 'shock'}}"))};
     QString error;
     QVERIFY2(again.Read(Written(file.FirstLine() + entry.Line()), &error), qPrintable(error));
     QCOMPARE(again.seed, file.seed);
     QCOMPARE(again.clock, file.clock);
+    QCOMPARE(again.language, file.language);
     QCOMPARE(again.root, file.root);
     QCOMPARE(again.entries.size(), 1);
     QCOMPARE(again.entries[0].Line(), entry.Line());
+  }
+  void anOlderRecordingIsKorean() {
+    RecordFile file;
+    file.language = QStringLiteral("en");
+    QString error;
+    QVERIFY2(file.Read(Written(kFirst + '\n'), &error), qPrintable(error));
+    QCOMPARE(file.language, QStringLiteral("ko"));
   }
   void aLineThatWasCutOffIsLeftOut() {
     const QByteArray whole = kFirst + '\n' + kPress + '\n';
@@ -129,6 +138,8 @@ private slots:
     first("a date too early", QByteArray(kFirst).replace("2026-", "1969-"));
     first("a date too late", QByteArray(kFirst).replace("2026-", "2200-"));
     first("no root", WithRoot("7"));
+    for (const char* language : {"'tlh'", "''", "1", "null"})
+      first(language, QByteArray(kFirst).replace("\"seed\"", Json("'language': ") + Json(language) + ", \"seed\""));
     second("no JSON", "{\"ms\": 1");
     second("no object", "[]");
     second("empty", "");
