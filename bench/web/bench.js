@@ -1,6 +1,7 @@
 import {Areas} from './areas.js';
 import {Connection} from './connection.js';
 import {Controls} from './controls.js';
+import {Language} from './language.js';
 import {Lcd} from './lcd.js';
 import {Led} from './led.js';
 import {Log} from './log.js';
@@ -12,6 +13,7 @@ const find = (id) => document.getElementById(id);
 const connection = new Connection();
 const lcd = new Lcd(connection, find('lcd'), find('finger'), find('fault'));
 new Areas(connection, find('areas'), find('show-areas'));
+new Language(connection, find('language'), find('offer'), find('fault'));
 new Led(connection, find('led'), find('led-text'));
 new Controls(connection, find('work'), find('controls'), find('event'));
 new Log(connection, find('log'), find('kinds'), find('pause'));

@@ -18,7 +18,11 @@ after(async () => {
   await browser?.close();
   await bench?.end();
 });
-beforeEach(async () => { page = await openPage(browser, bench); });
+// A browser that prefers English: the question about the language is there all the time.
+beforeEach(async () => {
+  page = await openPage(browser, bench);
+  await page.locator('#offer button').first().waitFor();
+});
 afterEach(async () => {
   await page.close();
   assert.deepEqual(page.complaints, []);
