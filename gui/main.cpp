@@ -18,7 +18,7 @@ constexpr char kHelp[] =
     "The dash camera's interface, on a screen of 480 x 320.\n"
     "  VOLTAGE         1: the voltage is compensated first; 0: it is not\n"
     "  --touch PATH    the touch panel's device, /dev/input/event0 unless given\n"
-    "  --language NAME ko or en; what DASHCAM_LANGUAGE says unless given, else ko\n"
+    "  --language NAME en, for one; what DASHCAM_LANGUAGE says unless given, else ko\n"
     "  -platform NAME  how it is drawn; linuxfb unless given, where there is no display server\n"
     "  --help          prints this\n"
     "  --version       prints the version\n";

@@ -8,7 +8,7 @@ inherit externalsrc qt6-cmake systemd
 # The layer lies in the source tree.
 EXTERNALSRC = "${@os.path.realpath(d.getVar('FILE_DIRNAME') + '/../../../../..')}"
 
-DEPENDS = "qtbase qt5compat"
+DEPENDS = "qtbase qt5compat qttools-native"
 
 DASHCAM_PICTURES ?= "${EXTERNALSRC}/build/dev/pictures"
 # The vendor's library; empty: the substitute.
