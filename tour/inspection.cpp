@@ -136,6 +136,8 @@ void Inspection::LookAtTexts(MainWindow& window, const QString& name) {
     const bool isTheDrivers = dynamic_cast<const LedFileItem*>(label->parent());
     if (!IsSourceLanguage() && !isTheDrivers && kKorean.match(label->text()).hasMatch())
       Fail(QStringLiteral("%1: the text \"%2\" is Korean").arg(name, label->text()));
+    if (label->text().contains(QChar::ReplacementCharacter))
+      Fail(QStringLiteral("%1: the text \"%2\" lost its letters").arg(name, label->text()));
     const QRect area = label->contentsRect();
     const QRect text = dynamic_cast<const TextLabel&>(*label).Letters();
     const QRect inParent = QRect(label->mapToParent(text.topLeft()), text.size());

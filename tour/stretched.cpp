@@ -3,9 +3,9 @@
 #include <QStringList>
 
 namespace {
-// Of that text; a date's format is none.
+// Letters of many languages, and no Korean one.
 QString Longer(const QString& line) {
-  return line + QStringLiteral("mnopqrstuvwxyz").repeated(3).left((line.size() * 35 + 99) / 100);
+  return line + QStringLiteral("äéîñoøüß").repeated(6).left((line.size() * 35 + 99) / 100);
 }
 }  // namespace
 
@@ -15,6 +15,7 @@ Stretched::Stretched() {
 
 QString Stretched::translate(const char* context, const char* source, const char* disambiguation, int count) const {
   QString text = mEnglish.translate(context, source, disambiguation, count);
+  // A date's format is no text.
   if (text.contains(QLatin1String("yyyy")) || text.contains(QLatin1String("HH"))) return text;
   const QChar ends = text.contains(u'\n') ? u'\n' : u'_';
   QStringList lines = text.split(ends);

@@ -371,5 +371,7 @@ void GetConfig() {
 QString GetStringByLanguage(QString text) {
   const QByteArray bytes = text.toLatin1();
   if (QString::fromLatin1(bytes) != text) return text;  // it is decoded already
-  return QTextCodec::codecForName("UTF-8")->toUnicode(bytes);
+  QTextCodec::ConverterState state;
+  const QString decoded = QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), int(bytes.size()), &state);
+  return state.invalidChars == 0 && state.remainingChars == 0 ? decoded : text;  // letters such as ä are no bytes
 }

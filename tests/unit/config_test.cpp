@@ -123,6 +123,12 @@ private slots:
     QCOMPARE(GetStringByLanguage(QStringLiteral("일요일")), QStringLiteral("일요일"));
     QCOMPARE(GetStringByLanguage(QStringLiteral("GMT")), QStringLiteral("GMT"));
     QCOMPARE(GetStringByLanguage(QString()), QString());
+    // Letters of another language are no bytes.
+    for (const char* text : {"ge\xC3\xA4ndert",
+                             "\xC3\x9C"
+                             "bernehmen?",
+                             "\xC3\xA9t\xC3\xA9"})
+      QCOMPARE(GetStringByLanguage(QString::fromUtf8(text)), QString::fromUtf8(text));
   }
 };
 
