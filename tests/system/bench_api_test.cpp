@@ -292,7 +292,9 @@ private slots:
     const QJsonObject language =
         described[QStringLiteral("actions")].toArray().at(names.indexOf(QLatin1String("language"))).toObject();
     QCOMPARE(language[QStringLiteral("arguments")].toArray(),
-             QJsonArray({QJsonObject({{"name", "to"}, {"choices", QJsonArray::fromStringList(languages::Names().split(QStringLiteral(", ")))}})}));
+             QJsonArray({QJsonObject(
+                 {{"name", "to"},
+                  {"choices", QJsonArray::fromStringList(languages::Names().split(QStringLiteral(", ")))}})}));
     const QJsonArray events = described[QStringLiteral("events")].toArray();
     QCOMPARE(events.size(), 38);
     QCOMPARE(events[0][QStringLiteral("event")].toInt(), 1);

@@ -87,7 +87,8 @@ private slots:
     bench.start(QStringLiteral(BINARY_DIR "/bench/dashcam-bench"),
                 {QStringLiteral("--language"), QStringLiteral("tlh")});
     QVERIFY(bench.waitForFinished());
-    QCOMPARE(bench.readAllStandardError(), "dashcam-bench: --language takes one of " + languages::Names().toUtf8() + ".\n");
+    QCOMPARE(bench.readAllStandardError(),
+             "dashcam-bench: --language takes one of " + languages::Names().toUtf8() + ".\n");
   }
 
   void theInterfaceBeginsInALanguage_data() {
