@@ -224,7 +224,7 @@ Content HardwareError(int code) {
   constexpr const char* kCheckCard = QT_TRANSLATE_NOOP("Text", "SD카드 점검이 필요합니다.");
   if (code == 8) return Say(kCheckCard, {0, 1, 1, 2, 24}, CodeLine(code));
   if (code == 18) return Say(kCheckCard, {0, 1, 0, 2, 24});
-  const Content own = OwnTextOfHardwareError(code);
+  Content own = OwnTextOfHardwareError(code);
   if (!own.text.isEmpty()) return own;
   return Say(QT_TRANSLATE_NOOP("Text", "제품점검이 필요합니다."), {0, 1, 1, 2, 24}, CodeLine(code));
 }
