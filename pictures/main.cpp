@@ -1,7 +1,5 @@
-// picture-generator TABLE DIR [LANGUAGE...]         draws every picture of the table below DIR, and those that look
-// different in
-//                                                   another language
-// picture-generator TABLE --sheets DIR [LANGUAGE]   draws them on contact sheets instead, for a person to look at
+// picture-generator TABLE DIR [LANGUAGE...]        draws every picture below DIR, and a LANGUAGE's own ones
+// picture-generator TABLE --sheets DIR [LANGUAGE]  draws them on contact sheets instead, for a person to look at
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -96,7 +94,7 @@ int main(int argc, char** argv) {
   QGuiApplication application(argc, argv);
   const QStringList arguments = QGuiApplication::arguments();
   const bool sheets = arguments.value(2) == QLatin1String("--sheets");
-  if (arguments.size() < (sheets ? 4 : 3)) {
+  if (arguments.size() < (sheets ? 4 : 3) || (sheets && arguments.size() > 5)) {
     QTextStream(stderr) << "Usage: picture-generator TABLE DIR [LANGUAGE...]\n"
                            "       picture-generator TABLE --sheets DIR [LANGUAGE]\n";
     return 2;

@@ -32,13 +32,13 @@ QStringList Languages() {
 
 bool ChooseLanguage(const QString& language) {
   if (!Languages().contains(language)) return false;
-  Choice& choice = Current();
-  choice.texts.reset();
+  std::unique_ptr<QTranslator> texts;
   if (language != QLatin1String(kSourceLanguage)) {
-    auto texts = std::make_unique<QTranslator>();
+    texts = std::make_unique<QTranslator>();
     if (!texts->load(FileOf(language)) || !QCoreApplication::installTranslator(texts.get())) return false;
-    choice.texts = std::move(texts);
   }
+  Choice& choice = Current();
+  choice.texts = std::move(texts);  // the one before is no longer asked
   choice.language = language;
   choice.dates = QLocale(language);
   ForgetPictures();

@@ -18,6 +18,21 @@
 static TestRoot root;
 
 namespace {
+/// Arguments as main() gets them, with the null after the last one.
+class Arguments {
+public:
+  explicit Arguments(const QStringList& texts) {
+    for (const QString& text : texts) mBytes << text.toUtf8();
+    for (QByteArray& text : mBytes) mPointers << text.data();
+    mPointers << nullptr;
+  }
+  char** Data() { return mPointers.data(); }
+
+private:
+  QList<QByteArray> mBytes;
+  QList<char*> mPointers;
+};
+
 /// What comes out of the standard error meanwhile.
 template <typename Function>
 QByteArray SaidBy(Function function) {
@@ -74,15 +89,11 @@ private slots:
     QFETCH(QStringList, arguments);
     QFETCH(bool, before);
     QFETCH(bool, volCom);
-    QList<QByteArray> bytes;
-    for (const QString& argument : arguments) bytes << argument.toUtf8();
-    QList<char*> argv;
-    for (QByteArray& argument : bytes) argv << argument.data();
-    argv << nullptr;
+    Arguments argv(arguments);
 
     gNeedVolCom = before;
     mWindow->SetIsIngParkingModeOn(true);
-    SetInit(static_cast<int>(arguments.size()), argv.data(), mWindow.get());
+    SetInit(static_cast<int>(arguments.size()), argv.Data(), mWindow.get());
     QCOMPARE(gNeedVolCom, volCom);
     QVERIFY2(!mWindow->GetIsIngParkingModeOn(), "parking mode always starts off");
   }
@@ -111,18 +122,14 @@ private slots:
   }
   void theTouchPanelsDevice() {
     QFETCH(QStringList, arguments);
-    QList<QByteArray> bytes;
-    for (const QString& argument : arguments) bytes << argument.toUtf8();
-    QList<char*> argv;
-    for (QByteArray& argument : bytes) argv << argument.data();
-    argv << nullptr;
+    Arguments argv(arguments);
     int argc = static_cast<int>(arguments.size());
     gTouchDevice.clear();
-    QVERIFY(TakeOptions(&argc, argv.data()));
+    QVERIFY(TakeOptions(&argc, argv.Data()));
     QStringList left;
-    for (int i = 0; i < argc; ++i) left << QString::fromUtf8(argv[i]);
+    for (int i = 0; i < argc; ++i) left << QString::fromUtf8(argv.Data()[i]);
     QTEST(left, "left");
-    QVERIFY(!argv[argc]);
+    QVERIFY(!argv.Data()[argc]);
     QTEST(std::exchange(gTouchDevice, {}), "device");
   }
   void aTouchPanelWithoutADevice_data() {
@@ -161,15 +168,11 @@ private slots:
     QFETCH(QStringList, arguments);
     QFETCH(QByteArray, variable);
     QFETCH(QByteArray, said);
-    QList<QByteArray> bytes;
-    for (const QString& argument : arguments) bytes << argument.toUtf8();
-    QList<char*> argv;
-    for (QByteArray& argument : bytes) argv << argument.data();
-    argv << nullptr;
+    Arguments argv(arguments);
     int argc = static_cast<int>(arguments.size());
     qputenv("DASHCAM_LANGUAGE", variable);
-    QVERIFY(TakeOptions(&argc, argv.data()));
-    QVERIFY(std::none_of(argv.begin(), argv.begin() + argc,
+    QVERIFY(TakeOptions(&argc, argv.Data()));
+    QVERIFY(std::none_of(argv.Data(), argv.Data() + argc,
                          [](const char* argument) { return QByteArray(argument).startsWith("--"); }));
     const QByteArray words = SaidBy([] { ApplyLanguage(); });
     QTEST(Language(), "language");
