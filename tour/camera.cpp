@@ -7,12 +7,12 @@
 #include <QTimer>
 #include <QTimerEvent>
 #include <algorithm>
-#include <vector>
 
 #include "bench/lcd/compose.h"
+#include "gui/app/screenfactory.h"
 #include "gui/base/globals.h"
 #include "gui/led/ledfilemanager.h"
-#include "gui/screen/basewidget.h"
+#include "gui/screen/tilescreen.h"
 #include "gui/screen/widgetmanager.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
@@ -32,30 +32,41 @@ QDateTime Noon() {
   return QDateTime(QDate(2026, 5, 8), QTime(13, 24, 36));
 }
 
-// The touches that lead from the preview to a screen.
+// The touches that lead from the preview to a screen that no door of a menu leads to.
 constexpr QPoint kMenu(265, 33);
+using Way = QList<QPoint>;
 const struct {
   WidgetId id;
-  std::vector<QPoint> touches;
+  Way touches;
 } kWays[] = {
     {MAINMENU, {kMenu}},
     {RECORDINGLIST, {kMenu, kTile11, kYes}},
-    {FILEDELMETHOD, {kMenu, kTile12}},
-    {FILEMANAGEMENT, {kMenu, kTile12, kTile12}},
-    {SDMANAGEMENT, {kMenu, kTile13}},
-    {DRIVINGSETTING, {kMenu, kTile21}},
-    {PARKINGSETTING, {kMenu, kTile22}},
-    {LOWVOLDETECTIONSETTING, {kMenu, kTile22, kTile21}},
-    {POWERCUTSETTING, {kMenu, kTile22, kTile21, kTile11}},
-    {BLACKBOXMANAGEMENT, {kMenu, kTile23}},
-    {LCDSETTING, {kMenu, kTile23, kTile11}},
     {FRONTLED, {kMenu, kTile23, kTile12}},
     {NUMBERSETLAYOUT, {kMenu, kTile23, kTile12, kTile11}},
     {LEDFILELIST, {kMenu, kTile23, kTile12, kTile12}},
-    {TIMELAYOUT, {kMenu, kTile23, kTile13}},
     {TOUCHCOMP, {kMenu, kTile23, kTile21}},
-    {AUDIOSETTING, {kMenu, kTile23, kTile22}},
 };
+
+// By the doors of the menus, the fewest; empty when there are none.
+Way WayTo(WidgetId id, MainWindow* window) {
+  struct Reached {
+    WidgetId id;
+    Way touches;
+  };
+  QList<Reached> reached{{MAINMENU, {kMenu}}};
+  for (qsizetype i = 0; i < reached.size(); ++i) {
+    const std::unique_ptr<BaseWidget> screen(MakeScreen(reached[i].id, window, nullptr));
+    const auto* menu = qobject_cast<TileScreen*>(screen.get());
+    if (!menu) continue;
+    for (const auto& [next, at] : menu->Doors()) {
+      if (next == id) return reached[i].touches + Way{at};
+      const bool isKnown =
+          std::any_of(reached.begin(), reached.end(), [n = next](const Reached& r) { return r.id == n; });
+      if (!isKnown) reached.append({next, reached[i].touches + Way{at}});
+    }
+  }
+  return {};
+}
 
 // The camera of the recording that is played, by its name.
 VideoPlane::View PlayedView() {
@@ -156,9 +167,10 @@ void Camera::Wait(const char* name) {
 }
 
 void Camera::Open(WidgetId id) {
-  const auto way = std::find_if(std::begin(kWays), std::end(kWays), [id](const auto& row) { return row.id == id; });
-  if (way == std::end(kWays)) qFatal("no way leads to %s", NameOf(id));
-  for (const QPoint touch : way->touches) Tap(touch);
+  const auto known = std::find_if(std::begin(kWays), std::end(kWays), [id](const auto& row) { return row.id == id; });
+  const Way way = known != std::end(kWays) ? known->touches : WayTo(id, mWindow.get());
+  if (way.isEmpty()) qFatal("no way leads to %s: tour/camera.cpp, kWays", NameOf(id));
+  for (const QPoint touch : way) Tap(touch);
 }
 
 // ---- what is seen

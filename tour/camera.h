@@ -37,7 +37,7 @@ public:
   /// not run.
   void Wait(const char* timer);
 
-  /// From the preview to a screen that a menu leads to, by touches.
+  /// From the preview to a screen that a menu leads to, by touches. Fatal when there is no way.
   void Open(WidgetId id);
 
   /// The window; for the few screens that nothing leads to, and for the look at what is shown.

@@ -6,7 +6,8 @@
 namespace {
 constexpr char kHead[] =
     "<!doctype html>\n<html lang=\"en\">\n<meta charset=\"utf-8\">\n"
-    "<meta name=\"viewport\" content=\"width=device-width\">\n<title>Dash camera: the tour</title>\n"
+    "<meta name=\"viewport\" content=\"width=device-width\">\n<link rel=\"icon\" href=\"data:,\">\n<title>Dash camera: "
+    "the tour</title>\n"
     "<style>body{font:15px/1.4 sans-serif;margin:24px;background:#262223;color:#fff}a{color:#40c8e0}"
     "figure{display:inline-block;vertical-align:top;margin:0 16px 20px 0}"
     "img{max-width:100%;height:auto;margin-right:8px}figcaption{color:#c8c2c4}b{color:#fff}nav "

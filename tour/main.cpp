@@ -7,7 +7,6 @@
 #include <map>
 
 #include "gui/app/commandline.h"
-#include "gui/app/screenfactory.h"
 #include "gui/base/language.h"
 #include "gui/screen/basewidget.h"
 #include "gui/screen/messagecatalogue.h"
@@ -58,17 +57,16 @@ public:
 
   template <typename Take>
   void Screens(bool backwards, Take take) {
-    std::vector<const State*> states;
-    for (const State& state : States()) states.push_back(&state);
+    std::vector<State> states = States();
     if (backwards) std::reverse(states.begin(), states.end());
-    for (const State* state : states) {
+    for (const State& state : states) {
       Camera camera;
-      state->enter(camera);
+      state.enter(camera);
       const char* screen = NameOf(gWidgetManager.GetCurWidgetId());
-      if (gWidgetManager.GetCurWidgetId() != state->screen)
+      if (gWidgetManager.GetCurWidgetId() != state.screen)
         mInspection.Fail(
-            QStringLiteral("%1: the camera shows %2").arg(QLatin1String(state->name), QLatin1String(screen)));
-      Shot shot = ShotOf(camera, QLatin1String(NameOf(state->screen)), QLatin1String(state->name), state->shows);
+            QStringLiteral("%1: the camera shows %2").arg(QLatin1String(state.name), QLatin1String(screen)));
+      Shot shot = ShotOf(camera, QLatin1String(NameOf(state.screen)), QLatin1String(state.name), state.shows);
       mInspection.Look(camera.Window(), shot.name, shot.drawn);
       if (camera.Flashes() > 0) mInspection.Fail(shot.name + QStringLiteral(": the page flashes between two boxes"));
       take(std::move(shot));
@@ -133,20 +131,16 @@ std::vector<Shot> TakeKoreanShots(Inspection& inspection) {
   tour.Screens(false, keep);
   tour.Boxes(keep);
   tour.Screens(true, compare);
-  for (const ScreenRow& row : Screens()) {
-    const QString section = QLatin1String(NameOf(row.id));
-    if (std::none_of(shots.begin(), shots.end(), [&](const Shot& shot) { return shot.section == section; }))
-      inspection.Fail(QStringLiteral("%1 is not shown").arg(QLatin1String(row.name)));
-  }
   return shots;
 }
 
-// The names begin with the language.
-std::vector<Shot> TakeTranslatedShots(Inspection& inspection) {
+// Everything once. The names begin with the language, but for Korean ones.
+std::vector<Shot> TakeShots(Inspection& inspection, bool tells) {
   std::vector<Shot> shots;
   Tour tour(inspection);
   const auto keep = [&](Shot shot) {
-    shot.name.prepend(Language() + u'/');
+    if (!IsSourceLanguage()) shot.name.prepend(Language() + u'/');
+    if (tells) QTextStream(stdout) << "picture " << shot.name << Qt::endl;
     shots.push_back(std::move(shot));
   };
   tour.Screens(false, keep);
@@ -154,13 +148,15 @@ std::vector<Shot> TakeTranslatedShots(Inspection& inspection) {
   return shots;
 }
 
-Tours TakeTours(QStringList* faults) {
+// `alone`: for the pictures' sake, without a look at what may be wrong with them.
+Tours TakeTours(bool alone, QStringList* faults) {
   Tours tours;
   const QStringList languages = Languages();
   for (const QString& language : languages) {
     Inspection inspection;
     if (!ChooseLanguage(language)) qFatal("%s cannot be chosen", qPrintable(language));
-    tours.push_back(IsSourceLanguage() ? TakeKoreanShots(inspection) : TakeTranslatedShots(inspection));
+    tours.push_back(IsSourceLanguage() && !alone ? TakeKoreanShots(inspection) : TakeShots(inspection, alone));
+    if (alone) continue;
     inspection.LookAtTable();
     *faults += inspection.Faults();
   }
@@ -223,7 +219,9 @@ int main(int argc, char** argv) {
       QStringLiteral("Writes a picture of every screen and message box into DIR. KNOWN is a folder of pictures."));
   options.addHelpOption();
   options.addVersionOption();
-  options.addOptions({accept, compare});
+  const QCommandLineOption pictures(QStringLiteral("pictures"),
+                                    QStringLiteral("Nothing but the pictures; tells each."));
+  options.addOptions({accept, compare, pictures});
   options.addPositionalArgument(QStringLiteral("DIR"), QStringLiteral("Made if need be."));
   options.process(application);
   if (options.positionalArguments().size() != 1) options.showHelp(2);
@@ -233,8 +231,8 @@ int main(int argc, char** argv) {
   gEnvirnmentSettings.SettingTouchValue(true);
   GetConfig();
   ApplyFont();
-  const Tours tours = TakeTours(&faults);
-  LookAtStretchedTexts(&faults);
+  const Tours tours = TakeTours(options.isSet(pictures), &faults);
+  if (!options.isSet(pictures)) LookAtStretchedTexts(&faults);
   const std::vector<const Shot*> shots = Different(tours);
 
   QTextStream out(stdout), error(stderr);

@@ -1,9 +1,10 @@
 #include "tour/states.h"
 
 #include <QtEndian>
+#include <algorithm>
 #include <cmath>
-#include <vector>
 
+#include "gui/app/screenfactory.h"
 #include "gui/base/globals.h"
 #include "gui/screen/basewidget.h"
 #include "gui/screen/widgetmanager.h"
@@ -718,6 +719,12 @@ const State kStates[] = {
 };
 }  // namespace
 
-std::span<const State> States() {
-  return kStates;
+std::vector<State> States() {
+  std::vector<State> states(std::begin(kStates), std::end(kStates));
+  for (const ScreenRow& row : Screens()) {
+    const auto isOf = [&row](const State& state) { return state.screen == row.id; };
+    if (std::none_of(std::begin(kStates), std::end(kStates), isOf))
+      states.push_back({row.id, QByteArray(NameOf(row.id)).toLower(), "", [&row](Camera& c) { c.Open(row.id); }});
+  }
+  return states;
 }

@@ -1,7 +1,8 @@
 #pragma once
 
+#include <QByteArray>
 #include <functional>
-#include <span>
+#include <vector>
 
 #include "gui/vocabulary/vocabulary.h"
 
@@ -11,10 +12,10 @@ class Camera;
 /// and events wherever a person could.
 struct State {
   WidgetId screen;
-  const char* name;
+  QByteArray name;
   const char* shows;
   std::function<void(Camera&)> enter;
 };
 
-/// Every state in which a screen paints something else.
-std::span<const State> States();
+/// Every state in which a screen paints something else. A screen without a row of its own is shown as a menu opens it.
+std::vector<State> States();

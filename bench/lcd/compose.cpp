@@ -31,11 +31,12 @@ QImage Compose(const QImage& raw, const QImage& video, int backlight) {
     return seen;
   }
   const int of256 = 64 + 192 * std::min(backlight, kFull) / kFull;
+  const int width = seen.width();
   for (int y = 0; y < seen.height(); ++y) {
     const auto* overlay = reinterpret_cast<const QRgb*>(raw.constScanLine(y));
     const auto* behind = video.isNull() ? nullptr : reinterpret_cast<const QRgb*>(video.constScanLine(y));
     auto* to = reinterpret_cast<QRgb*>(seen.scanLine(y));
-    for (int x = 0; x < seen.width(); ++x) {
+    for (int x = 0; x < width; ++x) {
       QRgb pixel = overlay[x] | 0xFF000000;
       if (pixel == kKeyColour) pixel = behind ? behind[x] | 0xFF000000 : qRgb(0, 0, 0);
       to[x] = of256 == 256 ? pixel : Dimmed(pixel, of256);

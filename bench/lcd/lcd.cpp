@@ -69,11 +69,13 @@ QImage Lcd::Raw() const {
   const qsizetype size = qsizetype{mBytesPerLine} * kHeight;
   QByteArray rows(size, Qt::Uninitialized);
   if (pread(mFile, rows.data(), size_t(size), mPixels) != size) return {};
-  QImage image(kWidth, kHeight, QImage::Format_RGB32);
+  if (rows == mRows && !mImage.isNull()) return mImage;
+  mRows = rows;
+  mImage = QImage(kWidth, kHeight, QImage::Format_RGB32);
   for (int y = 0; y < kHeight; ++y) {
-    auto* to = reinterpret_cast<quint32*>(image.scanLine(y));
+    auto* to = reinterpret_cast<quint32*>(mImage.scanLine(y));
     const char* from = rows.constData() + qsizetype{y} * mBytesPerLine;
     for (int x = 0; x < kWidth; ++x) to[x] = 0xFF000000 | qFromLittleEndian<quint32>(from + x * 4);
   }
-  return image;
+  return mImage;
 }

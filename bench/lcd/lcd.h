@@ -28,4 +28,6 @@ private:
   int mFile = -1;
   qint64 mPixels = 0;  // where the first row begins, bytes
   int mBytesPerLine = 0;
+  mutable QByteArray mRows;  // that were read last, and
+  mutable QImage mImage;     // what they show: mostly nothing has changed
 };

@@ -29,7 +29,7 @@ public:
   void SetBacklight(int value);                           ///< 0 (dark) .. 100000
 
   /// What the cameras see.
-  const RoadVideo& Road() const { return mRoad; }
+  RoadVideo& Road() { return mRoad; }
 
   QImage Raw() const;  ///< what the interface has drawn
   QImage Now() const;  ///< what a person sees
@@ -41,6 +41,7 @@ public:
   const QImage& Shown() const { return mShown; }
 
 signals:
+  void Drawn();  ///< the interface has drawn something; the video behind it does not count
   void Changed(const QRegion& where);
 
 private:

@@ -157,7 +157,14 @@ QImage Behind(const QImage& landscape, double ms) {
 
 RoadVideo::RoadVideo() : mAhead(Landscape(kDay)), mBehind(Landscape(kEvening)) {}
 
+QImage RoadVideo::Whole(int camera, qint64 milliseconds) const {
+  if (mOthers[camera]) return mOthers[camera]();
+  const auto ms = double(milliseconds);
+  return camera == 0 ? Ahead(mAhead, ms) : Behind(mBehind, ms);
+}
+
 QImage RoadVideo::Camera(int camera, qint64 milliseconds, QSize size) const {
+  if (mOthers[camera]) return mOthers[camera]().scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
   const auto ms = double(milliseconds);
   const QImage& landscape = camera == 0 ? mAhead : mBehind;
   if (mSmall[camera].size() != size)
@@ -166,15 +173,14 @@ QImage RoadVideo::Camera(int camera, qint64 milliseconds, QSize size) const {
 }
 
 QImage RoadVideo::Frame(const VideoPlane& plane, qint64 milliseconds) const {
-  const auto ms = double(milliseconds);
-  if (plane.view == VideoPlane::View::Front) return Ahead(mAhead, ms);
+  if (plane.view == VideoPlane::View::Front) return Whole(0, milliseconds);
   QImage rear(kSize, QImage::Format_RGB32);
   if (plane.rearAlive)
-    rear = Behind(mBehind, ms).mirrored(plane.mirrored, false);
+    rear = Whole(1, milliseconds).mirrored(plane.mirrored, false);
   else
     rear.fill(Qt::black);
   if (plane.view == VideoPlane::View::Rear) return rear;
-  QImage both = Ahead(mAhead, ms);
+  QImage both = Whole(0, milliseconds);
   const int right = kSize.width() - kSmall.width() - kGap, bottom = kSize.height() - kSmall.height() - kGap;
   const QPoint corners[] = {{right, bottom}, {right, kGap}, {kGap, kGap}, {kGap, bottom}};
   const QPoint corner = corners[plane.pipCorner >= 0 && plane.pipCorner < 4 ? plane.pipCorner : 0];

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <QElapsedTimer>
+#include <QList>
 #include <QObject>
+#include <QPoint>
 #include <QTimer>
 
 #include "bench/panel/touchpanel.h"
 #include "recorder/service/eventlog.h"
 #include "recorder/service/reply.h"
+#include "recorder/service/requests.h"
 
 /// The one finger on the touch panel. What it does is logged.
 class Finger : public QObject {
@@ -24,7 +28,11 @@ public:
   /// Puts the finger down afresh and lifts it after `ms`. `owner`: whose finger it is, see Leave().
   Reply Tap(const Spot& spot, int ms, const QObject* owner);
 
-  /// Puts the finger down, or moves it when it is down. A tap under way ends first.
+  /// Puts the finger down afresh at the first point, moves it in straight lines to the others, each `ms` after the one
+  /// before, and lifts it after the last. At the first it rests for its `ms`. At least two points.
+  Reply Follow(const QList<requests::Touch::Point>& path, const QObject* owner);
+
+  /// Puts the finger down, or moves it when it is down. A tap or a path under way ends first.
   Reply Press(const Spot& spot, const QObject* owner);
 
   Reply Release();
@@ -42,8 +50,19 @@ signals:
   void Touching();  ///< it is about to be put down, or to be moved
 
 private:
+  Reply Put(const Spot& spot, const QObject* owner);
+  void GoOn();
+  bool MoveOn();
+  bool Move(QPoint to);
+
   TouchPanel& mPanel;
   EventLog& mLog;
-  QTimer mTap;  // to the release
+  QTimer mTap;                          // to the release
+  QTimer mMove;                         // to the next move on a path
+  QList<requests::Touch::Point> mPath;  // under way
+  qsizetype mNext = 0;                  // of its points
+  qint64 mReached = 0;                  // ms when it was at the point before, or had rested at the first
+  QElapsedTimer mSinceStart;            // of the path
+  QPoint mAt;                           // the path's last move
   const QObject* mOwner = nullptr;
 };

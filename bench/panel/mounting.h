@@ -13,6 +13,8 @@ struct Mounting {
   int y = 0;      ///< and too far down: kLeastY..kMostY
   int noise = 0;  ///< panel units by which each touch is off, at most: 0..kMostNoise
 
+  bool operator==(const Mounting&) const = default;
+
   /// Where the factory's panel would feel a finger that is at `at`, pixels.
   QPointF Felt(QPointF at) const;
 

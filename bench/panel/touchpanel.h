@@ -5,12 +5,13 @@
 #include <QString>
 
 #include "bench/panel/mounting.h"
+#include "recorder/service/requests.h"
 
 /// The touch panel: evdev records into a FIFO, from an imaginary panel. It is mounted as the factory coefficients of
 /// the interface say, or askew, whatever the interface's calibration is: so calibrating means something.
 class TouchPanel {
 public:
-  static constexpr int kMostRaw = 511;  ///< of ABS_X and ABS_Y
+  static constexpr int kMostRaw = requests::Touch::kMostRaw;  ///< of ABS_X and ABS_Y
 
   TouchPanel() = default;
   ~TouchPanel() { Close(); }

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QJsonDocument>
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -171,6 +172,10 @@ QByteArray RecordFile::FirstLine() const {
   return QJsonDocument(head).toJson(QJsonDocument::Compact) + '\n';
 }
 
+bool RecordFile::HasInput() const {
+  return std::any_of(entries.begin(), entries.end(), [](const RecordEntry& entry) { return entry.IsInput(); });
+}
+
 bool RecordFile::Read(const QString& path, QString* error) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly) || file.size() > kLargest) {
@@ -181,7 +186,7 @@ bool RecordFile::Read(const QString& path, QString* error) {
   const auto hasEnded = [this] { return !entries.isEmpty() && entries.constLast().kind == Kind::End; };
   for (int number = 1; number == 1 || !file.atEnd(); ++number) {
     const qint64 longest = number == 1 ? kLongestFirst : kLongestLine;
-    const QByteArray line = file.readLine(longest + 1);
+    const QByteArray line = file.readLine(std::min(longest, file.size()) + 1);
     QString reason;
     bool good = false;
     if (line.size() >= longest) {

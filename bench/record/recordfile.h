@@ -50,6 +50,7 @@ struct RecordFile {
   QList<RecordEntry> entries;
 
   QByteArray FirstLine() const;
+  bool HasInput() const;
 
   /// Reads and checks a file. A last line that was cut off is left out: its bench was killed. False, with one sentence
   /// in `error`, when it is none.

@@ -1,5 +1,6 @@
 #include "bench/record/recordpicture.h"
 
+#include <QPainter>
 #include <QRect>
 
 namespace recordpicture {
@@ -7,6 +8,7 @@ namespace {
 
 constexpr int kSide = 40, kColumns = 12, kRows = 8;
 constexpr int kWord = 3;  // bytes of each square
+constexpr QColor kUnknown(128, 128, 128);
 
 struct Unsteady {
   const char* screen;
@@ -64,6 +66,16 @@ QString Digest(const QImage& raw, const QString& screen) {
 
 bool IsDigest(const QString& text) {
   return Words(text).size() == kWord * kColumns * kRows;
+}
+
+QImage Known(const QImage& raw, const QString& screen, const QString& digest) {
+  const QByteArray words = Words(digest), drawn = Words(Digest(raw, screen));
+  QImage known = raw.convertToFormat(QImage::Format_RGB32);
+  QPainter painter(&known);
+  for (int i = 0; i < kColumns * kRows; ++i)
+    if (words.mid(i * kWord, kWord) != drawn.mid(i * kWord, kWord))
+      painter.fillRect(SquareAt(i % kColumns, i / kColumns), kUnknown);
+  return known;
 }
 
 QString Difference(const QString& one, const QString& other) {

@@ -12,6 +12,10 @@ QString Digest(const QImage& raw, const QString& screen);
 
 bool IsDigest(const QString& text);
 
+/// The picture of a digest, as far as `raw` tells what it was: its squares that have not changed on this screen; the
+/// others are grey. All of them are when `digest` is empty.
+QImage Known(const QImage& raw, const QString& screen, const QString& digest);
+
 /// Where the pictures of two digests differ, "x 0 to 79, y 40 to 79"; empty when they do not.
 QString Difference(const QString& one, const QString& other);
 

@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <algorithm>
 
+#include "bench/supervise/rootfolder.h"
 #include "recorder/base/files.h"
 #include "recorder/card/clipfacts.h"
 #include "recorder/card/stock.h"
@@ -20,23 +21,10 @@ constexpr qsizetype kMostFiles = 200;
 constexpr qsizetype kLongestPath = 200;  // characters
 constexpr qsizetype kMostClips = recorder::Recording::kMost + 2;
 
-// What every start makes anew.
-const char* const kMade[] = {"/bin/", "/dev/", "/proc/", "/opt/gui/images/", "/usr/"};
-// Of /run these two are the camera's.
-const char* const kRunFiles[] = {"/run/clock", "/run/panel"};
-
-bool IsKept(const QString& path) {
-  if (path.startsWith(QLatin1String("/run/")))
-    return std::any_of(std::begin(kRunFiles), std::end(kRunFiles),
-                       [&path](const char* file) { return path == QLatin1String(file); });
-  return std::none_of(std::begin(kMade), std::end(kMade),
-                      [&path](const char* folder) { return path.startsWith(QLatin1String(folder)); });
-}
-
 bool IsPath(const QString& path) {
   return path.startsWith(u'/') && path.size() <= kLongestPath && !path.contains(QChar(0)) &&
          path == QDir::cleanPath(path) && !path.startsWith(QLatin1String("/../")) && path != QLatin1String("/..") &&
-         path.size() > 1 && IsKept(path);
+         path.size() > 1 && RootFolder::IsOfCamera(path);
 }
 
 QByteArray Data(const QJsonObject& file) {
@@ -77,7 +65,7 @@ void TakeFiles(const QString& folder, const QString& as, Collection* collection)
   files.sort();
   for (const QString& file : files) {
     const QString path = as + file.mid(folder.size());
-    if (!IsKept(path)) continue;
+    if (!RootFolder::IsOfCamera(path)) continue;
     const bool isOfCard = as.isEmpty() && (path.startsWith(QLatin1String(recorder::kCardFiles) + QLatin1String("/")) ||
                                            path.startsWith(QLatin1String(recorder::kCardFilesAway)));
     if (!isOfCard && !path.endsWith(QLatin1String(".avi"))) collection->Take(path, file);

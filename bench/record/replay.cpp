@@ -2,11 +2,14 @@
 
 #include <QDir>
 #include <QImage>
+#include <QSaveFile>
 #include <algorithm>
+#include <utility>
 
 #include "bench/camera/bench.h"
 #include "bench/record/recordlook.h"
 #include "bench/record/recordpicture.h"
+#include "bench/record/recordroot.h"
 
 namespace {
 constexpr int kGo = 20;             // milliseconds between two looks
@@ -15,7 +18,9 @@ constexpr qint64 kCounted = 3100;   // the same on the preview: it counts the ta
 constexpr qint64 kSettled = 300;    // that what is shown must stay before the next input
 constexpr int kMargin = 15000;      // a slow machine's
 constexpr int kMarginAfter = 2000;  // after an input that waited in vain
+constexpr qint64 kSoon = 1000;      // from the last input to an end that says nothing of what came of it
 constexpr auto kNobody = "nothing";
+constexpr char kBefore[] = "Before input ", kAtEnd[] = "At the end, ";  // so a difference begins
 
 using Kind = RecordEntry::Kind;
 
@@ -30,9 +35,9 @@ QString Seconds(qint64 ms) {
 QString Described(const RecordEntry& input) {
   const QJsonObject request = input.Request();
   if (input.kind == Kind::Event) return QStringLiteral("event %1").arg(request.value(QLatin1String("event")).toInt());
-  if (input.kind == Kind::Action) return request.value(QLatin1String("name")).toString().left(40);
+  if (input.kind == Kind::Action) return request.value(QLatin1String("name")).toString().simplified().left(40);
   if (input.kind == Kind::Picture) return QStringLiteral("a picture of the driver's");
-  QString action = request.value(QLatin1String("action")).toString().left(40);
+  QString action = request.value(QLatin1String("action")).toString().simplified().left(40);
   if (!request.contains(QLatin1String("x"))) return action;
   return QStringLiteral("%1 at %2, %3")
       .arg(action)
@@ -40,6 +45,17 @@ QString Described(const RecordEntry& input) {
       .arg(request.value(QLatin1String("y")).toInt());
 }
 }  // namespace
+
+bool Replay::Read(const QString& path, RecordFile* file, QString* error) {
+  if (!file->Read(path, error) || !recordroot::Check(file->root, error)) return false;
+  if (!file->HasInput())
+    *error = QStringLiteral("The recording %1 has no input: there is nothing to replay.").arg(path);
+  return file->HasInput();
+}
+
+bool Replay::IsDifference(const QString& line) {
+  return line.startsWith(QLatin1String(kBefore)) || line.startsWith(QLatin1String(kAtEnd));
+}
 
 Replay::Replay(Bench& bench, const RecordFile& file, const Options& options, QObject* parent)
     : QObject(parent),
@@ -64,7 +80,6 @@ Replay::~Replay() = default;
 void Replay::Start() {
   mLook = std::make_unique<RecordLook>(mBench);
   mSession.start();
-  mSinceLast.start();
   while (!Next().IsInput() && Next().kind != Kind::End) ++mNext;
   mGo.start();
 }
@@ -95,7 +110,7 @@ void Replay::TakeLog(const QJsonObject& log) {
     ++stream.cursor;
     return Store();
   }
-  Differ(QStringLiteral("%1 came, and was not recorded").arg(essence));
+  if (!EndsSoon()) Differ(QStringLiteral("%1 came, and was not recorded").arg(essence));
 }
 
 // Before the next command: it may read the card.
@@ -115,6 +130,11 @@ bool Replay::IsAwaiting() const {
   return Next().kind != Kind::Touch || !mBench.TheFinger().IsDown();
 }
 
+// What the last input did may have come after the end of the recording: nobody knows.
+bool Replay::EndsSoon() const {
+  return Next().kind == Kind::End && Next().ms - mLastMs < kSoon;
+}
+
 bool Replay::HaveAllCome() const {
   return std::all_of(mStreams.begin(), mStreams.end(), [this](const Stream& stream) {
     return stream.cursor >= stream.expected.size() || stream.expected[stream.cursor] > mNext;
@@ -122,6 +142,7 @@ bool Replay::HaveAllCome() const {
 }
 
 bool Replay::IsMet(QString* why) {
+  if (EndsSoon()) return HaveAllCome();
   const QJsonObject expected = Next().Seen(), shown = mBench.Shown();
   static constexpr std::pair<const char*, const char*> kParts[] = {
       {"screen", "the screen"}, {"own", "the screen's box"}, {"event", "the box of an event"}};
@@ -129,7 +150,13 @@ bool Replay::IsMet(QString* why) {
     const QLatin1String key(member);
     if (!expected.contains(key) || expected.value(key) == shown.value(key)) continue;
     *why = QStringLiteral("%1 is %2 and was %3")
-               .arg(QLatin1String(name), Text(shown.value(key)), Text(expected.value(key)).left(40));
+               .arg(QLatin1String(name), Text(shown.value(key)), Text(expected.value(key)).simplified().left(40));
+    return false;
+  }
+  // Another machine may be faster, and is not to be held up.
+  const QLatin1String busy("busy");
+  if (shown.value(busy).toBool() && !expected.value(busy).toBool()) {
+    *why = QStringLiteral("the card is being filled or emptied and was not");
     return false;
   }
   const QLatin1String dark("dark"), picture("picture");
@@ -144,12 +171,44 @@ bool Replay::IsMet(QString* why) {
   return where.isEmpty() && HaveAllCome();
 }
 
+// Between two inputs, but not while the finger is down: a press that is held is another one.
+bool Replay::IsHeld() const {
+  return mIsPaused && !mIsStep && IsAwaiting();
+}
+
+bool Replay::Hold() {
+  const qint64 now = mSession.elapsed(), since = now - std::exchange(mLooked, now);
+  if (!IsHeld()) return false;
+  mHeld += since;
+  mMet.invalidate();
+  return true;
+}
+
+Reply Replay::Control(const QJsonObject& request) {
+  const QJsonValue pause = request.value(QLatin1String("pause")), step = request.value(QLatin1String("step"));
+  if (request.size() != 1 || !(pause.isBool() || step == QJsonValue(true)))
+    return Reply::Bad(QStringLiteral("The body must be {\"pause\": true}, {\"pause\": false} or {\"step\": true}."));
+  mIsStep = step.toBool();
+  mIsPaused = mIsStep || pause.toBool();
+  emit mBench.StateChanged();
+  return {};
+}
+
+QJsonObject Replay::State() const {
+  const auto isInput = [](const RecordEntry& entry) { return entry.IsInput(); };
+  return {{QStringLiteral("next"), mInputs + 1},
+          {QStringLiteral("of"), std::count_if(mEntries.begin(), mEntries.end(), isInput)},
+          {QStringLiteral("ms"), Next().ms},
+          {QStringLiteral("paused"), IsHeld()}};
+}
+
 void Replay::Go() {
-  const qint64 since = mSinceLast.elapsed(), gap = Next().ms - mLastMs;
+  if (Hold()) return;
   if (!IsAwaiting()) {
-    if (since >= gap) Give({});
+    while (!IsAwaiting() && Elapsed() - mGiven >= Next().ms - mLastMs) Give({});
     return;
   }
+  const qint64 since = Elapsed() - mGiven, gap = Next().ms - mLastMs;
   QString why;
   const bool isMet = IsMet(&why);
   if (!isMet)
@@ -169,7 +228,7 @@ void Replay::Go() {
 // The least time between the next input and the one before it, which were `gap` apart.
 qint64 Replay::Least(qint64 gap) const {
   const QJsonObject seen = Next().Seen();
-  if (!mOptions.isFast) return gap;
+  if (!mOptions.isFast && !mIsStep) return gap;
   if (Next().kind == Kind::End) return std::min(gap, kBetween);
   // What was changing when it was recorded says nothing of when.
   if (!seen.contains(QLatin1String("picture"))) return gap;
@@ -193,25 +252,29 @@ Reply Replay::GiveAgain(const RecordEntry& input) {
     case Kind::Action:
       return mBench.Action(request, this);
     default:
-      return mBench.OwnPicture(QByteArray::fromBase64(request.value(QLatin1String("png")).toString().toLatin1()), this);
+      mBench.OwnPicture(
+          QByteArray::fromBase64(request.value(QLatin1String("png")).toString().toLatin1()), [](const Reply&) {}, this);
+      return {};
   }
 }
 
 void Replay::Give(const QString& unmet) {
   const RecordEntry input = Next();
-  if (input.IsInput()) ++mInputs;
   if (IsAwaiting()) SayMissing();
+  if (!unmet.isEmpty()) SavePictures();  // who hears of the difference finds them
   if (!unmet.isEmpty()) Differ(unmet);
-  if (!unmet.isEmpty()) SavePicture();
   mMet.invalidate();
+  mIsStep = false;
   if (input.kind == Kind::End) {
     mGo.stop();
     return emit Ended();
   }
   mBench.SkipTime(input.ms - mBench.SessionMs());
-  // What it causes is expected after it.
+  // The moves of a finger take as long as they did.
+  mGiven = IsAwaiting() ? Elapsed() : mGiven + input.ms - mLastMs;
   mLastMs = input.ms;
-  mSinceLast.start();
+  ++mInputs;
+  // What it causes is expected after it.
   do ++mNext;
   while (!Next().IsInput() && Next().kind != Kind::End);
   const Reply reply = GiveAgain(input);
@@ -225,10 +288,10 @@ void Replay::Give(const QString& unmet) {
 
 QString Replay::Where() const {
   const QString at = Seconds(Next().ms);
-  if (Next().kind == Kind::End) return QStringLiteral("At the end, %1").arg(at);
+  if (Next().kind == Kind::End) return QLatin1String(kAtEnd) + at;
   const auto number =
       std::count_if(mEntries.begin(), mEntries.begin() + mNext + 1, [](const auto& each) { return each.IsInput(); });
-  return QStringLiteral("Before input %1, %2 at %3").arg(number).arg(Described(Next()), at);
+  return QLatin1String(kBefore) + QStringLiteral("%1, %2 at %3").arg(number).arg(Described(Next()), at);
 }
 
 void Replay::Differ(const QString& sentence) {
@@ -241,8 +304,18 @@ void Replay::Differ(const QString& sentence) {
   emit Differs(whole);
 }
 
-void Replay::SavePicture() {
-  if (mOptions.differences.isEmpty()) return;
-  const QString file = QStringLiteral("%1/before-input-%2.png").arg(mOptions.differences).arg(mInputs);
-  if (QDir().mkpath(mOptions.differences)) mBench.Drawn().save(file);
+void Replay::SavePictures() {
+  if (mOptions.differences.isEmpty() || !QDir().mkpath(mOptions.differences)) return;
+  const QImage drawn = mBench.Drawn();
+  const QString screen = mBench.Shown().value(QLatin1String("screen")).toString();
+  const QString seen = Next().Seen().value(QLatin1String("picture")).toString();
+  const auto save = [this](const QImage& picture, const char* which) {
+    QSaveFile file(QStringLiteral("%1/before-input-%2%3.png")
+                       .arg(mOptions.differences)
+                       .arg(mInputs + 1)
+                       .arg(QLatin1String(which)));
+    if (file.open(QIODevice::WriteOnly) && picture.save(&file, "PNG")) file.commit();
+  };
+  save(drawn, "");
+  save(recordpicture::Known(drawn, screen, seen), "-expected");
 }

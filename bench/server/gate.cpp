@@ -2,17 +2,17 @@
 
 #include <sys/socket.h>
 
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTcpSocket>
 #include <QTimer>
 #include <algorithm>
 
+#include "bench/server/answer.h"
 #include "bench/server/requesthead.h"
 
 namespace {
 constexpr int kPatience = 10000;  // milliseconds for a request and its answer
-constexpr int kMostOpen = 64;     // requests under way
+constexpr int kSilence = 3000;    // for its first byte
+constexpr int kMostOpen = 256;    // requests under way
 
 // What is still on its way is thrown away until the other side has read the answer and closes: with unread bytes
 // here, the system would break the connection and the answer could be lost.
@@ -27,30 +27,33 @@ void Linger(QTcpSocket* socket) {
 }
 }  // namespace
 
-QByteArray Gate::Refusal(int status, const QString& error) {
-  const char* reason = "Bad Request";
-  if (status == 403) reason = "Forbidden";
-  if (status == 409) reason = "Conflict";
-  if (status == 413) reason = "Payload Too Large";
-  if (status == 431) reason = "Request Header Fields Too Large";
-  const QByteArray body = QJsonDocument(QJsonObject{{QStringLiteral("error"), error}}).toJson(QJsonDocument::Compact);
-  return "HTTP/1.1 " + QByteArray::number(status) + ' ' + reason +
-         "\r\nContent-Type: application/json\r\nX-Content-Type-Options: nosniff\r\nConnection: "
-         "close\r\nContent-Length: " +
-         QByteArray::number(body.size()) + "\r\n\r\n" + body;
-}
-
 void Gate::incomingConnection(qintptr descriptor) {
+  const bool hasRoom = MakeRoom();
   auto* socket = new QTcpSocket(this);
-  const bool isOneTooMany = findChildren<QTcpSocket*>(Qt::FindDirectChildrenOnly).size() > kMostOpen;
-  if (!socket->setSocketDescriptor(descriptor) || isOneTooMany) return delete socket;
+  if (!socket->setSocketDescriptor(descriptor) || !hasRoom) return delete socket;
+  mIncomplete << socket;
+  connect(socket, &QObject::destroyed, this, [this, socket] { mIncomplete.removeOne(socket); });
   socket->setReadBufferSize(RequestHead::kMost + RequestHead::kMostBody + 1);
   connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
   connect(socket, &QTcpSocket::readyRead, this, [this, socket] { Read(socket); });
   auto* patience = new QTimer(socket);
   patience->setSingleShot(true);
   patience->callOnTimeout(socket, [socket] { socket->abort(); });
-  patience->start(kPatience);
+  connect(
+      socket, &QTcpSocket::readyRead, patience, [patience] { patience->start(kPatience); }, Qt::SingleShotConnection);
+  patience->start(kSilence);
+}
+
+// Who only keeps connections open keeps nobody out.
+bool Gate::MakeRoom() {
+  if (findChildren<QTcpSocket*>(Qt::FindDirectChildrenOnly).size() < kMostOpen) return true;
+  if (mIncomplete.isEmpty()) return false;
+  delete mIncomplete.takeFirst();
+  return true;
+}
+
+void Gate::TakeTime(QTcpSocket* socket) {
+  delete socket->findChild<QTimer*>();
 }
 
 void Gate::Read(QTcpSocket* socket) {
@@ -60,11 +63,12 @@ void Gate::Read(QTcpSocket* socket) {
   const qint64 size = head.size + head.body;
   socket->setReadBufferSize(std::max<qint64>(socket->readBufferSize(), size + 1));
   if (socket->bytesAvailable() < size) return;
+  mIncomplete.removeOne(socket);
   if (socket->bytesAvailable() > size)
     return Refuse(socket, 400, QStringLiteral("There is more than one request on the connection."));
   disconnect(socket, &QTcpSocket::readyRead, this, nullptr);
   if (head.isUpgrade) {
-    delete socket->findChild<QTimer*>();
+    TakeTime(socket);
     disconnect(socket, nullptr, socket, nullptr);
     emit WebSocketWanted(socket);
     return;
@@ -72,11 +76,14 @@ void Gate::Read(QTcpSocket* socket) {
   addPendingConnection(socket);
   emit socket->readyRead();  // the server reads the request and answers it
   disconnect(socket, &QTcpSocket::readyRead, nullptr, nullptr);
-  socket->disconnectFromHost();
+  // What comes before its answer is thrown away: unread, the other side's end would not be noticed.
+  connect(socket, &QTcpSocket::readyRead, socket, [socket] { socket->readAll(); });
 }
 
 void Gate::Refuse(QTcpSocket* socket, int status, const QString& error) {
+  mIncomplete.removeOne(socket);
   disconnect(socket, &QTcpSocket::readyRead, this, nullptr);
-  socket->write(Refusal(status, error));
+  const bool isHead = socket->peek(5) == "HEAD ";
+  socket->write(Answer::Of({status, error}).Bytes(isHead));
   Linger(socket);
 }

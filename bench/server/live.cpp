@@ -5,14 +5,20 @@
 namespace {
 constexpr int kNews = 100;    // milliseconds from one state to the next
 constexpr int kPicture = 33;  // from one picture to the next
+constexpr int kLatency = 1000;
 }  // namespace
 
-Live::Live(Bench& bench, QObject* parent) : QObject(parent), mBench(bench) {
+Live::Live(Bench& bench, QObject* parent) : QObject(parent), mBench(bench), mLatency(bench) {
   mNews.setSingleShot(true);
   mNews.callOnTimeout([this] { SendNews(); });
   mPicture.setInterval(kPicture);
   mPicture.callOnTimeout([this] {
     for (const auto& client : mClients) client->SendPicture();
+  });
+  mTellLatency.setInterval(kLatency);
+  mTellLatency.callOnTimeout([this] {
+    const QJsonObject latency = mLatency.Describe();
+    for (const auto& client : mClients) client->SendLatency(latency);
   });
   connect(&mBench, &Bench::StateChanged, this, &Live::NewsCame);
   connect(&mBench, &Bench::Clicked, this, [this] {
@@ -23,10 +29,11 @@ Live::Live(Bench& bench, QObject* parent) : QObject(parent), mBench(bench) {
   });
 }
 
-void Live::Add(std::unique_ptr<QWebSocket> socket) {
-  mClients.push_back(std::make_unique<LiveClient>(std::move(socket), mBench));
-  LiveClient* client = mClients.back().get();
+void Live::Add(std::unique_ptr<LiveClient> added) {
+  LiveClient* client = added.get();
+  mClients.push_back(std::move(added));
   connect(client, &LiveClient::WatchChanged, this, &Live::WatchChanged);
+  connect(client, &LiveClient::Sent, &mLatency, &Latency::CountSent);
   // Not in the middle of its own doings.
   connect(
       client, &LiveClient::Left, this, [this, client] { Remove(client); }, Qt::QueuedConnection);
@@ -40,8 +47,11 @@ void Live::Remove(LiveClient* client) {
 }
 
 void Live::WatchChanged() {
-  const bool on =
-      std::any_of(mClients.begin(), mClients.end(), [](const auto& client) { return client->IsWatching(); });
+  const auto isAny = [this](auto&& is) { return std::any_of(mClients.begin(), mClients.end(), is); };
+  const bool on = isAny([](const auto& client) { return client->IsWatching(); });
+  const bool tells = isAny([](const auto& client) { return client->WantsLatency(); });
+  if (tells && !mTellLatency.isActive()) mTellLatency.start();
+  if (!tells) mTellLatency.stop();
   mBench.Lcd().Watch(on);
   if (on && !mPicture.isActive()) mPicture.start();
   if (!on) mPicture.stop();

@@ -1,33 +1,41 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QJsonObject>
 #include <QRegion>
-#include <QWebSocket>
-#include <memory>
+#include <QTimer>
 
 #include "bench/camera/bench.h"
 
-/// One page that watches the bench, over its WebSocket. Nothing is sent to a page that has not taken what it got
-/// before: what it misses meanwhile is gathered.
+/// One that watches the bench. Nothing is sent to a client that has not taken what it got before: what it misses
+/// meanwhile is gathered. One that gives no sign of life for long is given up.
 class LiveClient : public QObject {
   Q_OBJECT
 
 public:
-  /// A client that watches gets the whole picture first.
-  LiveClient(std::unique_ptr<QWebSocket> socket, Bench& bench);
-  ~LiveClient() override;
+  /// Milliseconds.
+  struct Patience {
+    int ping = 20000;     ///< from one question for a sign of life to the next
+    int silence = 60000;  ///< without any
+  };
+
+  LiveClient(Bench& bench, const Patience& patience);
 
   /// Whether it wants pictures.
-  bool IsWatching() const { return mIsWatching; }
+  virtual bool IsWatching() const { return false; }
 
   /// Something of the picture has changed.
-  void PictureChanged(const QRegion& where);
+  virtual void PictureChanged(const QRegion&) {}
+
+  /// Whether it wants to be told how soon the interface answers.
+  virtual bool WantsLatency() const { return false; }
+  virtual void SendLatency(const QJsonObject&) {}
 
   /// Sends the picture as far as it has changed, if the client keeps up.
-  void SendPicture();
+  virtual void SendPicture() {}
 
   /// Whether it has taken everything so far.
-  bool KeepsUp() const { return mSocket->bytesToWrite() == 0; }
+  bool KeepsUp() const { return Waiting() == 0; }
 
   /// Sends state and log, as far as they have changed.
   void SendNews(const QJsonObject& state);
@@ -36,17 +44,26 @@ public:
 
 signals:
   void WatchChanged();
+  void Sent(bool isPicture, qint64 bytes);
   void Left();
 
-private:
-  void Take(const QString& message);
-  Reply Do(const QString& type, const QJsonObject& members);
-  Reply Watch(const QJsonObject& request);
+protected:
+  /// An object with a type.
   void Send(const QJsonObject& message);
-  std::unique_ptr<QWebSocket> mSocket;
+
+  /// It has given a sign of life.
+  void Lives() { mSinceSign.start(); }
+
   Bench& mBench;
-  bool mIsWatching = true;
-  QRegion mUnsent{0, 0, 480, 320};  // of the picture
-  QJsonObject mState;               // that was sent last
-  qint64 mLog = 0;                  // the newest entry that was sent
+
+private:
+  virtual void Write(const QString& type, const QByteArray& message) = 0;
+  virtual qint64 Waiting() const = 0;  // bytes that it has not taken
+  virtual void Ping() = 0;             // asks for a sign of life
+  virtual void GiveUp() = 0;
+
+  QTimer mPing;
+  QElapsedTimer mSinceSign;
+  QJsonObject mState;  // that was sent last
+  qint64 mLog = 0;     // the newest entry that was sent
 };

@@ -85,7 +85,11 @@ RequestHead Judge(const QByteArray& requestLine, const Headers& headers, quint16
     return Refused(400, "A body needs one Content-Length and no Transfer-Encoding.");
   const bool isPicture = requestLine.startsWith("POST /api/picture HTTP/");
   if (isPicture && head.body > RequestHead::kMostPicture) return Refused(413, "The picture is larger than 8 MiB.");
-  if (!isPicture && head.body > RequestHead::kMostBody) return Refused(413, "The body is larger than 64 KiB.");
+  const bool isRecording =
+      requestLine.startsWith("POST /api/replay HTTP/") || requestLine.startsWith("POST /api/replay?");
+  if (isRecording && head.body > RequestHead::kMostPicture) return Refused(413, "The recording is larger than 8 MiB.");
+  if (!isPicture && !isRecording && head.body > RequestHead::kMostBody)
+    return Refused(413, "The body is larger than 64 KiB.");
   head.isUpgrade = headers.contains("upgrade");
   const bool isWebSocket = requestLine.startsWith("GET /ws HTTP/") && head.body == 0 &&
                            headers.value("upgrade").value(0).compare("websocket", Qt::CaseInsensitive) == 0;

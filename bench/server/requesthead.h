@@ -20,5 +20,5 @@ struct RequestHead {
 
   static constexpr qsizetype kMost = qsizetype{16} * 1024;
   static constexpr qsizetype kMostBody = qsizetype{64} * 1024;
-  static constexpr qsizetype kMostPicture = qsizetype{8} * 1024 * 1024;  ///< of a body that is a picture
+  static constexpr qsizetype kMostPicture = qsizetype{8} * 1024 * 1024;  ///< of a picture, or a recording
 };

@@ -4,8 +4,13 @@
 #include <QHttpServerRequest>
 #include <QMap>
 #include <QWebSocketServer>
+#include <functional>
 
 #include "bench/camera/bench.h"
+#include "bench/record/recordondemand.h"
+#include "bench/record/replay.h"
+#include "bench/record/secondbench.h"
+#include "bench/server/asker.h"
 #include "bench/server/gate.h"
 #include "bench/server/live.h"
 
@@ -15,7 +20,8 @@ class WebServer : public QAbstractHttpServer {
   Q_OBJECT
 
 public:
-  explicit WebServer(Bench& bench, QObject* parent = nullptr);
+  /// `replay`: what this bench plays; null: nothing.
+  WebServer(Bench& bench, RecordOnDemand& record, Replay* replay, QObject* parent = nullptr);
 
   /// `port` 0: a free one. False with one sentence in `error`.
   bool Listen(quint16 port, QString* error);
@@ -27,26 +33,33 @@ protected:
   void missingHandler(const QHttpServerRequest& request, QTcpSocket* socket) override;
 
 private:
-  struct Answer {
-    int status = 200;
-    QByteArray type;
-    QByteArray body;
-  };
+  struct Request;
   struct Endpoint;
   static const Endpoint kEndpoints[];
 
-  static Answer Json(const QJsonObject& object);
-  static Answer Of(const Reply& reply);
-  Answer AnswerTo(const QHttpServerRequest& request);
+  void Serve(const Request& request);
+  QByteArray PictureAt(const QString& path);
+  Answer File(const QString& file, const QHttpServerRequest& request);
   Answer Picture(const QHttpServerRequest& request);
   Answer Log(const QHttpServerRequest& request);
+  void Stream(const Request& request);
+  bool MayWatch(QTcpSocket* socket);
+  void WaitFor(const Request& request);
+  Answer MakeGallery(const QHttpServerRequest& request);
   Answer Restart(const QHttpServerRequest& request);
-  Answer Take(const QHttpServerRequest& request, Reply (*act)(Bench& bench, const QJsonObject& object));
+  Answer Recording();
+  void StartReplay(const Request& request);
+  Reply StopReplay(const QHttpServerRequest& request);
+  static void Take(const Request& request, const std::function<Reply(const QJsonObject&)>& act);
   void TakeWebSocket(QTcpSocket* socket);
 
   Bench& mBench;
-  Gate* mGate;  // the server's child
-  QWebSocketServer mWebSockets;
+  RecordOnDemand& mRecord;
+  Replay* mReplay;
+  SecondBench mSecondBench;
+  Gate* mGate;                   // the server's child
+  QWebSocketServer mWebSockets;  // its children are the connections of all that watch
   Live mLive;
-  QMap<QString, QByteArray> mFiles;  // of the page, by path
+  QMap<QString, Answer> mFiles;       // of the page and of the documents, by path
+  QMap<QString, QByteArray> mPacked;  // those of them that were asked for packed
 };

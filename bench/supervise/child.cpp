@@ -9,7 +9,7 @@
 namespace {
 constexpr int kPause = 1000;     // milliseconds from one start to the next
 constexpr int kPatience = 2000;  // milliseconds from the request to end to the killing
-constexpr qsizetype kLongestLine = 1000;
+constexpr qsizetype kLongestLine = 16 * 1024;
 }  // namespace
 
 Child::Child(const QString& program, const QStringList& arguments, int farewell, QObject* parent) : QObject(parent) {

@@ -34,6 +34,8 @@ public:
   /// Waits for the end after Stop(); it is killed when it has not ended within 2 s.
   void WaitForEnd();
 
+  /// There is no process, not even one that begins or ends.
+  bool IsOver() const { return mProcess.state() == QProcess::NotRunning; }
   bool IsRunning() const { return mProcess.state() == QProcess::Running; }
   int Starts() const { return mStarts; }
 
@@ -44,7 +46,7 @@ signals:
   void Started();
   void Finished();
   void Output(const QString& line);      ///< a line of its standard output
-  void Diagnostic(const QString& line);  ///< a line of its standard error, of 1000 characters at most
+  void Diagnostic(const QString& line);  ///< a line of its standard error, of 16 KiB at most
 
 private:
   void Launch();

@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 
+#include "bench/supervise/device.h"
 #include "bench/supervise/fakeclock.h"
 #include "recorder/link/statuschannel.h"
 
@@ -44,7 +45,7 @@ Janitor::Janitor(const QString& root, bool removeRoot) {
   WaitForEnd(ends[0]);
   recorder::StatusChannel::Remove();
   fakeclock::Remove();
-  if (removeRoot) QDir(root).removeRecursively();
+  QDir(removeRoot ? root : root + QLatin1String(device::kGallery)).removeRecursively();
   _exit(0);
 }
 

@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QRandomGenerator>
 #include <QtEndian>
+#include <algorithm>
 
 #include "bench/supervise/device.h"
 
@@ -24,6 +25,28 @@ const char* const kFolders[] = {"/bin", "/run", "/dev/input", "/proc/pwm", "/pro
 
 // Where the pictures are, below the root and below the build's folder alike.
 const char* const kPictureFolders[] = {"/opt/gui/images", "/usr/local/etc"};
+
+// What every start makes anew, and what is the bench's.
+const char* const kMade[] = {"/bin", "/dev", "/proc", "/opt/gui/images", "/usr", "/snapshots"};
+// Of /run these two are the camera's.
+const char* const kRunFiles[] = {device::kClock, device::kPanel};
+
+bool IsBelow(const QString& path, const QString& folder) {
+  return path == folder || path.startsWith(folder + u'/');
+}
+
+void CollectEntries(const QString& root, const QString& folder, QStringList* entries) {
+  for (const QString& name :
+       QDir(root + folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)) {
+    const QString path = folder + u'/' + name;
+    const auto isMixed = [&path](const char* made) { return IsBelow(QLatin1String(made), path); };
+    if (path == QLatin1String("/run") ||
+        (RootFolder::IsOfCamera(path) && std::any_of(std::begin(kMade), std::end(kMade), isMixed)))
+      CollectEntries(root, path, entries);
+    else if (RootFolder::IsOfCamera(path))
+      *entries << path;
+  }
+}
 
 // A command of the camera's shell: it tells the bench what was asked and has done it at once. Opened for reading, too,
 // so that it never waits for a bench that is gone.
@@ -108,6 +131,19 @@ bool RootFolder::Furnish(const QString& pictures, QString* error) const {
   good = good && Write(Path(device::kBacklight), "100000\n") && Write(Path(device::kDropCaches), "0\n");
   if (!good) *error = QStringLiteral("The root folder cannot be written: %1.").arg(mPath);
   return good;
+}
+
+bool RootFolder::IsOfCamera(const QString& path) {
+  const auto isIt = [&path](const char* file) { return path == QLatin1String(file); };
+  if (IsBelow(path, QStringLiteral("/run"))) return std::any_of(std::begin(kRunFiles), std::end(kRunFiles), isIt);
+  return std::none_of(std::begin(kMade), std::end(kMade),
+                      [&path](const char* made) { return IsBelow(path, QLatin1String(made)); });
+}
+
+QStringList RootFolder::CameraEntries(const QString& root) {
+  QStringList entries;
+  CollectEntries(root, {}, &entries);
+  return entries;
 }
 
 quint32 RootFolder::PlatformKey() const {

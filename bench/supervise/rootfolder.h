@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 /// The folder that stands for the camera's file system.
 class RootFolder {
@@ -28,6 +29,12 @@ public:
 
   /// Whether it was made for this bench alone.
   bool IsFresh() const { return mIsFresh; }
+
+  /// Whether a path below the root is the camera's own, and not made anew at each start.
+  static bool IsOfCamera(const QString& path);
+
+  /// What is the camera's own below `root`, each as high as it can be: "/mnt", "/opt/led.zel".
+  static QStringList CameraEntries(const QString& root);
 
   /// The key of status queue and memory: another one for each root, the same for the same root.
   quint32 PlatformKey() const;

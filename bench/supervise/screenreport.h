@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
 
@@ -8,6 +9,9 @@ class ScreenReport {
 public:
   /// Whether `line` was such a line: "screen PREVIEW", "box own 77 SELECT_NDF_FILE", "box event none".
   bool Take(const QString& line);
+
+  /// Whether `line` was one of where a touch does something: "areas {..}" of the interface's own form.
+  bool TakeAreas(const QString& line);
 
   /// The interface has ended.
   void Forget() { *this = {}; }
@@ -18,7 +22,13 @@ public:
   /// The screen's own box and that of a status event: id and name, or null.
   QJsonObject Boxes() const;
 
+  /// Where a touch of the screen on top does something: objects of "x", "y", "width", "height", "name"; null until the
+  /// interface has said it.
+  QJsonValue Areas() const;
+
 private:
   QString mScreen;
+  QString mAreasOf;  // the screen
+  QJsonArray mAreas;
   QJsonValue mOwn, mEvent;
 };

@@ -17,6 +17,8 @@ constexpr char kCookie[] = "/run/Xauthority";
 constexpr char kFramebufferFolder[] = "/run";
 constexpr char kFramebuffer[] = "/run/Xvfb_screen0";
 
+constexpr int kComing = 10000;  // milliseconds until the X server says its number
+
 constexpr char kLanguage[] = "DASHCAM_LANGUAGE";  // of the interface's environment
 
 // What a desktop session says about itself would give the interface another look than the camera's, another bus, or
@@ -41,6 +43,7 @@ QProcessEnvironment EnvironmentOf(const QString& root, const QString& display) {
   environment.insert(QStringLiteral("PATH"),
                      root + QStringLiteral("/bin:") + environment.value(QStringLiteral("PATH")));
   environment.insert(QStringLiteral("DASHCAM_ROOT"), root);
+  environment.insert(QStringLiteral("DASHCAM_AREAS"), QStringLiteral("1"));
   environment.insert(QStringLiteral("DISPLAY"), display);
   environment.insert(QStringLiteral("XAUTHORITY"), root + QLatin1String(kCookie));
   environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), root + QStringLiteral("/run"));
@@ -78,6 +81,11 @@ Supervisor::Supervisor(const QString& interface, const QString& root, const QStr
       mLanguage(language),
       mServer(QStringLiteral("Xvfb"), ServerArguments(root), SIGTERM),
       mInterface(interface, {}, SIGKILL) {
+  mComing.setSingleShot(true);
+  mComing.callOnTimeout([this] {
+    const QString words = mComplaint.isEmpty() ? QStringLiteral("it says nothing") : mComplaint;
+    emit NoDisplay(QStringLiteral("The X server has not come for %1 s: %2.").arg(kComing / 1000).arg(words));
+  });
   connect(&mServer, &Child::Output, this, &Supervisor::TakeDisplay);
   connect(&mServer, &Child::Diagnostic, this, [this](const QString& line) { mComplaint = line; });
   connect(&mServer, &Child::Finished, this, [this] {
@@ -108,6 +116,7 @@ bool Supervisor::Start(QString* error) {
     return false;
   }
   mServer.Start();
+  mComing.start(kComing);
   return true;
 }
 
@@ -151,6 +160,7 @@ void Supervisor::TakeDisplay(const QString& number) {
   if (!clock.isEmpty()) emit Note(clock);
   mInterface.SetEnvironment(mEnvironment);
   mHasDisplay = true;
+  mComing.stop();
   emit DisplayReady(mRoot + QLatin1String(kFramebuffer));
   mInterface.Start();
 }

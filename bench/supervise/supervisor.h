@@ -40,6 +40,7 @@ signals:
   void InterfaceEnded();
   void Diagnostic(const QString& line);  ///< a line of the interface's standard error
   void Note(const QString& sentence);
+  void NoDisplay(const QString& sentence);  ///< the X server has not come for 10 s: nothing can be shown
 
 private:
   bool WriteCookie() const;
@@ -51,5 +52,6 @@ private:
   Child mInterface;
   QProcessEnvironment mEnvironment;  // of the interface
   bool mHasDisplay = false;
+  QTimer mComing;      // of the first X server, at most
   QString mComplaint;  // the X server's last
 };

@@ -9,6 +9,8 @@ export class Connection extends EventTarget {
   #wait = 250;
   #lastId = 0;
   #waiting = new Map();  // id → resolve
+  #known = null;         // the newest state
+  #offered = null;       // what it has to offer, as it is fetched once for each connection
 
   constructor() {
     super();
@@ -16,6 +18,15 @@ export class Connection extends EventTarget {
   }
 
   get isOpen() { return this.#socket?.readyState === WebSocket.OPEN; }
+
+  // What the bench says at api/actions.
+  get offered() { return this.#offered ??= fetch('api/actions').then((answer) => answer.json()); }
+
+  // `take` gets the state that is known, and each that comes.
+  follow(take) {
+    if (this.#known) take(this.#known);
+    this.addEventListener('state', ({detail: {state}}) => take(state));
+  }
 
   // Resolves with null when the bench did it, else with one sentence.
   ask(type, members = {}) {
@@ -32,6 +43,7 @@ export class Connection extends EventTarget {
     socket.binaryType = 'arraybuffer';
     socket.onopen = () => {
       this.#wait = 250;
+      this.#offered = null;
       this.#tell('open');
     };
     socket.onmessage = ({data}) => {
@@ -43,6 +55,7 @@ export class Connection extends EventTarget {
 
   #take(message) {
     if (message.type !== 'answer') {
+      if (message.type === 'state') this.#known = message.state;
       this.dispatchEvent(new CustomEvent(message.type, {detail: message}));
       return;
     }

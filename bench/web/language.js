@@ -1,23 +1,10 @@
 // The language that the camera speaks: a switch, and a question at first sight. The browser remembers the answer.
 
+import {recall, remember} from './memory.js';
+
 const KEY = 'language';
 
 const nameOf = (code, language = 'en') => new Intl.DisplayNames([language], {type: 'language'}).of(code);
-
-// A browser may forbid to remember anything: then it is for this page alone.
-function recall() {
-  try {
-    return localStorage.getItem(KEY);
-  } catch {
-    return null;
-  }
-}
-
-function remember(code) {
-  try {
-    localStorage.setItem(KEY, code);
-  } catch {}
-}
 
 function buttonOf(text, act) {
   const button = document.createElement('button');
@@ -32,7 +19,7 @@ export class Language {
   #fault;
   #choices = [];
   #spoken = null;
-  #chosen = recall();  // by this browser
+  #chosen = recall(KEY);  // by this browser
   #isNew = false;      // a connection that has not yet said what the camera speaks
 
   // `select` is the switch, `offer` an empty place for the question; `fault` says what is refused.
@@ -54,7 +41,7 @@ export class Language {
     this.#isNew = true;
     this.#spoken = null;
     try {
-      const {actions} = await (await fetch('api/actions')).json();
+      const {actions} = await this.#connection.offered;
       this.#choices = actions.find(({name}) => name === 'language').arguments[0].choices;
     } catch {
       return;  // the bench has gone again
@@ -94,7 +81,7 @@ export class Language {
     this.#fault.textContent = refusal ?? '';
     if (refusal === null) {
       this.#chosen = this.#spoken = code;
-      remember(code);
+      remember(KEY, code);
       // The question goes, and with it the focus.
       if (this.#offer.contains(document.activeElement)) this.#select.focus({preventScroll: true});
     }

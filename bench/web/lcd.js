@@ -1,5 +1,7 @@
 // The camera's LCD and the finger on it.
 
+import {download} from './download.js';
+
 const WIDTH = 480, HEIGHT = 320;
 const STEP = 8;  // pixels that an arrow key moves the finger
 
@@ -18,7 +20,7 @@ export class Lcd {
     this.#canvas = canvas;
     this.#finger = finger;
     this.#fault = fault;
-    this.#context = canvas.getContext('2d', {alpha: false});
+    this.#context = canvas.getContext('2d', {alpha: false, willReadFrequently: true});
     connection.addEventListener('picture', ({detail}) => this.#paint(detail));
     canvas.addEventListener('pointerdown', (event) => this.#press(event));
     canvas.addEventListener('pointermove', (event) => this.#move(event));
@@ -38,10 +40,7 @@ export class Lcd {
 
   // The picture as a PNG file of the reader's.
   save() {
-    const link = document.createElement('a');
-    link.href = this.#canvas.toDataURL('image/png');
-    link.download = 'dash-camera.png';
-    link.click();
+    download('dash-camera.png', this.#canvas.toDataURL('image/png'));
   }
 
   // u16 count, then x, y, width, height and the pixels R, G, B, A of each rectangle.

@@ -27,12 +27,18 @@ function parkedOf({parked, impacts, motions}) {
   return parked ? `yes; impacts ${impacts}, motions ${motions}` : 'no';
 }
 
-// What a person sees, in one line.
+// What a person sees, in one line: the screen, and what is said beside it.
 function seenOf({screen, boxes, interface: ui, lcd, recorder}) {
-  if (UPDATE[recorder?.update]) return `The firmware update ${UPDATE[recorder.update]}`;
-  if (!ui.running) return 'The interface does not run';
+  if (UPDATE[recorder?.update]) return [null, `The firmware update ${UPDATE[recorder.update]}`];
+  if (!ui.running) return [null, 'The interface does not run'];
   const box = boxes.event ?? boxes.own;
-  return [screen ?? 'No screen yet', box?.name, lcd.backlight === 0 && 'LCD off'].filter(Boolean).join(' · ');
+  return [screen, ...[!screen && 'No screen yet', box?.name, lcd.backlight === 0 && 'LCD off'].filter(Boolean)];
+}
+
+// The name of the screen leads to its pictures.
+function fillSeen(place, [screen, ...words]) {
+  const link = Object.assign(document.createElement('a'), {href: `gallery#${screen}`, target: '_blank', title: 'All its pictures', textContent: screen});
+  place.replaceChildren(...(screen ? [link, words.length > 0 ? ' · ' : ''] : []), words.join(' · '));
 }
 
 function rowsOf(state) {
@@ -134,7 +140,7 @@ export class State {
   // `seen` is said aloud when it changes; `list` is a dl, `setup` and `settings` are tables.
   constructor(connection, seen, list, setup, settings) {
     connection.addEventListener('state', ({detail: {state}}) => {
-      this.#show(seen, seenOf(state), (text) => { seen.textContent = text; });
+      this.#show(seen, seenOf(state), (words) => fillSeen(seen, words));
       this.#show(list, rowsOf(state), (rows) => fillList(list, rows));
       this.#show(setup, [state.recorder?.setup ?? {}, state.recorder?.setupBefore ?? {}], (blocks) => fillBlock(setup, ...blocks));
       this.#show(settings, state.recorder?.settings ?? {}, (values) => fillTable(settings, values));

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "gui/app/screenfactory.h"
+#include "gui/base/atomicfile.h"
 #include "gui/base/devicepath.h"
 #include "gui/base/eventgate.h"
 #include "gui/base/globals.h"
@@ -18,6 +19,7 @@
 #include "gui/firmware/msgthread.h"
 #include "gui/led/ledfilemanager.h"
 #include "gui/recordings/recordingfilemanager.h"
+#include "gui/screen/areareport.h"
 #include "gui/screen/basewidget.h"
 #include "gui/screen/clock.h"
 #include "gui/screen/diagnostics.h"
@@ -35,6 +37,7 @@ constexpr int kHwErrorSdCard = 8;  // shown by the preview alone
 
 constexpr std::array kBacklight = {10000, 50000, 100000};  // PWM by lcd_bright 0..2
 constexpr int kBrightAutomatic = 3;
+constexpr qsizetype kLargestPicture = qsizetype{16} * 1024 * 1024;  // bytes; one of the LCD's size has 460,000
 constexpr int kNoAnswer = std::numeric_limits<int>::min();
 
 bool IsCurrent(std::initializer_list<WidgetId> ids) {
@@ -95,6 +98,7 @@ MainWindow::MainWindow(QWidget* parent) : ScreenHost(parent) {
   InitSetCustomImageFile();
   setWindowFlags(Qt::FramelessWindowHint);
   RunShell(QStringLiteral("echo 1 > %1").arg(ShellPath(device::kDropCaches)));
+  AreaReport::Begin(this);
   StartWidget(PREVIEW, nullptr);
 }
 
@@ -141,9 +145,12 @@ bool MainWindow::IsCalibration() {
 }
 
 void MainWindow::InitSetCustomImageFile() {
-  const QString onCard = DevicePath(device::kCustomPictureOnCard);
-  if (!QFile::exists(onCard)) return;
-  QFile::copy(onCard, DevicePath(device::kCustomPicture));
+  const QString copy = DevicePath(device::kCustomPicture);
+  QByteArray picture;
+  const FileRead read = ReadFile(DevicePath(device::kCustomPictureOnCard), kLargestPicture + 1, &picture);
+  if (read == FileRead::Missing) return;
+  if (read == FileRead::Whole && picture.size() <= kLargestPicture && !QFile::exists(copy))
+    WriteAtomically(copy, picture);
   SyncFiles();
 }
 

@@ -1,6 +1,8 @@
 #include "gui/base/picture.h"
 
 #include <QCache>
+#include <QFile>
+#include <QImage>
 
 #include "gui/base/devicepath.h"
 #include "gui/base/language.h"
@@ -18,9 +20,14 @@ QCache<QString, QPixmap>& Decoded() {
   return decoded;
 }
 
-// By way of QImage: a pixmap that reads a file itself is kept a second time, in a cache of Qt's own.
-QPixmap Read(const QString& file) {
-  return QPixmap::fromImage(QImage(DevicePath(file)));
+// By way of QImage: a pixmap that reads a file itself is kept a second time, in a cache of Qt's own. Null as well for a
+// file that could be read in part: its picture would have a hole. `isThere`: the file is, whatever could be read of it.
+QPixmap Read(const QString& path, bool* isThere) {
+  QFile file(DevicePath(path));
+  QImage image;
+  const bool isRead = file.open(QIODevice::ReadOnly) && image.load(&file, nullptr) && file.error() == QFile::NoError;
+  *isThere = isRead || file.exists();
+  return isRead ? QPixmap::fromImage(image) : QPixmap();
 }
 }  // namespace
 
@@ -28,11 +35,17 @@ QPixmap Picture(const QString& path) {
   if (const QPixmap* known = Decoded().object(path)) return *known;
   const QString images = QLatin1String(device::kImages);
   const QString file = path.startsWith(u'/') ? path : images + path;
+  const QString translated = images + Language() + u'/' + (file.startsWith(images) ? file.mid(images.size()) : file);
   QPixmap picture;
-  if (!IsSourceLanguage())
-    picture = Read(images + Language() + u'/' + (file.startsWith(images) ? file.mid(images.size()) : file));
-  if (picture.isNull()) picture = Read(file);
+  bool isWhole = true;  // it is null for want of a file alone
+  for (const QString& place : IsSourceLanguage() ? QStringList{file} : QStringList{translated, file}) {
+    if (!picture.isNull()) break;
+    bool isThere = false;
+    picture = Read(place, &isThere);
+    isWhole = isWhole && !(picture.isNull() && isThere);
+  }
   if (picture.isNull()) qDebug("picture: missing: %s", qPrintable(file));
+  if (!isWhole) return picture;  // there was no memory or no descriptor for it: the next painting tries again
   Decoded().insert(path, new QPixmap(picture), BytesOf(picture) + 1);
   return picture;
 }

@@ -2,6 +2,7 @@
 
 #include <sys/msg.h>
 
+#include <QTimer>
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -9,6 +10,7 @@
 #include <limits>
 #include <utility>
 
+#include "gui/base/eventgate.h"
 #include "gui/base/globals.h"
 #include "gui/base/touchtime.h"
 #include "gui/firmware/commands.h"
@@ -24,6 +26,7 @@ constexpr int kLcdEnableLine = 46;
 constexpr int kPathBytes = 50;
 constexpr int kMaxErrors = 3;               // of the queue in a row; the next one ends the loop
 constexpr std::size_t kMostReplies = 1000;  // that wait; an empty queue takes 585
+constexpr int kMostAtOnce = 100;            // events; a touch among them is felt after as many
 constexpr unsigned long kRetryMs = 5;
 constexpr unsigned long kEndMs = 1000;
 
@@ -81,6 +84,7 @@ void MsgThread::run() {
   int errors = 0;
   while (IsGuiQuit == 0) {
     SendReplies();
+    if (!HasReceiverTime()) continue;
     GUI_MSG_BUF buf{};  // of each message anew: a short one must not show the rest of the last one
     const int result = Receive(&buf);
     if (result < 0 && result != -ENOMSG) {
@@ -90,10 +94,26 @@ void MsgThread::run() {
     errors = 0;
     if (result < GUI_MSG_SIZE) continue;
     if (buf.src <= GUI_ID) break;
+    ++mToldAtOnce;
     const int ret = processMsg(&buf);
     if (ret != GUI_RET_NORET && buf.ack == GUI_ACK_YES) Reply(&buf);
   }
   IsGuiQuit = 1;
+}
+
+// The event loop delivers what is posted before it paints and looks at its timers, and what is posted meanwhile, too: a
+// flood would keep it from both, and grow in it.
+bool MsgThread::HasReceiverTime() {
+  if (mToldAtOnce < kMostAtOnce) return true;
+  if (mToldAtOnce++ == kMostAtOnce) QMetaObject::invokeMethod(this, &MsgThread::GiveReceiverTime, Qt::QueuedConnection);
+  if (!mTime.tryAcquire(1, kRetryMs)) return false;
+  mToldAtOnce = 0;
+  return true;
+}
+
+// In the GUI thread, behind the events.
+void MsgThread::GiveReceiverTime() {
+  if (gEventGate.Enter(this, [this] { GiveReceiverTime(); })) QTimer::singleShot(0, this, [this] { mTime.release(); });
 }
 
 // The bytes of a message for the interface, or minus the error. Waits for one; while replies wait for room only a

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSemaphore>
 #include <QString>
 #include <QThread>
 #include <deque>
@@ -10,7 +11,8 @@
 
 /// The link to the recorder. Its thread waits for status messages and turns them into msgEvent; commands go the other
 /// way by sendEvent, from the GUI thread, each answered before the call returns. Replies to the recorder for which
-/// the queue has no room wait while reception goes on, at most 1000 of them: then the oldest is dropped.
+/// the queue has no room wait while reception goes on, at most 1000 of them: then the oldest is dropped. After 100
+/// events it waits until the GUI thread has handled them and has painted; what comes meanwhile stays in the queue.
 class MsgThread : public QThread {
   Q_OBJECT
 
@@ -93,6 +95,8 @@ private:
   int Receive(GUI_MSG_BUF* buf);
   void Reply(GUI_MSG_BUF* buf);
   void SendReplies();
+  bool HasReceiverTime();
+  void GiveReceiverTime();
 
   int GuiMsgQId = -1;
   int GuiMid = -1;
@@ -105,4 +109,7 @@ private:
   // Of the thread alone.
   std::deque<GUI_MSG_BUF> mReplies;  // that wait for room in the queue, the oldest first
   bool mHasDroppedReply = false;
+  int mToldAtOnce = 0;  // events since the receiver had time
+
+  QSemaphore mTime;  // of the receiver: released by the GUI thread
 };

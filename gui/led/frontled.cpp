@@ -1,8 +1,11 @@
 #include "gui/led/frontled.h"
 
 #include "gui/led/ledfilemanager.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
+
+SCREEN(FRONTLED, FrontLed)
 
 namespace {
 

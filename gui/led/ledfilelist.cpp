@@ -9,7 +9,10 @@
 #include "gui/base/picture.h"
 #include "gui/led/ledfileitem.h"
 #include "gui/screen/messagebox.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
+
+SCREEN(LEDFILELIST, LedFileList)
 
 namespace {
 constexpr int kScrollRepeatMs = 100;
@@ -22,13 +25,14 @@ constexpr int kCheckBoxLeft = 351, kCheckBoxRight = 390;
 
 struct LedFileList::Key {
   QRect area;
+  const char* name;
   void (LedFileList::*press)();
 };
 const LedFileList::Key LedFileList::kKeys[] = {
-    {QRect(QPoint(1, 1), QPoint(79, 59)), &LedFileList::PressHome},
-    {QRect(QPoint(221, 1), QPoint(309, 59)), &LedFileList::PressDelete},
-    {QRect(QPoint(311, 1), QPoint(399, 59)), &LedFileList::PressSave},
-    {QRect(QPoint(401, 1), QPoint(479, 59)), &LedFileList::PressBack},
+    {QRect(QPoint(1, 1), QPoint(79, 59)), "home", &LedFileList::PressHome},
+    {QRect(QPoint(221, 1), QPoint(309, 59)), "delete", &LedFileList::PressDelete},
+    {QRect(QPoint(311, 1), QPoint(399, 59)), "save", &LedFileList::PressSave},
+    {QRect(QPoint(401, 1), QPoint(479, 59)), "back", &LedFileList::PressBack},
 };
 
 LedFileList::LedFileList(QWidget* parent)
@@ -64,6 +68,26 @@ void LedFileList::CountCheckBoxes() {
 
 // ---- touches
 
+QRect LedFileList::CheckBoxArea(int row) {
+  const QRect line = RowRect(row).adjusted(0, 1, 0, -2);
+  return {QPoint(kCheckBoxLeft, line.top()), QPoint(kCheckBoxRight, line.bottom())};
+}
+
+QList<TouchArea> LedFileList::KeyAreas() const {
+  QList<TouchArea> areas;
+  if (!gLedFileManager.GetIsCheckedSecurityLed()) areas = ScrollAreas(kScrollBottom);
+  for (const Key& key : kKeys) areas.append({key.area, QLatin1String(key.name)});
+  for (int row = 0; row < kRows; ++row)
+    if (ItemIn(row) >= 0) areas.append({CheckBoxArea(row), QStringLiteral("row %1").arg(row + 1)});
+  return areas;
+}
+
+int LedFileList::ItemIn(int row) const {
+  const int index = mCurPage * kRows - kRows + row;
+  if (index < 0 || index >= mCurFileItem->size()) return -1;
+  return gLedFileManager.GetIsCheckedSecurityLed() && index > 0 ? -1 : index;
+}
+
 void LedFileList::touchEvent(int, int x, int y) {
   if (!gLedFileManager.GetIsCheckedSecurityLed() && TouchScrollKey(x, y, kScrollBottom)) return;
   for (const Key& key : kKeys) {
@@ -72,17 +96,15 @@ void LedFileList::touchEvent(int, int x, int y) {
     return;
   }
   for (int row = 0; row < kRows; ++row) {
-    const QRect area = RowRect(row).adjusted(0, 1, 0, -2);
-    if (y < area.top() || y > area.bottom() || x < kCheckBoxLeft || x > kCheckBoxRight) continue;
+    if (!CheckBoxArea(row).contains(x, y)) continue;
     SetCheckBox(row);
     return;
   }
 }
 
 void LedFileList::SetCheckBox(int row) {
-  const int index = mCurPage * kRows - kRows + row;
-  if (index < 0 || index >= mCurFileItem->size()) return;
-  if (gLedFileManager.GetIsCheckedSecurityLed() && index > 0) return;
+  const int index = ItemIn(row);
+  if (index < 0) return;
   Led_File_Item& item = (*mCurFileItem)[index];
   item.checked = item.checked == 1 ? 0 : 1;
   item.checkBox = item.checked == 1 ? gLedFileList.Checked : gLedFileList.Unchecked;

@@ -20,6 +20,7 @@ public:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
+  QList<TouchArea> KeyAreas() const override;
   void ShowPage() override;
 
 private:
@@ -27,6 +28,8 @@ private:
   static const Key kKeys[];
 
   void SetListItem();
+  static QRect CheckBoxArea(int row);
+  int ItemIn(int row) const;  // its index in the list; -1: there is none to tick
   void SetCheckBox(int row);
   void CountCheckBoxes();
   void PressHome() { EntryPreview(); }

@@ -14,7 +14,7 @@
 LedFileManager gLedFileManager;
 
 namespace {
-constexpr qint64 kLargest = 65536;  // bytes; a whole list has 3104
+constexpr qsizetype kLargest = 65536;  // bytes; a whole list has 3104
 constexpr int kMostModes = 3;
 constexpr qsizetype kLongestNumber = 16;
 constexpr int kColumns = 4;  // of a glyph, the last one is blank
@@ -99,11 +99,9 @@ QString LedFile() {
 }
 
 // All of it; nothing of a pipe or of gigabytes in its place.
-bool ReadAll(QByteArray* bytes) {
-  QFile file(LedFile());
-  if (!file.open(QIODevice::ReadWrite) || file.isSequential() || file.size() > kLargest) return false;
-  *bytes = file.readAll();
-  return true;
+FileRead ReadList(QByteArray* bytes) {
+  const FileRead read = ReadFile(LedFile(), kLargest + 1, bytes);
+  return bytes->size() > kLargest ? FileRead::NoFile : read;
 }
 }  // namespace
 
@@ -125,12 +123,13 @@ int LedFileManager::GetValidLedList() const {
 // ---- the file
 
 void LedFileManager::ReadLedFile() {
-  if (!isExistsLedFile()) {
+  QByteArray bytes;
+  const FileRead read = ReadList(&bytes);
+  if (read == FileRead::Missing) {
     mIsExistsLedFile = false;
     return;
   }
-  QByteArray bytes;
-  if (!ReadAll(&bytes)) {
+  if (read != FileRead::Whole) {
     qDebug("led: the file cannot be opened");
     return;
   }
@@ -158,10 +157,11 @@ QByteArray LedFileManager::FileBytes() const {
 }
 
 bool LedFileManager::WritingLedFile(bool recreate) {
-  if (!mLed_zel || (!recreate && !isExistsLedFile())) return false;
+  if (!mLed_zel) return false;
   QByteArray bytes = FileBytes();
   QByteArray old;
-  if (isExistsLedFile() && !ReadAll(&old)) return false;
+  const FileRead read = ReadList(&old);
+  if (read != FileRead::Whole && !(recreate && read == FileRead::Missing)) return false;
   if (!recreate) bytes += old.mid(bytes.size());
   if (!WriteAtomically(LedFile(), bytes)) return false;
   SyncFiles();

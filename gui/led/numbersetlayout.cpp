@@ -9,7 +9,10 @@
 #include "gui/screen/label.h"
 #include "gui/screen/messagebox.h"
 #include "gui/screen/page.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
+
+SCREEN(NUMBERSETLAYOUT, NumberSetLayout)
 
 namespace {
 constexpr int kMostDigits = 14;
@@ -57,6 +60,13 @@ void NumberSetLayout::PressKeypad(int digit, bool isDelete) {
     mDispNumber += QString::number(digit);
   mHyphendispNumber = Hyphenated(mDispNumber);
   mInputNumLabel->setText(mHyphendispNumber);
+}
+
+QList<TouchArea> NumberSetLayout::PageAreas() const {
+  QList<TouchArea> areas{{kDeleteArea, QStringLiteral("delete")}, {kSaveArea, QStringLiteral("save")}};
+  for (int place = 0; place < 10; ++place)
+    areas.append({KeyRect(place).adjusted(1, 1, 0, 0), QString::number(DigitOf(place))});
+  return areas;
 }
 
 void NumberSetLayout::TouchPage(int x, int y) {

@@ -20,6 +20,7 @@ public:
 protected:
   void FillPage(Page& page) override;
   void TouchPage(int x, int y) override;
+  QList<TouchArea> PageAreas() const override;
 
 private:
   void PressKeypad(int digit, bool isDelete);

@@ -21,7 +21,10 @@
 #include "gui/screen/messagebox.h"
 #include "gui/screen/page.h"
 #include "gui/screen/screenhost.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/settings.h"
+
+SCREEN(PREVIEW, PreviewLayout)
 
 namespace {
 constexpr int kOverlayMs = 5000;
@@ -106,16 +109,17 @@ const PreviewLayout::PlatedLabel PreviewLayout::kLabels[] = {
 
 struct PreviewLayout::HotKey {
   QRect area;
+  const char* name;
   void (PreviewLayout::*press)();
 };
 
 const PreviewLayout::HotKey PreviewLayout::kHotKeys[] = {
-    {QRect(QPoint(5, 4), QPoint(74, 62)), &PreviewLayout::PressView},
-    {QRect(QPoint(80, 4), QPoint(149, 62)), &PreviewLayout::PressMicrophone},
-    {QRect(QPoint(230, 4), QPoint(299, 62)), &PreviewLayout::PressMenu},
-    {QRect(QPoint(5, 67), QPoint(74, 125)), &PreviewLayout::PressLowerLeft},
-    {QRect(QPoint(80, 67), QPoint(149, 125)), &PreviewLayout::PressLowerRight},
-    {QRect(QPoint(155, 4), QPoint(224, 62)), &PreviewLayout::PressRearCamera},
+    {QRect(QPoint(5, 4), QPoint(74, 62)), "view", &PreviewLayout::PressView},
+    {QRect(QPoint(80, 4), QPoint(149, 62)), "microphone", &PreviewLayout::PressMicrophone},
+    {QRect(QPoint(230, 4), QPoint(299, 62)), "menu", &PreviewLayout::PressMenu},
+    {QRect(QPoint(5, 67), QPoint(74, 125)), "lower left", &PreviewLayout::PressLowerLeft},
+    {QRect(QPoint(80, 67), QPoint(149, 125)), "lower right", &PreviewLayout::PressLowerRight},
+    {QRect(QPoint(155, 4), QPoint(224, 62)), "rear camera", &PreviewLayout::PressRearCamera},
 };
 
 PreviewLayout::PreviewLayout(QWidget* parent) : BaseWidget(parent) {
@@ -441,6 +445,16 @@ void PreviewLayout::touchEvent(int, int x, int y) {
     return;
   }
   PressElsewhere();
+}
+
+// A touch beside the keys counts: five of them open the calibration.
+QList<TouchArea> PreviewLayout::KeyAreas() const {
+  if (mIsDetectRecording) return {};
+  QList<TouchArea> areas;
+  if (mEnableView)
+    for (const HotKey& key : kHotKeys) areas.append({key.area, QLatin1String(key.name)});
+  areas.append({rect(), QStringLiteral("beside")});
+  return areas;
 }
 
 void PreviewLayout::Notice(MessageBox_Id id) {

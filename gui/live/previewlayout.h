@@ -59,6 +59,7 @@ public slots:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
+  QList<TouchArea> KeyAreas() const override;
   void Touched() override;
 
 private:

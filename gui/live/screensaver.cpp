@@ -14,7 +14,10 @@
 #include "gui/base/picture.h"
 #include "gui/screen/clock.h"
 #include "gui/screen/label.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/settings.h"
+
+SCREEN(SCREENSAVER, ScreenSaver)
 
 namespace {
 constexpr int kOwnPicture = 3;  // lcd_wait_dis

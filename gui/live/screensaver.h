@@ -35,6 +35,7 @@ public slots:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
+  QList<TouchArea> KeyAreas() const override { return {{rect(), QStringLiteral("anywhere")}}; }
 
 private:
   void InitLabel();

@@ -56,7 +56,7 @@ T ElementOr0(const std::array<T, N>& array, int i) {
 bool PFileInfo::openDataFile(const QString& path) {
   QFile file(path);
   if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) || file.size() < kHeadBytes) return false;
-  const QByteArray bytes = file.read(kMostBytes + 1);
+  const QByteArray bytes = file.read(std::min<qint64>(kMostBytes, file.size()) + 1);
   if (bytes.size() < kHeadBytes || bytes.size() > kMostBytes) return false;
 
   Words words(bytes);

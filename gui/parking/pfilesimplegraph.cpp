@@ -12,7 +12,14 @@
 #include "gui/parking/pfileinfo.h"
 #include "gui/screen/label.h"
 #include "gui/screen/page.h"
+#include "gui/screen/screenof.h"
 #include "gui/screen/widgetmanager.h"
+
+template <>
+BaseWidget* ScreenOf<PFILEGRAPH>(QWidget* parent, QObject* arg) {
+  const auto* report = qobject_cast<PFileInfo*>(arg);
+  return report ? new PFileSimpleGraph(parent, report) : nullptr;
+}
 
 namespace {
 constexpr int kLeaveMs = 30000;
@@ -111,6 +118,10 @@ void PFileSimpleGraph::initLabel() {
   AddLabel(this, kStartLabel, mStrStart);
   AddLabel(this, kEndLabel, mStrEnd);
   AddLabel(this, kLowVoltageLabel, mStrLowVoltage);
+}
+
+QList<TouchArea> PFileSimpleGraph::KeyAreas() const {
+  return {{kOkArea, QStringLiteral("ok")}};
 }
 
 void PFileSimpleGraph::touchEvent(int, int x, int y) {

@@ -26,6 +26,7 @@ public slots:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
+  QList<TouchArea> KeyAreas() const override;
 
 private:
   void settingPfileInfo(const PFileInfo& info);

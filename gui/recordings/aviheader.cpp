@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QtEndian>
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cstring>
 
@@ -20,15 +21,24 @@ constexpr int kEndAfterMain = 56;
 
 constexpr int kUsualMainBytes = 56;
 constexpr int kUsualEnd = kMainAt + kUsualMainBytes + kEndAfterMain;
-
-bool ReadAt(int file, off_t at, char* bytes, int count) {
-  return pread(file, bytes, size_t(count), at) == count;
-}
 }  // namespace
+
+ssize_t ReadAt(int file, char* bytes, size_t count, off_t at) {
+  size_t got = 0;
+  while (got < count) {
+    const ssize_t more = pread(file, bytes + got, count - got, at + off_t(got));
+    if (more == 0) break;
+    if (more > 0)
+      got += size_t(more);
+    else if (errno != EINTR)
+      return -1;
+  }
+  return ssize_t(got);
+}
 
 std::optional<int> ReadAviSeconds(int file) {
   char head[kUsualEnd];
-  const ssize_t got = pread(file, head, sizeof head, 0);
+  const ssize_t got = ReadAt(file, head, sizeof head, 0);
   if (got < kMainAt || std::memcmp(head, "RIFF", 4) != 0 || std::memcmp(head + kListAt, "LIST", 4) != 0) return {};
   const auto mainBytes = qFromLittleEndian<quint32>(head + kMainSizeAt);
   char* stream = head + kMainAt + kRateAfterMain;
@@ -36,7 +46,7 @@ std::optional<int> ReadAviSeconds(int file) {
   if (mainBytes <= kUsualMainBytes) {
     if (got < ssize_t(kMainAt + mainBytes + kEndAfterMain)) return {};
     stream += mainBytes;
-  } else if (!ReadAt(file, off_t{kMainAt} + mainBytes + kRateAfterMain, stream, streamBytes)) {
+  } else if (ReadAt(file, stream, streamBytes, off_t{kMainAt} + mainBytes + kRateAfterMain) != streamBytes) {
     return {};
   }
   const auto rate = qFromLittleEndian<quint32>(stream);

@@ -1,7 +1,14 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <QString>
+#include <cstddef>
 #include <optional>
+
+/// So many bytes from there on, fewer at the end of an open file, however often the reading is interrupted; -1 when it
+/// fails.
+ssize_t ReadAt(int file, char* bytes, size_t count, off_t at);
 
 /// The whole seconds of an AVI, from its header: the frames of the first stream by their rate; right for a scale of 1.
 /// 0 for a rate of 0. Nothing when there is no AVI or its header is cut off. `file` is an open file; its position

@@ -19,8 +19,15 @@
 #include "gui/screen/messagebox.h"
 #include "gui/screen/page.h"
 #include "gui/screen/screenhost.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
+
+template <>
+BaseWidget* ScreenOf<PLAYER>(QWidget* parent, QObject* arg) {
+  auto* what = qobject_cast<PlayFileInfo*>(arg);
+  return what ? new Player(parent, what) : nullptr;
+}
 
 namespace {
 constexpr int kControlMs = 5000;
@@ -46,16 +53,17 @@ QString GetFileName(const QString& path) {
 
 struct Player::Key {
   QRect area;
+  const char* name;
   void (Player::*press)();
 };
 const Player::Key Player::kKeys[] = {
-    {QRect(QPoint(5, 4), QPoint(74, 62)), &Player::PressHome},
-    {QRect(QPoint(1, 263), QPoint(79, 319)), &Player::PressOlder},
-    {QRect(QPoint(81, 263), QPoint(159, 319)), &Player::PressPreview},
-    {QRect(QPoint(161, 263), QPoint(239, 319)), &Player::PressPlay},
-    {QRect(QPoint(241, 263), QPoint(319, 319)), &Player::PressNewer},
-    {QRect(QPoint(321, 263), QPoint(399, 319)), &Player::PressBack},
-    {QRect(QPoint(401, 263), QPoint(479, 319)), &Player::PressCamera},
+    {QRect(QPoint(5, 4), QPoint(74, 62)), "home", &Player::PressHome},
+    {QRect(QPoint(1, 263), QPoint(79, 319)), "older", &Player::PressOlder},
+    {QRect(QPoint(81, 263), QPoint(159, 319)), "list", &Player::PressPreview},
+    {QRect(QPoint(161, 263), QPoint(239, 319)), "play", &Player::PressPlay},
+    {QRect(QPoint(241, 263), QPoint(319, 319)), "newer", &Player::PressNewer},
+    {QRect(QPoint(321, 263), QPoint(399, 319)), "back", &Player::PressBack},
+    {QRect(QPoint(401, 263), QPoint(479, 319)), "camera", &Player::PressCamera},
 };
 
 Player::Player(QWidget* parent, PlayFileInfo* info)
@@ -261,6 +269,16 @@ void Player::touchEvent(int, int x, int y) {
   }
   const int ms = ProgressIndexToTimeParsing(x, mRecTime);
   if (ms >= 0) SendEvent(SEND_SET_SEEK_PLAY, ms, QString());
+}
+
+QList<TouchArea> Player::KeyAreas() const {
+  QList<TouchArea> areas;
+  if (mIsShowControl) {
+    for (const Key& key : kKeys) areas.append({key.area, QLatin1String(key.name)});
+    areas.append({kBarArea, QStringLiteral("position")});
+  }
+  areas.append({rect(), QStringLiteral("beside")});
+  return areas;
 }
 
 void Player::PressHome() {

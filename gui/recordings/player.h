@@ -44,6 +44,7 @@ public:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
+  QList<TouchArea> KeyAreas() const override;
 
 private:
   struct Key;

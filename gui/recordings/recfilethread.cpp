@@ -2,6 +2,7 @@
 
 #include <sched.h>
 
+#include <system_error>
 #include <thread>
 
 #include "gui/base/devicepath.h"
@@ -16,8 +17,13 @@ RecFileThread::~RecFileThread() {
 // With a table of descriptors of its own: each use of a descriptor that threads share costs the kernel two atomic
 // counts. Not in this thread: Qt would close its own descriptors in the wrong table.
 void RecFileThread::run() {
-  std::thread([this] {
-    unshare(CLONE_FILES);  // where it cannot be, the scan takes longer
-    mFileManager->ReadFileList(QLatin1String(device::kCard));
-  }).join();
+  const auto scan = [this] { mFileManager->ReadFileList(QLatin1String(device::kCard)); };
+  try {
+    std::thread([&scan] {
+      unshare(CLONE_FILES);  // where it cannot be, the scan takes longer
+      scan();
+    }).join();
+  } catch (const std::system_error&) {  // no memory for one more thread
+    scan();
+  }
 }

@@ -12,8 +12,11 @@
 #include "gui/screen/formatquestion.h"
 #include "gui/screen/messagebox.h"
 #include "gui/screen/screenhost.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
+
+SCREEN(RECORDINGLIST, RecordingFileList)
 
 namespace {
 constexpr int kScrollRepeatMs = 10;
@@ -24,14 +27,15 @@ constexpr QPoint kHome(0, 0), kKind(80, 0), kCamera(220, 0), kOrder(310, 0), kBa
 
 struct RecordingFileList::Key {
   QRect area;
+  const char* name;
   void (RecordingFileList::*press)();
 };
 const RecordingFileList::Key RecordingFileList::kKeys[] = {
-    {QRect(QPoint(1, 1), QPoint(79, 59)), &RecordingFileList::PressHome},
-    {QRect(QPoint(81, 1), QPoint(219, 59)), &RecordingFileList::ToggleKind},
-    {QRect(QPoint(221, 1), QPoint(309, 59)), &RecordingFileList::ToggleCamera},
-    {QRect(QPoint(311, 1), QPoint(399, 59)), &RecordingFileList::ToggleOrder},
-    {QRect(QPoint(401, 1), QPoint(479, 59)), &RecordingFileList::PressBack},
+    {QRect(QPoint(1, 1), QPoint(79, 59)), "home", &RecordingFileList::PressHome},
+    {QRect(QPoint(81, 1), QPoint(219, 59)), "kind", &RecordingFileList::ToggleKind},
+    {QRect(QPoint(221, 1), QPoint(309, 59)), "camera", &RecordingFileList::ToggleCamera},
+    {QRect(QPoint(311, 1), QPoint(399, 59)), "order", &RecordingFileList::ToggleOrder},
+    {QRect(QPoint(401, 1), QPoint(479, 59)), "back", &RecordingFileList::PressBack},
 };
 
 RecordingFileList::RecordingFileList(QWidget* parent)
@@ -97,10 +101,23 @@ void RecordingFileList::touchEvent(int, int x, int y) {
   }
 }
 
-void RecordingFileList::PlayBack(int row) {
-  if (!mCurFileItem || mCurPage < 1) return;
+QList<TouchArea> RecordingFileList::KeyAreas() const {
+  QList<TouchArea> areas = ScrollAreas(kScrollBottom);
+  for (const Key& key : kKeys) areas.append({key.area, QLatin1String(key.name)});
+  for (int row = 0; row < kRows; ++row)
+    if (PlayableIn(row) >= 0) areas.append({RowRect(row).adjusted(1, 1, 0, 0), QStringLiteral("row %1").arg(row + 1)});
+  return areas;
+}
+
+int RecordingFileList::PlayableIn(int row) const {
+  if (!mCurFileItem || mCurPage < 1) return -1;
   const int index = (mCurPage - 1) * kRows + row;
-  if (index >= mCurFileItem->size() || mCurFileItem->at(index).recStopFlag) return;
+  return index < mCurFileItem->size() && !mCurFileItem->at(index).recStopFlag ? index : -1;
+}
+
+void RecordingFileList::PlayBack(int row) {
+  const int index = PlayableIn(row);
+  if (index < 0) return;
   PlayClick();
   Next(PLAYER, new PlayFileInfo(this, mListType, index));
 }

@@ -23,6 +23,7 @@ public:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
+  QList<TouchArea> KeyAreas() const override;
   void ShowPage() override;
 
 private:
@@ -36,6 +37,7 @@ private:
   void ToggleCamera() { ProcessListToggle(1); }
   void ToggleOrder() { ProcessListToggle(2); }
   void PlayBack(int row);
+  int PlayableIn(int row) const;  // its index in the list; -1: there is none
   void PressHome();
   void PressBack();
   bool ShowBox(int messageId);

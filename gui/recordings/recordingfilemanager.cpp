@@ -128,7 +128,7 @@ VideoData ReadVideo(int folder, const char* path, struct stat* status) {
     char trailer[kTrailerBytes];
     data.reading = Reading::Done;
     if (status->st_size >= kTrailerBytes &&
-        pread(file, trailer, sizeof trailer, status->st_size - kTrailerBytes) == kTrailerBytes)
+        ReadAt(file, trailer, sizeof trailer, status->st_size - kTrailerBytes) == kTrailerBytes)
       data.flag = FlagOf(trailer);
     data.seconds = ReadAviSeconds(file);
   }

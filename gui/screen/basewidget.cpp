@@ -217,6 +217,17 @@ bool BaseWidget::TakenByBox(int type, int x, int y) {
   return true;
 }
 
+QList<TouchArea> BaseWidget::TouchAreas() const {
+  if (isHidden()) return {{rect(), QStringLiteral("lcd")}};
+  const Box box = TopBox();
+  if (box == Box::None) return KeyAreas();
+  const MessageBox& top = *(box == Box::Event ? mRecvMessageBox : mMessageBox);
+  if (box == Box::Event && mRecvMessageBoxTimer->isActive()) return {};
+  if (top.HasButtons()) return top.ButtonAreas();
+  if (box == Box::Event) return {{rect(), QStringLiteral("box")}};
+  return {};
+}
+
 // ---- the way out of the settings
 
 void BaseWidget::EntryPreview() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QList>
+#include <QRect>
 #include <QString>
 #include <QWidget>
 #include <functional>
@@ -11,6 +13,12 @@ class MessageBox;
 class QTimer;
 
 inline constexpr int kNoticeMs = 2000;  ///< how long a box stays that closes itself; a few have a time of their own
+
+/// Where a touch does something, and what it is called: a picture below the image folder, or a word.
+struct TouchArea {
+  QRect area;
+  QString name;
+};
 
 /// Every screen: 480 × 320, with two message-box slots (the screen's own boxes, and the ones that status events raise),
 /// a general timer, the way to other screens, and the way out of the settings (EntryPreview). GUI thread.
@@ -29,6 +37,9 @@ public:
 
   /// The same, for a touch that the panel tells in a way of its own: true when a box has taken it.
   bool TakenByBox(int type, int x, int y);
+
+  /// Where a touch does something as it is now: what Touch() decides, told beforehand.
+  QList<TouchArea> TouchAreas() const;
 
   /// A touch that no box takes.
   virtual void touchEvent(int type, int x, int y);
@@ -95,6 +106,9 @@ protected:
   void paintEvent(QPaintEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+
+  /// Those of the screen alone. Whatever touchEvent() takes stands here.
+  virtual QList<TouchArea> KeyAreas() const { return {}; }
 
   /// The driver has touched, whoever takes it.
   virtual void Touched() {}

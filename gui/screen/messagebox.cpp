@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "gui/base/picture.h"
+#include "gui/screen/basewidget.h"
 #include "gui/screen/label.h"
 #include "gui/settings/config.h"
 
@@ -14,6 +15,7 @@ namespace {
 constexpr QPoint kLeftButton(35, 165);
 constexpr QPoint kRightButton(230, 165);
 constexpr QPoint kOnlyButton(132, 165);
+constexpr QRect kLeftArea(QPoint(56, 214), QPoint(229, 259)), kRightArea(QPoint(251, 214), QPoint(424, 259));
 constexpr QPoint kIcon(26, 50);
 constexpr int kLineHeight = 30;
 }  // namespace
@@ -81,9 +83,14 @@ void MessageBox::SettingMessageBox(int boxType, int errorType, int strType, QStr
 }
 
 MessageBox::Button MessageBox::ButtonAt(int x, int y) {
-  if (y < 214 || y > 259) return Button::None;
-  if (x >= 56 && x <= 229) return Button::Left;
-  return x >= 251 && x <= 424 ? Button::Right : Button::None;
+  if (kLeftArea.contains(x, y)) return Button::Left;
+  return kRightArea.contains(x, y) ? Button::Right : Button::None;
+}
+
+QList<TouchArea> MessageBox::ButtonAreas() const {
+  static constexpr const char* kNames[][2] = {{"yes", "no"}, {"ok", "cancel"}, {"ok", "ok"}, {"front", "rear"}};
+  const auto& [left, right] = kNames[box_type - 1];
+  return {{kLeftArea, QLatin1String(left)}, {kRightArea, QLatin1String(right)}};
 }
 
 void MessageBox::PlaceBox() {

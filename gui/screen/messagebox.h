@@ -8,6 +8,7 @@
 #include <QWidget>
 
 class QLabel;
+struct TouchArea;
 
 /// A notice or question over a screen: up to three lines of text on a frame, an icon, pictures of buttons. It takes no
 /// touches: the screen that shows it asks ButtonAt. GUI thread.
@@ -32,6 +33,9 @@ public:
   /// The button of a question at (x, y) of the screen: yes, ok or front at the left, no, cancel or rear at the right.
   enum class Button { None, Left, Right };
   static Button ButtonAt(int x, int y);
+
+  /// Where they are, by what is written on them; only with buttons.
+  QList<TouchArea> ButtonAreas() const;
 
   bool HasButtons() const { return box_type >= 1 && box_type <= 4; }
 

@@ -112,6 +112,17 @@ bool PagedList::TouchScrollKey(int x, int y, int bottom) {
   return false;
 }
 
+QList<TouchArea> PagedList::ScrollAreas(int bottom) const {
+  QList<TouchArea> areas;
+  for (const Key& key : kKeys) {
+    const bool up = key.scroll == &PagedList::ScrollUp;
+    if (up ? mIsEndOfListUp : mIsEndOfListDown) continue;
+    const QString name = QLatin1String(key.jump ? "pages " : "page ") + QLatin1String(up ? "up" : "down");
+    areas.append({key.area & rect() & QRect(QPoint(0, 0), QPoint(width(), bottom)), name});
+  }
+  return areas;
+}
+
 void PagedList::touchReleaseEvent(bool released) {
   if (!gEventGate.Enter(this, [this, released] { touchReleaseEvent(released); })) return;
   if (released) mLongPress.Release();

@@ -38,6 +38,7 @@ protected:
 
   /// True when (x, y) is on a scroll key: then it has scrolled. The keys end with `bottom`, y of the screen's rows.
   bool TouchScrollKey(int x, int y, int bottom);
+  QList<TouchArea> ScrollAreas(int bottom) const;  ///< those that scroll now
 
   /// The area of row 0..4, and the place of its picture.
   static QRect RowRect(int row);

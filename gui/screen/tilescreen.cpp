@@ -17,8 +17,11 @@ constexpr QRect kHomeKey(0, 0, 80, kHeaderHeight), kBackKey(400, 0, 80, kHeaderH
 constexpr QPoint kTitle(80, 0);
 
 // A key is touched on its picture without the first row and column: the lines between two keys belong to none.
+QRect TouchedPart(const QRect& picture) {
+  return picture.adjusted(1, 1, 0, 0);
+}
 bool IsTouched(const QRect& picture, int x, int y) {
-  return picture.adjusted(1, 1, 0, 0).contains(x, y);
+  return TouchedPart(picture).contains(x, y);
 }
 }  // namespace
 
@@ -49,6 +52,18 @@ void TileScreen::touchEvent(int, int x, int y) {
   TouchPage(x, y);
 }
 
+QList<TouchArea> TileScreen::KeyAreas() const {
+  QList<TouchArea> areas{{TouchedPart(kHomeKey), QStringLiteral("home")}};
+  if (mHeader == Header::HomeAndBack) areas.append({TouchedPart(kBackKey), QStringLiteral("back")});
+  for (const Tile& tile : mTiles) {
+    if (!tile.there(*this) || !std::visit([&](const auto& what) { return IsOffered(what); }, tile.what)) continue;
+    QString picture = std::visit([this](const auto& what) { return PictureOf(what); }, tile.what);
+    if (picture.startsWith(imagePath)) picture.remove(0, imagePath.size());
+    areas.append({TouchedPart(TileRect(tile.row, tile.column)), picture});
+  }
+  return areas + PageAreas();
+}
+
 void TileScreen::paintEvent(QPaintEvent* event) {
   Page page(event->region());
   FillPage(page);
@@ -66,8 +81,19 @@ void TileScreen::paintEvent(QPaintEvent* event) {
 
 // ---- keys
 
-QString TileScreen::PictureOf(const Button_Config& key, Question offered) const {
-  return offered(*this) ? key.ReleaseImage : key.DisableImage;
+QString KeyPictures::Of(bool offered) const {
+  if (mRecord) return offered ? mRecord->ReleaseImage : mRecord->DisableImage;
+  return QLatin1String(offered ? mUsual : mDisabled);
+}
+
+QList<std::pair<WidgetId, QPoint>> TileScreen::Doors() const {
+  QList<std::pair<WidgetId, QPoint>> doors;
+  for (const Tile& tile : mTiles) {
+    const auto* door = std::get_if<Door>(&tile.what);
+    if (door && tile.there(*this) && door->offered(*this))
+      doors.emplace_back(door->next, TileRect(tile.row, tile.column).center());
+  }
+  return doors;
 }
 
 void TileScreen::PressTile(const Door& door, const QRect&) {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QList>
 #include <QPoint>
 #include <span>
+#include <utility>
 #include <variant>
 
 #include "gui/screen/basewidget.h"
@@ -12,6 +14,21 @@ struct Image_Config;
 struct Setting_Config;
 
 inline constexpr QPoint kPage(0, 60);  ///< what stands below the header, where it is no grid of tiles
+
+/// The pictures of a key: those of a layout record, or paths below the image folder.
+class KeyPictures {
+public:
+  constexpr KeyPictures(const Button_Config& record) : mRecord(&record) {}
+  constexpr KeyPictures(const char* usual, const char* disabled = nullptr) : mUsual(usual), mDisabled(disabled) {}
+
+  /// Its picture while it is offered, or not.
+  QString Of(bool offered) const;
+
+private:
+  const Button_Config* mRecord = nullptr;
+  const char* mUsual = nullptr;
+  const char* mDisabled = nullptr;  // null: the key is always offered
+};
 
 /// An option of the recorder: one of `count` values 0, `step`, 2 `step`, ..., without those below `least`.
 struct TileOption {
@@ -34,6 +51,9 @@ class TileScreen : public BaseWidget {
 public:
   void touchEvent(int type, int x, int y) override;
 
+  /// The screens that its keys open as it is now, each with the middle of its key.
+  QList<std::pair<WidgetId, QPoint>> Doors() const;
+
 protected:
   using Question = bool (*)(const TileScreen&);
   static constexpr bool Always(const TileScreen&) { return true; }
@@ -47,14 +67,14 @@ protected:
 
   /// A key that opens a screen. One that is not offered is shown disabled.
   struct Door {
-    const Button_Config& key;
+    KeyPictures key;
     WidgetId next;
     Question offered = Always;
   };
 
   /// A key that does something else.
   struct Action {
-    const Button_Config& key;
+    KeyPictures key;
     void (*press)(TileScreen&);
     Question offered = Always;
   };
@@ -82,10 +102,12 @@ protected:
   TileScreen(QWidget* parent, const QString& title, std::span<const Tile> tiles, Header header = Header::HomeAndBack);
 
   void paintEvent(QPaintEvent* event) override;
+  QList<TouchArea> KeyAreas() const override;
 
   // What a screen has beside or instead of tiles.
-  virtual void FillPage(Page&) {}                  ///< below header and tiles
-  virtual void TouchPage(int /*x*/, int /*y*/) {}  ///< a touch of none of them
+  virtual void FillPage(Page&) {}                            ///< below header and tiles
+  virtual void TouchPage(int /*x*/, int /*y*/) {}            ///< a touch of none of them
+  virtual QList<TouchArea> PageAreas() const { return {}; }  ///< where TouchPage() does something
   virtual void PressHome() { EntryPreview(); }
   virtual void PressBack() { Back(); }
 
@@ -103,9 +125,11 @@ protected:
 
 private:
   QString PictureOf(const Option& tile) const;
-  QString PictureOf(const Door& door) const { return PictureOf(door.key, door.offered); }
-  QString PictureOf(const Action& action) const { return PictureOf(action.key, action.offered); }
-  QString PictureOf(const Button_Config& key, Question offered) const;
+  QString PictureOf(const Door& door) const { return door.key.Of(door.offered(*this)); }
+  QString PictureOf(const Action& action) const { return action.key.Of(action.offered(*this)); }
+  static bool IsOffered(const Option&) { return true; }
+  bool IsOffered(const Door& door) const { return door.offered(*this); }
+  bool IsOffered(const Action& action) const { return action.offered(*this); }
   void PressTile(const Option& tile, const QRect& place);
   void PressTile(const Door& door, const QRect& place);
   void PressTile(const Action& action, const QRect& place);

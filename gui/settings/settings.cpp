@@ -1,6 +1,7 @@
 #include "gui/settings/settings.h"
 
 #include <QDataStream>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -24,8 +25,6 @@ constexpr int kFactoryMapLow = -1;
 
 constexpr qint64 kLargestIni = 65536;  // bytes; all keys take about 1,200
 
-constexpr qint64 kLongestSaveMs = 10000;
-
 // The file itself: a link to it stays. One that leads in a circle gives way to a file.
 QString FileOf(const QString& path) {
   const QString file = DevicePath(path);
@@ -39,63 +38,24 @@ bool IsReadable(const QString& file) {
   return info.isFile() && info.size() <= kLargestIni;
 }
 
+// QSettings knows a file that it has read by its size and its time in milliseconds, which can be the same after a quick
+// save.
+void MakeNewer(const QString& file, const QDateTime& before) {
+  QFile written(file);
+  if (QFileInfo(file).lastModified() <= before && written.open(QIODevice::ReadWrite))
+    written.setFileTime(before.addMSecs(1), QFileDevice::FileModificationTime);
+}
+
 // To be read; what cannot be read holds no key.
 QSettings Open(const QString& path) {
   const QString file = FileOf(path);
   return {IsReadable(file) ? file : QProcess::nullDevice(), QSettings::IniFormat};
 }
 
-// The own file, to be written. What stands there and cannot be the own file gives way; what a link leads to stays,
-// whatever it is.
-class OwnFile {
-public:
-  OwnFile() : mFile(Path(), QSettings::IniFormat) {}
-  ~OwnFile() { Sync(); }
-  OwnFile(const OwnFile&) = delete;
-  OwnFile& operator=(const OwnFile&) = delete;
-
-  // A value that the file has already costs no write: flash wears out.
-  void Store(const SettingKey& row, const QVariant& value) {
-    const QLatin1String key(row.key);
-    QVariant held = mFile.value(key);
-    if (held.convert(value.metaType()) && held == value) return;
-    mFile.setValue(key, value);
-    mIsChanged = true;
-  }
-
-  // All changes in one write, there after a power cut.
-  void Sync() {
-    if (!mIsChanged) return;
-    mIsChanged = false;
-    mFile.sync();
-    SyncFolder(QFileInfo(mFile.fileName()).absolutePath());
-  }
-
-private:
-  static QString Path() {
-    const QString named = DevicePath(config_firm_path);
-    if (QFile::exists(named) && !IsReadable(named)) QFile::remove(named);
-    return FileOf(config_firm_path);
-  }
-
-  QSettings mFile;
-  bool mIsChanged = false;
-};
-
-// What a save leaves behind that was ended by the power: its lock, which would hold the next save up for half a minute,
-// and the new file, half written, with six random letters behind its name. Anything else beside the own file is
-// somebody's: letters go only with a lock, and when a save that held it can have written them.
-void RemoveInterruptedSave() {
-  const QFileInfo file(FileOf(config_firm_path));
-  const QFileInfo lock(file.filePath() + QStringLiteral(".lock"));
-  if (!lock.exists()) return;
-  const QString letters = file.fileName() + u'.' + QStringLiteral("[A-Za-z]").repeated(6);
-  const QFileInfoList beside = file.dir().entryInfoList({letters}, QDir::Files);
-  for (const QFileInfo& left : beside) {
-    const qint64 after = lock.lastModified().msecsTo(left.lastModified());
-    if (after >= 0 && after <= kLongestSaveMs) QFile::remove(left.filePath());
-  }
-  QFile::remove(lock.filePath());
+// What a file holds for a setting, unless the newer values have it.
+QVariant Held(const QSettings& file, const IniValues& newer, const SettingKey& row) {
+  const auto value = newer.constFind(row.key);
+  return value != newer.cend() ? *value : file.value(QLatin1String(row.key));
 }
 
 // Reads all of the file: its status then says whether it is damaged.
@@ -106,27 +66,23 @@ bool HoldsASetting(const QSettings& file) {
 }
 
 // `otherwise` when the file has no such key, or no number for it.
-int ReadInt(const QSettings& file, const SettingKey& row, int otherwise) {
+int ToInt(const QVariant& held, int otherwise) {
   bool isNumber = false;
-  const int value = file.value(QLatin1String(row.key)).toInt(&isNumber);
+  const int value = held.toInt(&isNumber);
   return isNumber ? value : otherwise;
 }
 
 // The same; a file can say "nan", with which nothing would ever be equal.
-float ReadFloat(const QSettings& file, const SettingKey& row, float otherwise) {
+float ToFloat(const QVariant& held, float otherwise) {
   bool isNumber = false;
-  const float volts = file.value(QLatin1String(row.key)).toFloat(&isNumber);
+  const float volts = held.toFloat(&isNumber);
   return isNumber && std::isfinite(volts) ? volts : otherwise;
 }
 
-int GetInt(const QString& path, Setting_Id id) {
+// The row of a setting that is a whole number, or that is none; null for any other.
+const SettingKey* RowOf(Setting_Id id, bool isFloat) {
   const SettingKey* row = FindSettingKey(id);
-  return row && row->place != SettingPlace::LowVoltCut ? ReadInt(Open(path), *row, 0) : 0;
-}
-
-float GetFloat(const QString& path, Setting_Id id) {
-  const SettingKey* row = FindSettingKey(id);
-  return row && row->place == SettingPlace::LowVoltCut ? ReadFloat(Open(path), *row, 0) : 0;
+  return row && (row->place == SettingPlace::LowVoltCut) == isFloat ? row : nullptr;
 }
 
 // A motion map is kept as two signed words.
@@ -151,18 +107,19 @@ void SetWord(Setting_Config& setting, int word, int value) {
 
 // ---- the INI files
 
-void Settings::Load(const QSettings& file) {
+void Settings::Load(const QSettings& file, const IniValues& newer) {
   for (const SettingKey& row : SettingKeys()) {
-    const auto read = [&](int& value) { value = ReadInt(file, row, value); };
+    const QVariant held = Held(file, newer, row);
+    const auto read = [&](int& value) { value = ToInt(held, value); };
     switch (row.place) {
       case SettingPlace::Field:
         read(mSetting.*row.field);
         break;
       case SettingPlace::LowVoltCut:
-        mSetting.low_volt_cut[row.index] = ReadFloat(file, row, mSetting.low_volt_cut[row.index]);
+        mSetting.low_volt_cut[row.index] = ToFloat(held, mSetting.low_volt_cut[row.index]);
         break;
       case SettingPlace::MotionWord:
-        SetWord(mSetting, row.index, ReadInt(file, row, GetWord(mSetting, row.index)));
+        SetWord(mSetting, row.index, ToInt(held, GetWord(mSetting, row.index)));
         break;
       case SettingPlace::Mirroring:
         read(mMirroring);
@@ -174,11 +131,50 @@ void Settings::Load(const QSettings& file) {
   }
 }
 
+// A value that the file has already costs no write: flash wears out.
+void Settings::Change(const QSettings& own, const SettingKey& row, const QVariant& value) {
+  QVariant held = Held(own, mUnsaved, row);
+  if (!held.convert(value.metaType()) || held != value) mUnsaved.insert(row.key, value);
+}
+
+// All changes in one write. Over a file that cannot be read nothing is written: the settings that are not among the
+// changes would be lost.
+void Settings::Save() {
+  SaveCalibration();
+  if (mUnsaved.isEmpty()) return;
+  const QString file = DevicePath(config_firm_path);
+  QByteArray text;
+  const FileRead read = ReadFile(file, kLargestIni + 1, &text);
+  if (read == FileRead::Failed) return;
+  // What stands there and cannot be the own file gives way; what a link leads to stays, whatever it is.
+  if (read == FileRead::NoFile || text.size() > kLargestIni) {
+    QFile::remove(file);
+    text.clear();
+  }
+  IniValues values = mUnsaved;
+  if (!IsPlainIni(text)) {  // not the interface's own text: what it says is written anew
+    const QSettings own = Open(config_firm_path);
+    for (const SettingKey& row : SettingKeys()) {
+      QVariant held = Held(own, mUnsaved, row);
+      // the number alone: a text can hold line ends
+      const bool isFloat = row.place == SettingPlace::LowVoltCut;
+      if (held.convert(QMetaType(isFloat ? QMetaType::Float : QMetaType::Int))) values.insert(row.key, held);
+    }
+    text.clear();
+  }
+  const QFileInfo place(file);
+  const QDateTime before = place.lastModified();
+  QDir().mkpath(place.path());
+  if (!WriteAtomically(file, WithIniValues(text, values))) return;
+  mUnsaved.clear();
+  MakeNewer(file, before);
+}
+
 void Settings::InitSettingConfig() {
-  RemoveInterruptedSave();
+  RemoveCutWrite(DevicePath(config_firm_path));
   const QSettings recorder = Open(config_init_path);
-  if (!HoldsASetting(recorder) || recorder.status() != QSettings::NoError) Load(Open(config_firm_path));
-  Load(recorder);
+  if (!HoldsASetting(recorder) || recorder.status() != QSettings::NoError) Load(Open(config_firm_path), mUnsaved);
+  Load(recorder, {});
   if (mSetting.lcd_auto_off == 0) mSetting.lcd_auto_off = 1;  // 0 is never kept at a start
   AllSetSettingConfig();
 }
@@ -186,12 +182,12 @@ void Settings::InitSettingConfig() {
 void Settings::AllGetSettingConfig() {
   const QSettings file = Open(config_firm_path);
   if (!HoldsASetting(file)) return;
-  Load(file);
+  Load(file, mUnsaved);
   mOldSetting = mSetting;
 }
 
 void Settings::AllSetSettingConfig() {
-  OwnFile file;
+  const QSettings file = Open(config_firm_path);
   const auto value = [this](const SettingKey& row) -> QVariant {
     switch (row.place) {
       case SettingPlace::Field:
@@ -207,36 +203,43 @@ void Settings::AllSetSettingConfig() {
     }
     return {};
   };
-  for (const SettingKey& row : SettingKeys()) file.Store(row, value(row));
+  for (const SettingKey& row : SettingKeys()) Change(file, row, value(row));
+  Save();
   mOldSetting = mSetting;
 }
 
 int Settings::GetSettingConfig(Setting_Id id) const {
-  return GetInt(config_firm_path, id);
+  const SettingKey* row = RowOf(id, false);
+  return row ? ToInt(Held(Open(config_firm_path), mUnsaved, *row), 0) : 0;
 }
 
 int Settings::GetFWSettingConfig(Setting_Id id) const {
-  return GetInt(config_init_path, id);
+  const SettingKey* row = RowOf(id, false);
+  return row ? ToInt(Held(Open(config_init_path), {}, *row), 0) : 0;
 }
 
 float Settings::GetSettingConfigF(Setting_Id id) const {
-  return GetFloat(config_firm_path, id);
+  const SettingKey* row = RowOf(id, true);
+  return row ? ToFloat(Held(Open(config_firm_path), mUnsaved, *row), 0) : 0;
 }
 
 float Settings::GetFWSettingConfigF(Setting_Id id) const {
-  return GetFloat(config_init_path, id);
+  const SettingKey* row = RowOf(id, true);
+  return row ? ToFloat(Held(Open(config_init_path), {}, *row), 0) : 0;
 }
 
 void Settings::SetSettingConfig(Setting_Id id, int value) {
-  const SettingKey* row = FindSettingKey(id);
-  if (!row || row->place == SettingPlace::LowVoltCut) return;
-  if (row->rule != SettingRule::Memory) OwnFile().Store(*row, value);
+  const SettingKey* row = RowOf(id, false);
+  if (!row) return;
+  if (row->rule != SettingRule::Memory) {
+    Change(Open(config_firm_path), *row, value);
+    Save();
+  }
   if (row->rule != SettingRule::FileOnly) mSetting.*row->field = value;
 }
 
 void Settings::SetSettingConfigF(Setting_Id id, float value) {
-  const SettingKey* row = FindSettingKey(id);
-  if (row && row->place == SettingPlace::LowVoltCut) mSetting.low_volt_cut[row->index] = value;
+  if (const SettingKey* row = RowOf(id, true)) mSetting.low_volt_cut[row->index] = value;
 }
 
 void Settings::SettingMirroringAndMovingPipValue(bool load) {
@@ -264,12 +267,12 @@ void Settings::INIMotionSettingValue(bool load, int camera, int frontHigh, int f
     mSetting.motion_area2 = map(Set_Cfg_MotionArea2High, Set_Cfg_MotionArea2Low);
     return;
   }
-  OwnFile file;
+  const QSettings file = Open(config_firm_path);
   const bool front = camera == 1;
-  file.Store(row(front ? Set_Cfg_MotionArea1High : Set_Cfg_MotionArea2High), front ? frontHigh : rearHigh);
-  file.Store(row(front ? Set_Cfg_MotionArea1Low : Set_Cfg_MotionArea2Low), front ? frontLow : rearLow);
+  Change(file, row(front ? Set_Cfg_MotionArea1High : Set_Cfg_MotionArea2High), front ? frontHigh : rearHigh);
+  Change(file, row(front ? Set_Cfg_MotionArea1Low : Set_Cfg_MotionArea2Low), front ? frontLow : rearLow);
   SyncFiles();
-  file.Sync();
+  Save();
 }
 
 // ---- changes, the setup block
@@ -364,42 +367,40 @@ bool IsUsable(const Touch_Value& touch) {
          touch.alphaX * touch.betaY - touch.alphaY * touch.betaX != 0;
 }
 
-constexpr qint64 kLargestCalibration = 4096;  // bytes; what lies beyond is not read, and gone with the next calibration
+constexpr qsizetype kLargestCalibration =
+    4096;  // bytes; what lies beyond is not read, and gone with the next calibration
 
 /// One of the two calibration files: created when missing, filled when empty.
 class CalibrationFile {
 public:
   CalibrationFile(const char* path, const QByteArray& factory) : mFile(DevicePath(QLatin1String(path))) {
-    QFile file(mFile);
-    mOpen = file.open(QIODevice::ReadWrite) && !file.isSequential();  // reading a pipe would never end
-    if (!mOpen) return;
-    mBytes = file.read(kLargestCalibration);
-    file.close();
-    if (mBytes.isEmpty()) Write(factory);
+    const FileRead read = ReadFile(mFile, kLargestCalibration, &mBytes);
+    mIsKnown = read == FileRead::Whole || read == FileRead::Missing;
+    if (mIsKnown && mBytes.isEmpty()) Write(factory);
   }
 
-  bool IsOpen() const { return mOpen; }
   const QByteArray& Bytes() const { return mBytes; }
 
-  /// In place of the first bytes; the rest of a longer file stays.
-  void Write(const QByteArray& bytes) {
-    if (!mOpen) return;
+  /// In place of the first bytes; the rest of a longer file stays. False when that fails: the file is as it was.
+  bool Write(const QByteArray& bytes) {
+    if (!mIsKnown) return false;
     mBytes = bytes + mBytes.mid(bytes.size());
-    WriteAtomically(mFile, mBytes);
+    const bool written = WriteAtomically(mFile, mBytes);
     SyncFiles();
+    return written;
   }
 
 private:
   QString mFile;
   QByteArray mBytes;
-  bool mOpen = false;
+  bool mIsKnown = false;
 };
 }  // namespace
 
 void Settings::SettingTouchValue(bool load) {
   CalibrationFile file(device::kTouchCoefficients, BytesOf(kFactoryTouchValue));
   if (!load) {
-    file.Write(BytesOf(mTouchValue.Load()));
+    mIsTouchUnsaved = !file.Write(BytesOf(mTouchValue.Load()));
     return;
   }
   Touch_Value touch = kFactoryTouchValue;
@@ -414,7 +415,7 @@ void Settings::SettingTouchValue(bool load) {
 void Settings::SettingTouchTuningValue(bool load) {
   CalibrationFile file(device::kTouchTuning, BytesOf(kTouchTargetX, kTouchTargetY));
   if (!load) {
-    file.Write(BytesOf(inputX, inputY));
+    mIsTuningUnsaved = !file.Write(BytesOf(inputX, inputY));
     return;
   }
   std::ranges::copy(kTouchTargetX, inputX);
@@ -423,6 +424,11 @@ void Settings::SettingTouchTuningValue(bool load) {
   QDataStream stream(file.Bytes());
   stream.setByteOrder(QDataStream::LittleEndian);
   for (int i = 0; i < 9; ++i) stream >> inputX[i] >> inputY[i];
+}
+
+void Settings::SaveCalibration() {
+  if (mIsTouchUnsaved) SettingTouchValue(false);
+  if (mIsTuningUnsaved) SettingTouchTuningValue(false);
 }
 
 bool Settings::IsExistTouchTXT() {

@@ -3,11 +3,13 @@
 #include <QString>
 
 #include "gui/base/published.h"
+#include "gui/settings/initext.h"
 #include "gui/settings/settingconfig.h"
 #include "gui/settings/setupvalue.h"
 #include "gui/vocabulary/vocabulary.h"
 
 class QSettings;
+struct SettingKey;
 
 /// How a panel point (x, y) becomes a point of the screen:
 /// X = x·alphaX + y·betaX + deltaX, Y = x·alphaY + y·betaY + deltaY.
@@ -25,7 +27,7 @@ inline constexpr int kTouchTargetY[9] = {160, 35, 35, 35, 160, 285, 285, 285, 16
 /// The settings of the camera: the working copy, the copy as last loaded or applied, their INI file, and the packed
 /// block that the recorder takes. The recorder's INI file is the master at every start; the interface's own mirrors it.
 /// No file error is reported: what cannot be read leaves what is in memory, which is 0 before the start; what cannot be
-/// written is not. GUI thread, but for mTouchValue.
+/// written stays in memory, and is written with the next save. GUI thread, but for mTouchValue.
 class Settings {
 public:
   /// At the start: the recorder's values, or without its file the interface's own ones; written to the own file. Of a
@@ -82,7 +84,14 @@ public:
   int inputY[9] = {};
 
 private:
-  void Load(const QSettings& file);
+  void Load(const QSettings& file, const IniValues& newer);
+  void Change(const QSettings& own, const SettingKey& row, const QVariant& value);
+  void Save();
+  void SaveCalibration();
+
+  IniValues mUnsaved;  ///< what the own file could not be given yet; it holds these values already for who reads it
+  bool mIsTouchUnsaved = false;
+  bool mIsTuningUnsaved = false;
 };
 
 extern Settings gEnvirnmentSettings;

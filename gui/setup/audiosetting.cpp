@@ -4,8 +4,11 @@
 
 #include "gui/base/globals.h"
 #include "gui/screen/screenhost.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
+
+SCREEN(AUDIOSETTING, AudioSetting)
 
 namespace {
 constexpr int kHighest = 2;        // spk_volume

@@ -3,8 +3,11 @@
 #include "gui/base/globals.h"
 #include "gui/screen/messagebox.h"
 #include "gui/screen/screenhost.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
+
+SCREEN(BLACKBOXMANAGEMENT, BlackboxManagement)
 
 namespace {}
 

@@ -1,8 +1,11 @@
 #include "gui/setup/drivingsetting.h"
 
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
 #include "gui/setup/shares.h"
+
+SCREEN(DRIVINGSETTING, DrivingSetting)
 
 namespace {
 constexpr TileOption kResolution{.pictures = &gDrivingSetting.Resolution,

@@ -1,7 +1,10 @@
 #include "gui/setup/filedeletemethod.h"
 
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
+
+SCREEN(FILEDELMETHOD, FileDeleteMethod)
 
 namespace {
 constexpr int kByTime = 1;  // efile_del_method

@@ -6,7 +6,10 @@
 #include "gui/base/shell.h"
 #include "gui/screen/label.h"
 #include "gui/screen/page.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/settings.h"
+
+SCREEN(FILEMANAGEMENT, FileManagement)
 
 namespace {
 constexpr int kStep = 10;       // percent
@@ -131,11 +134,22 @@ int FileManagement::PositionOf(Boundary boundary) const {
          kStepWidth;
 }
 
+QRect FileManagement::HandleArea(Boundary boundary) const {
+  const int place = PositionOf(boundary);
+  return {QPoint(place + kHandleLeft, kHandleTop), QPoint(place + kHandleRight, kHandleBottom)};
+}
+
+QList<TouchArea> FileManagement::PageAreas() const {
+  QList<TouchArea> areas{{kMinusArea, QStringLiteral("minus")}, {kPlusArea, QStringLiteral("plus")}};
+  for (const Boundary boundary : {EventNormal, NormalParking})
+    if (IsOffered(boundary)) areas.append({HandleArea(boundary), QStringLiteral("boundary %1").arg(int{boundary})});
+  return areas;
+}
+
 void FileManagement::TouchPage(int x, int y) {
   if (y >= kHandleTop && y <= kHandleBottom) {
     for (const Boundary boundary : {EventNormal, NormalParking}) {
-      const int beside = x - PositionOf(boundary);
-      if (!IsOffered(boundary) || beside < kHandleLeft || beside > kHandleRight) continue;
+      if (!IsOffered(boundary) || !HandleArea(boundary).contains(x, y)) continue;
       PlayClick();
       nCurCtrlIdx = boundary;
       repaint();

@@ -35,6 +35,7 @@ public:
 protected:
   void FillPage(Page& page) override;
   void TouchPage(int x, int y) override;
+  QList<TouchArea> PageAreas() const override;
 
 private:
   enum Boundary { EventNormal = 0, NormalParking = 1 };
@@ -46,6 +47,7 @@ private:
   void ProcessBtn(bool isPlus);
   bool IsOffered(Boundary boundary) const;
   int PositionOf(Boundary boundary) const;
+  QRect HandleArea(Boundary boundary) const;
   void AddBar(Page& page) const;
   void AddHandle(Page& page, Boundary boundary) const;
 

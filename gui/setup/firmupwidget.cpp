@@ -6,6 +6,9 @@
 #include "gui/base/devicepath.h"
 #include "gui/base/globals.h"
 #include "gui/base/picture.h"
+#include "gui/screen/screenof.h"
+
+SCREEN(FIRMUP, FirmUpWidget)
 
 namespace {
 constexpr int kBlinkMs = 500;

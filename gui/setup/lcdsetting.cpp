@@ -2,8 +2,11 @@
 
 #include "gui/base/shell.h"
 #include "gui/screen/screenhost.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
+
+SCREEN(LCDSETTING, LcdSetting)
 
 namespace {
 constexpr int kAlwaysOn = 4;  // lcd_auto_off

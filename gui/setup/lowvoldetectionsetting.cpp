@@ -1,8 +1,11 @@
 #include "gui/setup/lowvoldetectionsetting.h"
 
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
 #include "gui/setup/voltageentry.h"
+
+SCREEN(LOWVOLDETECTIONSETTING, LowVolDetectionSetting)
 
 namespace {
 // Off, 12, 24, 48, 3 and 6 hours.

@@ -19,8 +19,11 @@
 #include "gui/screen/label.h"
 #include "gui/screen/messagebox.h"
 #include "gui/screen/screenhost.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
 #include "gui/setup/firmwareversion.h"
+
+SCREEN(MAINMENU, MainMenu)
 
 namespace {
 constexpr int kStopToBrowse = 1;  // SEND_VIDEO_REC_STOP: the driver wants to see the recordings

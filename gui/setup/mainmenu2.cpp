@@ -1,10 +1,13 @@
 #include "gui/setup/mainmenu2.h"
 
 #include "gui/screen/screenhost.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
 #include "gui/setup/firmwareversion.h"
 #include "gui/setup/motionentry.h"
 #include "gui/setup/voltageentry.h"
+
+SCREEN(MAINMENU2, MainMenu2)
 
 constexpr MainMenu2::Tile MainMenu2::kTiles[] = {
     {1, 1, Door{gMainMenu2.AudioSetting, AUDIOSETTING}},

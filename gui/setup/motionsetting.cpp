@@ -7,8 +7,11 @@
 #include "gui/base/picture.h"
 #include "gui/screen/messagebox.h"
 #include "gui/screen/screenhost.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
+
+SCREEN(MOTIONSETTING, MotionSetting)
 
 namespace {
 constexpr int kCellWidth = 60, kCellHeight = 53;
@@ -58,6 +61,16 @@ int MotionSetting::CellAt(int x, int y) {
 
 void MotionSetting::touchEvent(int, int x, int y) {
   if (const int cell = CellAt(x, y); cell >= 0) Toggle(cell);
+}
+
+QList<TouchArea> MotionSetting::KeyAreas() const {
+  QList<TouchArea> areas;
+  for (int cell = 0; cell < kCells; ++cell) {
+    const QRect area(cell % kColumns * kCellWidth + 1, cell / kColumns * kCellHeight + 1, kCellWidth - 1,
+                     kCellHeight - 1);
+    if (CellAt(area.x(), area.y()) == cell) areas.append({area, QStringLiteral("cell %1").arg(cell)});
+  }
+  return areas;
 }
 
 void MotionSetting::Toggle(int cell) {

@@ -28,6 +28,7 @@ public:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
+  QList<TouchArea> KeyAreas() const override;
 
 private:
   static int CellAt(int x, int y);

@@ -4,10 +4,13 @@
 #include "gui/base/globals.h"
 #include "gui/parking/pfileinfo.h"
 #include "gui/screen/screenhost.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
 #include "gui/setup/motionentry.h"
 #include "gui/setup/shares.h"
+
+SCREEN(PARKINGSETTING, ParkingSetting)
 
 namespace {
 

@@ -4,8 +4,11 @@
 
 #include "gui/base/shell.h"
 #include "gui/screen/page.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
 #include "gui/settings/settings.h"
+
+SCREEN(POWERCUTSETTING, PowerCutSetting)
 
 namespace {
 // Volts, by the type of the battery; 0 is off.
@@ -74,6 +77,14 @@ void PowerCutSetting::UpdateValue(int level) {
 
 QRect PowerCutSetting::CellRect(int level) {
   return {QPoint(kCell.width() * (level % 6), 60 + kCell.height() * (level / 6)), kCell};
+}
+
+QList<TouchArea> PowerCutSetting::PageAreas() const {
+  if (mRecommendFlag) return {{kManualArea, QStringLiteral("manual")}};
+  QList<TouchArea> areas{{kRecommendedArea, QStringLiteral("recommended")}};
+  for (int level = 0; level < kLevels; ++level)
+    areas.append({CellRect(level).adjusted(1, 1, 0, 0), QStringLiteral("level %1").arg(level + 1)});
+  return areas;
 }
 
 void PowerCutSetting::TouchPage(int x, int y) {

@@ -18,6 +18,7 @@ public:
 protected:
   void FillPage(Page& page) override;
   void TouchPage(int x, int y) override;
+  QList<TouchArea> PageAreas() const override;
 
 private:
   static QRect CellRect(int level);

@@ -9,7 +9,10 @@
 #include "gui/base/picture.h"
 #include "gui/screen/label.h"
 #include "gui/screen/screenhost.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/settings.h"
+
+SCREEN(SDFORMAT, SDFormat)
 
 namespace {
 constexpr int kStateMs = 2000;

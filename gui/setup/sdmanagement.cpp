@@ -6,7 +6,10 @@
 #include "gui/base/eventgate.h"
 #include "gui/screen/messagebox.h"
 #include "gui/screen/screenhost.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
+
+SCREEN(SDMANAGEMENT, SdManagement)
 
 namespace {
 constexpr int kVoiceMs = 10000;  // a voice prompt whose end is never reported
@@ -63,9 +66,14 @@ void SdManagement::StopRecording(bool& start) {
   SendEvent(SEND_VIDEO_REC_STOP, kStopForCard, QString());
 }
 
+// A late answer to a check: the format, the check or the save that has begun meanwhile has its box, and goes on.
+bool SdManagement::IsUnderWay() const {
+  return mIsShowMessageBox && (mMessageId == VIDEO_REC_STOP || mMessageId == SETUP_SAVING);
+}
+
 void SdManagement::recvEvent(int event, int value) {
   if (event == RECV_ZEL_STATUS_VOICE_PLAY_END) TimeoutVoiceEnd();
-  if (event == RECV_ZEL_STATUS_SD_CHECK) EndCheck(value);
+  if (event == RECV_ZEL_STATUS_SD_CHECK && !IsUnderWay()) EndCheck(value);
 }
 
 void SdManagement::TimeoutVoiceEnd() {

@@ -24,6 +24,7 @@ private:
   void StopRecording(bool& start);
   void Format();
   void Check();
+  bool IsUnderWay() const;
   void EndCheck(int fault);
 
   QTimer* mTimVoiceEnd;

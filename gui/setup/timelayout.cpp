@@ -11,7 +11,10 @@
 #include "gui/screen/label.h"
 #include "gui/screen/messagebox.h"
 #include "gui/screen/page.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/settings.h"
+
+SCREEN(TIMELAYOUT, TimeLayout)
 
 namespace {
 constexpr int kRepeatMs = 70;
@@ -119,6 +122,13 @@ bool TimeLayout::CompareTimeSetting() {
 }
 
 // ---- touches
+
+QList<TouchArea> TimeLayout::PageAreas() const {
+  QList<TouchArea> areas{
+      {kConfirmArea, QStringLiteral("confirm")}, {kDownArea, QStringLiteral("down")}, {kUpArea, QStringLiteral("up")}};
+  for (const Field& field : kFields) areas.append({field.picture.adjusted(1, 1, 0, 0), QLatin1String(field.name)});
+  return areas;
+}
 
 void TimeLayout::TouchPage(int x, int y) {
   for (const Field& field : kFields)

@@ -48,6 +48,7 @@ public slots:
 protected:
   void FillPage(Page& page) override;
   void TouchPage(int x, int y) override;
+  QList<TouchArea> PageAreas() const override;
   void PressHome() override;
   void PressBack() override;
 

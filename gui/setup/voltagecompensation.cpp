@@ -7,7 +7,10 @@
 #include "gui/screen/clock.h"
 #include "gui/screen/messagebox.h"
 #include "gui/screen/page.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
+
+SCREEN(VOLTAGECOMPENSATION, VoltageCompensation)
 
 namespace {
 constexpr int kShortNoticeMs = 1500;
@@ -37,6 +40,10 @@ VoltageCompensation::VoltageCompensation(QWidget* parent)
 
 void VoltageCompensation::touchEvent(int type, int x, int y) {
   if (!isLoadingVoltageCompensation) TileScreen::touchEvent(type, x, y);
+}
+
+QList<TouchArea> VoltageCompensation::KeyAreas() const {
+  return isLoadingVoltageCompensation ? QList<TouchArea>() : TileScreen::KeyAreas();
 }
 
 void VoltageCompensation::PressHome() {

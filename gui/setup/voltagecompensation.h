@@ -22,6 +22,7 @@ public slots:
 protected:
   void FillPage(Page& page) override;
   void PressHome() override;
+  QList<TouchArea> KeyAreas() const override;
 
 private:
   /// mVolComFlag: the step, and the value of SEND_VOLTAGE_COMPENSATION.

@@ -102,8 +102,9 @@ PanelDevice::Got PanelDevice::Read(PanelRecord* record) {
   if (bytes < 0 && (errno == EINTR || errno == EAGAIN)) return Got::Nothing;
   if (bytes == 0 && S_ISREG(mStatus.st_mode)) return Got::End;
   if (bytes <= 0) {
-    if (bytes == 0 && S_ISFIFO(mStatus.st_mode))
-      Open();  // the next writer may come
+    const bool isBack = bytes == 0 ? S_ISFIFO(mStatus.st_mode) : errno != ENODEV;
+    if (isBack)
+      Open();  // the next writer may come, or the next reading succeed
     else
       Close();
     return Got::Gone;

@@ -13,7 +13,10 @@
 #include "gui/base/shell.h"
 #include "gui/screen/label.h"
 #include "gui/screen/screenhost.h"
+#include "gui/screen/screenof.h"
 #include "gui/touch/calibrationfit.h"
+
+SCREEN(TOUCHCOMP, TouchComp)
 
 namespace {
 constexpr int kNeededHits = 7;

@@ -30,6 +30,7 @@ public slots:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
+  QList<TouchArea> KeyAreas() const override { return {{rect(), QStringLiteral("anywhere")}}; }
 
 private:
   void setValue(int panelX, int panelY);

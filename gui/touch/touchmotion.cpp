@@ -6,7 +6,10 @@
 #include "gui/base/language.h"
 #include "gui/screen/label.h"
 #include "gui/screen/screenhost.h"
+#include "gui/screen/screenof.h"
 #include "gui/settings/config.h"
+
+SCREEN(TOUCHTEST, TouchMotion)
 
 namespace {
 constexpr int kDot = 4;  // pixels

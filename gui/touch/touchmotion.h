@@ -28,6 +28,7 @@ public slots:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
+  QList<TouchArea> KeyAreas() const override { return {{rect(), QStringLiteral("anywhere")}}; }
 
 private:
   QLabel* beforeComTitle;

@@ -24,6 +24,7 @@ constexpr int kAxisBits = 0x1FF;
 constexpr int kScreenWidth = 480;
 constexpr int kScreenHeight = 320;
 constexpr unsigned long kEndMs = 1000;
+constexpr unsigned long kRetryMs = 20;
 constexpr int kAutoMs = 200;
 constexpr int kReleaseDelayMs = 10;
 constexpr int kLongPressRepeatMs = 500;
@@ -78,8 +79,8 @@ void TouchThread::run() {
   for (;;) {
     pollfd waited[] = {{device.File(), POLLIN, 0}, {device.Changes(), POLLIN, 0}, {mEndSignal, POLLIN, 0}};
     if (poll(waited, std::size(waited), -1) < 0) {
-      if (errno == EINTR) continue;
-      return;
+      if (errno != EINTR) msleep(kRetryMs);  // no memory for it: without touches the camera would be lost
+      continue;
     }
     if (waited[2].revents != 0) return;
     if (waited[1].revents != 0 && device.TakeChange()) {
@@ -93,6 +94,7 @@ void TouchThread::run() {
         case PanelDevice::Got::Gone:
           Lift();
           if (device.File() < 0) qWarning("touch: %s has gone, it is waited for", qPrintable(path));
+          msleep(kRetryMs);  // what fails at once again must not take the processor
           break;
         case PanelDevice::Got::Nothing:
           break;

@@ -7,7 +7,7 @@
 namespace Vocabulary {
 Q_NAMESPACE
 
-/// The screens.
+/// The screens. Each has its ScreenOf<ID> in its own file.
 enum WidgetId : int {
   UNKNOWN = 0,
   PREVIEW = 1,
@@ -37,6 +37,7 @@ enum WidgetId : int {
   LOWVOLDETECTIONSETTING = 25,
   BLACKBOXMANAGEMENT = 26,
   POWERCUTSETTING = 27,
+  SCREENS_END,  ///< none: a new screen's number stands above, the next one
 };
 Q_ENUM_NS(WidgetId)
 

@@ -25,7 +25,7 @@ Clock::Clock(const QString& file) : mFile(file) {
 }
 
 qint64 Clock::Offset() const {
-  return Seconds(mOffset);
+  return Seconds(mOffset + Gained());
 }
 
 void Clock::SetMachine(const QDateTime& now, bool wasTaken) {
@@ -35,7 +35,14 @@ void Clock::SetMachine(const QDateTime& now, bool wasTaken) {
 
 bool Clock::Skip(qint64 ms) {
   mShift += ms;
+  mOffset += ms * (mSpeed - 1);
   return Save();
+}
+
+void Clock::SetSpeed(int speed) {
+  mOffset += Gained();
+  mSince.start();
+  mSpeed = speed;
 }
 
 bool Clock::Set(const QDateTime& now) {
@@ -48,11 +55,12 @@ bool Clock::SetReal() {
 
 bool Clock::Move(qint64 offset) {
   mOffset = offset;
+  mSince.start();
   return Save();
 }
 
 bool Clock::Save() const {
-  const qint64 seconds = Seconds(mOffset + mShift);
+  const qint64 seconds = Seconds(mOffset + Gained() + mShift);
   return WriteWhole(mFile, (seconds < 0 ? QByteArray() : QByteArray("+")) + QByteArray::number(seconds) + '\n');
 }
 

@@ -1,10 +1,10 @@
 #include "recorder/card/card.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 
 #include "recorder/base/files.h"
-#include "recorder/card/stock.h"
 
 namespace recorder {
 namespace {
@@ -13,11 +13,13 @@ constexpr int kFailed = 0;  // the results of a format
 constexpr int kSucceeded = 1;
 constexpr int kNoCard = 1;   // the fault of a card that is not there
 constexpr int kAgain = 200;  // ms
+constexpr int kSlice = 8;    // ms of a refill, before everybody else has his turn
 
 }  // namespace
 
 Card::Card(Hub& hub) : mHub(hub), mFolder(hub.Path(kCardFiles)) {
   for (QTimer* timer : {&mFormat, &mCheck, &mAgain}) timer->setSingleShot(true);
+  mSlice.callOnTimeout([this] { GoOn(); });
   mFormat.callOnTimeout([this] { EndFormat(); });
   mCheck.callOnTimeout([this] { EndCheck(); });
   mAgain.callOnTimeout([this] {
@@ -32,11 +34,20 @@ void Card::Start() {
 
 void Card::Finish() {
   if (mFormat.isActive()) EndFormat();
+  StopFilling();
+  while (mRefill) GoOn();
   if (mCheck.isActive()) EndCheck();
+}
+
+const char* Card::Hindrance() const {
+  if (!IsIn()) return "There is no card.";
+  if (IsFilling()) return "The card is being filled.";
+  return mFormat.isActive() || mRefill ? "The card is being formatted." : nullptr;
 }
 
 bool Card::TakeOut(QString* error) {
   if (!IsIn()) return true;
+  if (mRefill) End(false);
   mState = QStringLiteral("out");
   QDir files;
   if (files.rename(mHub.Path(kCardFiles), mHub.Path(kCardFilesAway)) && files.mkpath(mHub.Path(kCardFiles)))
@@ -57,12 +68,45 @@ bool Card::PutIn(QString* error) {
 }
 
 void Card::Format() {
-  if (!mFormat.isActive()) mFormat.start(mHub.delays.format);
+  StopFilling();
+  if (mFormat.isActive() || mRefill) return;
+  mIsFormat = true;
+  mFormat.start(mHub.delays.format);
 }
 
 void Card::EndFormat() {
   mFormat.stop();
-  const bool good = IsIn() && !std::exchange(mFormatFails, false) && mFolder.Erase() && mFolder.StampFormat();
+  const bool fails = !IsIn() || mFailing > 0;
+  if (IsIn() && fails) --mFailing;
+  if (fails) return End(false);
+  Begin(0);
+  GoOn();  // mostly that is all
+}
+
+void Card::Begin(int number) {
+  mRefill = std::make_unique<Refill>(mFolder, number, mHub.clock.Now());
+  mSlice.start(0);
+}
+
+void Card::GoOn() {
+  bool good = true;
+  QElapsedTimer slice;
+  slice.start();
+  do good = mRefill->Step();
+  while (good && !mRefill->HasEnded() && !slice.hasExpired(kSlice));
+  if (!good && !mIsFormat) mHub.sink.Note(QStringLiteral("The card is too small, or cannot be written."));
+  if (!good || mRefill->HasEnded()) return End(good);
+  emit mHub.sink.StateChanged();
+}
+
+void Card::End(bool good) {
+  mSlice.stop();
+  mRefill.reset();
+  if (!mIsFormat) {
+    emit mHub.sink.VideoChanged();
+    return emit mHub.sink.StateChanged();
+  }
+  good = good && mFolder.StampFormat();
   if (good && mState != QLatin1String("worn")) mState = QStringLiteral("good");
   Tell({RECV_ZEL_STATUS_SD_FORMAT_RESULT, good ? kSucceeded : kFailed});
 }
@@ -87,18 +131,25 @@ void Card::Tell(const Answer& answer) {
   emit mHub.sink.StateChanged();
 }
 
-bool Card::Fill(int number, QString* error) {
-  if (!IsReady()) {
-    *error = QStringLiteral("There is no card, or it is being formatted.");
-    return false;
-  }
-  if (mFolder.Erase() && WriteMany(mFolder, number, mHub.clock.Now())) return true;
-  *error = QStringLiteral("The card is too small for %1 recordings.").arg(number);
-  return false;
+void Card::Fill(int number) {
+  mIsFormat = false;
+  Begin(number);
+  emit mHub.sink.VideoChanged();  // it records no more
+}
+
+void Card::StopFilling() {
+  if (IsFilling()) End(false);
+}
+
+QJsonValue Card::Work() const {
+  if (!mRefill) return {};
+  return QJsonObject{{QStringLiteral("what"), mIsFormat ? QStringLiteral("format") : QStringLiteral("fill")},
+                     {QStringLiteral("done"), mRefill->Done()},
+                     {QStringLiteral("of"), mRefill->Steps()}};
 }
 
 bool Card::Corrupt(bool cut, QString* error) {
-  const QString name = IsReady() ? mFolder.Newest() : QString();
+  const QString name = mFolder.Newest();
   QFile file(mFolder.Path(name));
   if (name.isEmpty() || !file.open(QIODevice::ReadWrite)) {
     *error = QStringLiteral("The front camera has no recording.");

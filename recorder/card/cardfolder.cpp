@@ -1,10 +1,12 @@
 #include "recorder/card/cardfolder.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QDirIterator>
 #include <QFile>
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 
 #include "recorder/base/files.h"
@@ -126,12 +128,13 @@ bool CardFolder::AddStop(const QDateTime& from, const QDateTime& to) const {
   return WriteWhole(file.fileName(), lines.mid(std::max<qsizetype>(0, lines.size() - kMostStops)).join('\n') + '\n');
 }
 
-bool CardFolder::Erase() const {
-  const QStringList names = Recordings();
-  const bool good =
-      std::all_of(names.begin(), names.end(), [this](const QString& name) { return QFile::remove(Path(name)); });
-  const QString stops = Path(QLatin1String(kStops));
-  return good && (!QFile::exists(stops) || QFile::remove(stops));
+// The interface may have removed it meanwhile.
+bool CardFolder::Remove(const QString& name) const {
+  return unlink(QFile::encodeName(Path(name)).constData()) == 0 || errno == ENOENT;
+}
+
+bool CardFolder::RemoveStops() const {
+  return Remove(QLatin1String(kStops));
 }
 
 QDateTime CardFolder::Formatted() const {

@@ -62,8 +62,9 @@ public:
   /// Adds a line to the list of the times at which nothing was recorded; the newest thousand are kept.
   bool AddStop(const QDateTime& from, const QDateTime& to) const;
 
-  /// Removes all recordings and the list of stops.
-  bool Erase() const;
+  /// Removes a recording, or the list of stops.
+  bool Remove(const QString& name) const;
+  bool RemoveStops() const;
 
   /// When a recorder has formatted this card; null: none has.
   QDateTime Formatted() const;

@@ -86,14 +86,17 @@ QByteArrayList SharedPictures(const CameraSource& cameras, int camera, qint64 ms
   return pictures;
 }
 
+Label StockLabel(int index, const QDateTime& start) {
+  const Moment& moment = kDay[static_cast<size_t>(index) % std::size(kDay)];
+  return {moment.kind, moment.trigger, moment.cut, moment.clockBroken, start};
+}
+
 bool WriteLastDays(const CardFolder& card, const CameraSource& cameras, const QDateTime& until) {
   const QDateTime first = until.addSecs(-qint64{kMoments} * kBetween);
   const std::array pictures{SharedPictures(cameras, 0, first.toMSecsSinceEpoch()),
                             SharedPictures(cameras, 1, first.toMSecsSinceEpoch())};
   for (int i = 0; i < kMoments; ++i) {
-    const Moment& moment = kDay[static_cast<size_t>(i) % std::size(kDay)];
-    const Label label{moment.kind, moment.trigger, moment.cut, moment.clockBroken,
-                      first.addSecs(qint64{i} * kBetween + i * 37 % 200)};
+    const Label label = StockLabel(i, first.addSecs(qint64{i} * kBetween + i * 37 % 200));
     const int age = kMoments - 1 - i;
     const int seconds = SecondsOf(age);
     for (const int camera : {0, 1}) {
@@ -106,21 +109,6 @@ bool WriteLastDays(const CardFolder& card, const CameraSource& cameras, const QD
     }
     const QDateTime stop = label.start.addSecs(seconds + 10);
     if (i % 29 == 5 && !card.AddStop(stop, stop.addSecs(kAway))) return false;
-  }
-  return true;
-}
-
-bool WriteMany(const CardFolder& card, int number, const QDateTime& until) {
-  constexpr int kSide = 16;
-  PictureEncoder encoder(kSide, kSide);
-  ClipWriter writer(kSide, kSide, 1);
-  writer.Add(encoder.Encode({kSide, kSide, std::vector<quint32>(size_t{kSide} * kSide, 0x406080)}));
-  const QByteArray avi = writer.Finish();
-  for (int i = 0; i < number; ++i) {
-    const Moment& moment = kDay[static_cast<size_t>(i / 2) % std::size(kDay)];
-    const Label label{moment.kind, moment.trigger, moment.cut, moment.clockBroken,
-                      until.addSecs(-60 * qint64{(number - i + 1) / 2})};
-    if (!card.Write(label, i % 2, avi, label.start.addSecs(1).toMSecsSinceEpoch() + i % 2)) return false;
   }
   return true;
 }

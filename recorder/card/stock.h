@@ -21,7 +21,7 @@ QByteArrayList SharedPictures(const CameraSource& cameras, int camera, qint64 ms
 /// them. `until` is the end of the last one. False when the card is full.
 bool WriteLastDays(const CardFolder& card, const CameraSource& cameras, const QDateTime& until);
 
-/// Puts `number` recordings of a second each on a card, one a minute by both cameras. False when the card is full.
-bool WriteMany(const CardFolder& card, int number, const QDateTime& until);
+/// What the recording `index` of a stock is: all kinds and flags come by.
+Label StockLabel(int index, const QDateTime& start);
 
 }  // namespace recorder

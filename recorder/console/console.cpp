@@ -53,8 +53,12 @@ void Console::Connect() {
           [this] { Note(QStringLiteral("The device restarts: the interface is to be started again.")); });
   connect(&mRecorder, &Recorder::InterfaceEndWanted, this,
           [this] { Note(QStringLiteral("An update begins: the interface is to be ended.")); });
-  connect(&mRecorder, &Recorder::TapWanted, this, [this](int x, int y) {
-    Note(QStringLiteral("There is no touch panel here: a tap at %1, %2 is left out.").arg(x).arg(y));
+  connect(&mRecorder, &Recorder::TouchWanted, this, [this](const QJsonObject& request) {
+    Note(QStringLiteral("There is no touch panel here: a %1 is left out.")
+             .arg(request.value(QLatin1String("action")).toString()));
+  });
+  connect(&mRecorder, &Recorder::PictureWanted, this, [this](const QString& path) {
+    Note(QStringLiteral("Nobody reads pictures here: %1 is left out.").arg(path));
   });
 }
 
@@ -170,6 +174,8 @@ Reply Console::Watch(Client& client, const QJsonObject& request, QJsonObject*) {
 QJsonObject Console::State() const {
   return {{QStringLiteral("video"), mRecorder.VideoState()},
           {QStringLiteral("recorder"), mRecorder.State()},
+          {QStringLiteral("armed"), mRecorder.Armed()},
+          {QStringLiteral("unavailable"), mRecorder.Unavailable()},
           {QStringLiteral("root"), mRoot},
           {QStringLiteral("log"), mLog.Last()}};
 }

@@ -45,9 +45,13 @@ void Cameras::Parked(bool parked) {
   Changed();
 }
 
-bool Cameras::PlugRear(bool plugged) {
+void Cameras::SetPlugged(bool plugged) {
   mPlugged = plugged;
   Changed();
+}
+
+bool Cameras::PlugRear(bool plugged) {
+  SetPlugged(plugged);
   return mHub.sink.Send(plugged ? RECV_ZEL_STATUS_REARCAM_CONNECT : RECV_ZEL_STATUS_REARCAM_DISCONNECT);
 }
 

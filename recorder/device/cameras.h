@@ -27,6 +27,9 @@ public:
   /// Plugs or unplugs the rear camera and tells the interface. False when the queue is full.
   bool PlugRear(bool plugged);
 
+  /// The same without telling.
+  void SetPlugged(bool plugged);
+
   int Count() const { return mPlugged ? 2 : 1; }
   QJsonObject State() const;
   /// All of the plane but the recording.

@@ -50,12 +50,19 @@ int Power::LcdValue() const {
   return kLcdValues[static_cast<size_t>(mClock.elapsed() / mHub.delays.lcdStep) % kLcdValues.size()];
 }
 
+bool Power::IsLow() const {
+  return mBattery < (mHub.settings.Get(Set_Cfg_Power_Cut_lvl_Type) == 1 ? kCutOff24 : kCutOff12);
+}
+
 bool Power::SetBattery(double volts) {
-  const double cutOff = mHub.settings.Get(Set_Cfg_Power_Cut_lvl_Type) == 1 ? kCutOff24 : kCutOff12;
-  const bool wasLow = mBattery < cutOff;
+  const bool wasLow = IsLow();
   mBattery = volts;
-  const bool isLow = mBattery < cutOff;
-  return isLow == wasLow || Count(isLow);
+  return IsLow() == wasLow || Count(!wasLow);
+}
+
+void Power::Remember(double volts) {
+  mBattery = volts;
+  if (IsLow()) mPowerOff.start(mHub.delays.powerOff);
 }
 
 bool Power::Count(bool on) {

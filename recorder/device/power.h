@@ -22,6 +22,10 @@ public:
   /// coming back stops it. False when the queue is full.
   bool SetBattery(double volts);
 
+  /// The same without telling.
+  void Remember(double volts);
+  double Battery() const { return mBattery; }
+
   /// Starts the countdown, at whose end the recorder says power off; or stops it. False when the queue is full.
   bool Count(bool on);
 
@@ -32,6 +36,7 @@ public:
   /// What the next verdicts are.
   enum class Verdict { Success, Failure, None };
   void SetVerdict(Verdict verdict) { mVerdict = verdict; }
+  Verdict NextVerdict() const { return mVerdict; }
 
   /// Another battery, of 12 or 24 V; its voltage is that of a full one. The interface learns of it at its next start.
   /// False when the queue is full.
@@ -41,6 +46,8 @@ public:
   QJsonObject State() const;
 
 private:
+  bool IsLow() const;
+
   Hub& mHub;
   double mBattery = 12.34;
   QElapsedTimer mClock;

@@ -21,12 +21,15 @@ struct Action {
   const char* label;
   bool (*act)(Parts& parts, const Values& values, QString* error);
   std::array<Argument, 2> arguments = {};
+  // Why it cannot be done now; null: it can be tried.
+  const char* (*hindrance)(const Parts& parts) = nullptr;
 };
 
 constexpr const char* kSwitch[] = {"off", "on"};
 constexpr const char* kBatteryTypes[] = {"12 V", "24 V"};
 constexpr const char* kVerdicts[] = {"success", "failure", "no answer"};
 constexpr const char* kClocks[] = {"real", "midnight", "leap day", "invalid"};
+constexpr const char* kSpeeds[] = {"1", "10", "60"};
 constexpr const char* kGpsStates[] = {"none", "searching", "fix"};
 constexpr const char* kCardErrors[] = {"0", "5", "7"};
 constexpr const char* kFaults[] = {"0", "1", "5", "7"};
@@ -38,6 +41,7 @@ constexpr const char* kTouchMarkers[] = {"check", "test", "reset"};
 constexpr const char* kTouchMarkerFiles[] = {kTouchCheckMarker, kTouchTestMarker, kTouchResetMarker};
 
 constexpr double kMostMinutes = 14400;  // ten days
+constexpr double kMostSkipped = 1440;   // a day
 constexpr Argument kMinutesAgo{"minutesAgo", 0, kMostMinutes, 0, false, true};
 
 int Whole(double value) {
@@ -83,13 +87,32 @@ bool SetAccModel(Parts& parts, const Values& values, QString*) {
   return parts.sink.Send(RECV_ZEL_STATUS_ACC_SUPPORT, parts.facts.accModel);
 }
 
-bool RecordShock(Parts& parts, const Values&, QString* error) {
-  if (parts.parking.IsParked() || !parts.recording.IsOn()) {
-    *error = QStringLiteral("The car is parked, or nothing is being recorded.");
-    return false;
-  }
+bool RecordShock(Parts& parts, const Values&, QString*) {
   parts.recording.Mark(Label::Kind::Event, Label::Trigger::Impact);
+  parts.voice.Say(Prompt::Impact);
   return true;
+}
+
+bool Park(Parts& parts, const Values& values, QString*) {
+  parts.voice.Say(Prompt::ParkingStarts);
+  return parts.parking.Begin(Whole(values[0]));
+}
+
+template <bool lowVoltage>
+bool DriveOff(Parts& parts, const Values&, QString*) {
+  if (!lowVoltage) parts.voice.Say(Prompt::ParkingEnds);
+  return parts.parking.End(lowVoltage);
+}
+
+bool RecordParkedImpact(Parts& parts, const Values& values, QString* error) {
+  if (!parts.parking.Record(true, Whole(values[0]), error)) return false;
+  if (values[0] == 0) parts.voice.Say(Prompt::Impact);
+  return true;
+}
+
+bool WarnOfBlackspot(Parts& parts, const Values&, QString*) {
+  parts.voice.Say(Prompt::Blackspot);
+  return parts.sink.Send(RECV_ZEL_STATUS_ACC_VOICE);
 }
 
 // Ten seconds before a day that is worth seeing, or a day that no camera knows.
@@ -103,6 +126,23 @@ bool SetClock(Parts& parts, const Values& values, QString* error) {
   const QDateTime& to = times[static_cast<size_t>(values[0])];
   if (to.isNull() ? clock.SetReal() : clock.Set(to)) return true;
   *error = QStringLiteral("The clock cannot be kept.");
+  return false;
+}
+
+bool SetTimeSpeed(Parts& parts, const Values& values, QString*) {
+  const int speed = QByteArray(kSpeeds[static_cast<size_t>(values[0])]).toInt();
+  parts.hub.clock.SetSpeed(speed);
+  if (speed == 1)
+    parts.fastClock.stop();
+  else
+    parts.fastClock.start();
+  parts.KeepClock();
+  return true;
+}
+
+bool LetTimePass(Parts& parts, const Values& values, QString* error) {
+  if (parts.recording.LetPass(qint64{60} * Whole(values[0]))) return true;
+  *error = QStringLiteral("The clock cannot go on so far, or cannot be kept.");
   return false;
 }
 
@@ -132,6 +172,31 @@ bool RemoveMarkers(Parts& parts, const Values&, QString*) {
   return true;
 }
 
+const char* IfParked(const Parts& parts) {
+  return parts.parking.IsParked() ? "The car is parked." : nullptr;
+}
+
+const char* IfDriving(const Parts& parts) {
+  return parts.parking.IsParked() ? nullptr : "The car is not parked.";
+}
+
+const char* IfNotRecorded(const Parts& parts) {
+  if (const char* parked = IfParked(parts)) return parked;
+  return parts.recording.IsOn() ? nullptr : "Nothing is being recorded.";
+}
+
+const char* IfCardIsAway(const Parts& parts) {
+  return parts.card.Hindrance();
+}
+
+const char* IfRecordingByHand(const Parts& parts) {
+  return parts.manualEvent.IsOn() ? "A recording is being made by hand." : nullptr;
+}
+
+const char* IfUpdating(const Parts& parts) {
+  return parts.update.IsRunning() ? "An update is under way." : nullptr;
+}
+
 using P = Parts;
 using V = Values;
 
@@ -144,31 +209,24 @@ constexpr Action kActions[] = {
      [](P& p, const V&, QString*) { return p.cameras.PlugRear(false); }},
     {"rearError", "Cameras", "Rear camera fails", Tell<RECV_ZEL_STATUS_REARCAM_ERROR>},
 
-    {"shock", "Driving", "Impact while driving", RecordShock},
+    {"shock", "Driving", "Impact while driving", RecordShock, {}, IfNotRecorded},
 
-    {"parkIn",
-     "Parking",
-     "Park",
-     [](P& p, const V& v, QString* e) { return p.parking.Begin(Whole(v[0]), e); },
-     {kMinutesAgo}},
-    {"impact",
-     "Parking",
-     "Impact while parked",
-     [](P& p, const V& v, QString* e) { return p.parking.Record(true, Whole(v[0]), e); },
-     {kMinutesAgo}},
+    {"parkIn", "Parking", "Park", Park, {kMinutesAgo}, IfParked},
+    {"impact", "Parking", "Impact while parked", RecordParkedImpact, {kMinutesAgo}, IfDriving},
     {"motion",
      "Parking",
      "Motion while parked",
      [](P& p, const V& v, QString* e) { return p.parking.Record(false, Whole(v[0]), e); },
-     {kMinutesAgo}},
-    {"parkOut", "Parking", "Drive off", [](P& p, const V&, QString* e) { return p.parking.End(false, e); }},
-    {"parkLowVoltage", "Parking", "Parking ends by low voltage",
-     [](P& p, const V&, QString* e) { return p.parking.End(true, e); }},
+     {kMinutesAgo},
+     IfDriving},
+    {"parkOut", "Parking", "Drive off", DriveOff<false>, {}, IfDriving},
+    {"parkLowVoltage", "Parking", "Parking ends by low voltage", DriveOff<true>, {}, IfDriving},
     {"report",
      "Parking",
      "Parking ends with a report",
-     [](P& p, const V& v, QString* e) { return p.parking.Leave(static_cast<Parking::Sample>(Whole(v[0])), e); },
-     {Argument{"kind", 0, 0, 0, false, false, kReports}}},
+     [](P& p, const V& v, QString*) { return p.parking.Leave(static_cast<Parking::Sample>(Whole(v[0]))); },
+     {Argument{"kind", 0, 0, 0, false, false, kReports}},
+     IfParked},
     {"closeReport", "Parking", "Close the parking report", Tell<RECV_ZEL_STATUS_PARK_INFO_CLOSE>},
 
     {"battery",
@@ -211,13 +269,27 @@ constexpr Action kActions[] = {
     {"sdFull",
      "SD card",
      "Card full of recordings",
-     [](P& p, const V& v, QString* e) { return p.card.Fill(Whole(v[0]), e); },
-     {Argument{"recordings", 1, 50000, 1000}}},
+     [](P& p, const V& v, QString*) {
+       p.card.Fill(Whole(v[0]));
+       return true;
+     },
+     {Argument{"recordings", 1, 50000, 1000}},
+     IfCardIsAway},
+    {"sdFullStop",
+     "SD card",
+     "Stop filling the card",
+     [](P& p, const V&, QString*) {
+       p.card.StopFilling();
+       return true;
+     },
+     {},
+     [](const P& p) -> const char* { return p.card.IsFilling() ? nullptr : "The card is not being filled."; }},
     {"sdCorrupt",
      "SD card",
      "Damage the newest recording",
      [](P& p, const V& v, QString* e) { return p.card.Corrupt(v[0] == 0, e); },
-     {Argument{"how", 0, 0, 0, false, false, kDamages}}},
+     {Argument{"how", 0, 0, 0, false, false, kDamages}},
+     IfCardIsAway},
     {"sdCheckFinds",
      "SD card",
      "Next check finds",
@@ -226,11 +298,14 @@ constexpr Action kActions[] = {
        return true;
      },
      {Argument{"fault", 0, 0, 0, false, false, kFaults}}},
-    {"sdFormatFails", "SD card", "Next format fails",
-     [](P& p, const V&, QString*) {
-       p.card.FailNextFormat();
+    {"sdFormatFails",
+     "SD card",
+     "The next formats fail",
+     [](P& p, const V& v, QString*) {
+       p.card.FailFormats(Whole(v[0]));
        return true;
-     }},
+     },
+     {Argument{"number", 0, 1000, 1, false, true}}},
     {"sdError", "SD card", "Card error", SetCardError, {Argument{"code", 0, 0, 0, false, false, kCardErrors}}},
     {"sdWorn", "SD card", "Card worn out",
      [](P& p, const V&, QString*) { return TellCard<RECV_ZEL_STATUS_HW_ERROR, 8>(p, "worn"); }},
@@ -268,7 +343,7 @@ constexpr Action kActions[] = {
        return p.sink.Send(v[0] != 0 ? RECV_ZEL_STATUS_MUTE_ON : RECV_ZEL_STATUS_MUTE_OFF);
      },
      {Argument{"state", 0, 0, 0, false, false, kSwitch}}},
-    {"blackspot", "Sound", "Accident blackspot ahead", Tell<RECV_ZEL_STATUS_ACC_VOICE>},
+    {"blackspot", "Sound", "Accident blackspot ahead", WarnOfBlackspot},
     {"voiceEndNow", "Sound", "Voice ends now", [](P& p, const V&, QString*) { return p.voice.EndNow(); }},
     {"voiceEndSuppress",
      "Sound",
@@ -294,6 +369,13 @@ constexpr Action kActions[] = {
       Argument{"value", std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), 0}}},
 
     {"clock", "Clock", "Set the clock", SetClock, {Argument{"to", 0, 0, 0, false, false, kClocks}}},
+    {"timeSpeed", "Clock", "Speed of time", SetTimeSpeed, {Argument{"speed", 0, 0, 0, false, false, kSpeeds}}},
+    {"timeSkip",
+     "Clock",
+     "Let time pass (minutes)",
+     LetTimePass,
+     {Argument{"minutes", 1, kMostSkipped, 60}},
+     IfRecordingByHand},
 
     {"factoryReset", "Start-up", "Factory settings: restart", ResetSettings},
     {"updateMarker",
@@ -304,14 +386,39 @@ constexpr Action kActions[] = {
     {"update",
      "Start-up",
      "Update the firmware: restart",
-     [](P& p, const V& v, QString* e) { return p.update.Begin(v[0] == 0 ? kUpdateMarker : kUpdateMarker2, e); },
-     {Argument{"file", 0, 0, 0, false, false, kUpdateMarkers}}},
+     [](P& p, const V& v, QString*) {
+       p.update.Begin(v[0] == 0 ? kUpdateMarker : kUpdateMarker2);
+       return true;
+     },
+     {Argument{"file", 0, 0, 0, false, false, kUpdateMarkers}},
+     IfUpdating},
     {"touchMarker",
      "Start-up",
      "Touch check (after an update), test, or reset: restart",
      [](P& p, const V& v, QString* e) { return MakeMarker(p, kTouchMarkerFiles[static_cast<size_t>(v[0])], e); },
      {Argument{"file", 0, 0, 0, false, false, kTouchMarkers}}},
     {"removeMarkers", "Start-up", "Remove all these markers", RemoveMarkers},
+};
+
+// What an action has prepared: the value of its argument now, and the one with which nothing is.
+struct Armament {
+  const char* action;
+  const char* argument;
+  QJsonValue (*now)(const Parts& parts);
+  QJsonValue none;
+};
+
+const Armament kArmaments[] = {
+    {"commandsFail", "number", [](const P& p) { return QJsonValue(p.facts.failing); }, 0},
+    {"sdFormatFails", "number", [](const P& p) { return QJsonValue(p.card.FailingFormats()); }, 0},
+    {"sdCheckFinds", "fault", [](const P& p) { return QJsonValue(QString::number(p.card.NextFault())); },
+     QLatin1String(kFaults[0])},
+    {"voltageVerdict", "verdict",
+     [](const P& p) { return QJsonValue(QLatin1String(kVerdicts[static_cast<size_t>(p.power.NextVerdict())])); },
+     QLatin1String(kVerdicts[0])},
+    {"voiceEndSuppress", "state",
+     [](const P& p) { return QJsonValue(QLatin1String(kSwitch[p.voice.IsSuppressed() ? 1 : 0])); },
+     QLatin1String(kSwitch[0])},
 };
 
 const Action* FindAction(const QString& name) {
@@ -323,7 +430,7 @@ const Action* FindAction(const QString& name) {
 // The action of this name with its arguments in order, or null and one sentence in `error`.
 const Action* Prepare(const QString& name, const QJsonObject& arguments, Values* values, QString* error) {
   const Action* action = FindAction(name);
-  if (!action) *error = QStringLiteral("There is no action \"%1\".").arg(name.left(40));
+  if (!action) *error = QStringLiteral("There is no action \"%1\".").arg(name.simplified().left(40));
   return action && TakeArguments(name, action->arguments, arguments, *values, error) ? action : nullptr;
 }
 
@@ -336,6 +443,23 @@ QJsonArray DescribeActions() {
   return actions;
 }
 
+QJsonArray DescribeArmed(const Parts& parts) {
+  QJsonArray armed;
+  for (const auto& [action, argument, now, none] : kArmaments)
+    if (const QJsonValue value = now(parts); value != none)
+      armed.append(
+          recorder::DescribeArmed(action, {{QLatin1String(argument), value}}, {{QLatin1String(argument), none}}));
+  return armed;
+}
+
+QJsonObject DescribeUnavailable(const Parts& parts) {
+  QJsonObject unavailable;
+  for (const Action& action : kActions)
+    if (const char* sentence = action.hindrance ? action.hindrance(parts) : nullptr)
+      unavailable.insert(QLatin1String(action.name), QLatin1String(sentence));
+  return unavailable;
+}
+
 bool CheckAction(const QString& name, const QJsonObject& arguments, QString* error) {
   Values values{};
   return Prepare(name, arguments, &values, error) != nullptr;
@@ -345,6 +469,10 @@ bool DoAction(Parts& parts, const QString& name, const QJsonObject& arguments, Q
   Values values{};
   const Action* action = Prepare(name, arguments, &values, error);
   if (!action) return false;
+  if (const char* sentence = action->hindrance ? action->hindrance(parts) : nullptr) {
+    *error = QLatin1String(sentence);
+    return false;
+  }
   error->clear();
   if (action->act(parts, values, error)) return true;
   if (error->isEmpty()) *error = QStringLiteral("The status queue is full: the interface was not told.");

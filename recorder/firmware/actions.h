@@ -11,6 +11,10 @@ struct Parts;
 /// Every action, as Recorder::Actions() says.
 QJsonArray DescribeActions();
 
+/// What actions have prepared, and which of them cannot be done now: see Recorder::Armed() and Unavailable().
+QJsonArray DescribeArmed(const Parts& parts);
+QJsonObject DescribeUnavailable(const Parts& parts);
+
 /// Whether there is such an action and the arguments suit it. False with one sentence in `error`.
 using ActionCheck = bool (*)(const QString& name, const QJsonObject& arguments, QString* error);
 

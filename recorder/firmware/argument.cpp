@@ -60,8 +60,16 @@ bool TakeArguments(const QString& action, std::span<const Argument> arguments, Q
     return false;
   }
   if (given.isEmpty()) return true;
-  *error = QStringLiteral("The action %1 knows no \"%2\".").arg(action, given.keys().constFirst().left(40));
+  *error =
+      QStringLiteral("The action %1 knows no \"%2\".").arg(action, given.keys().constFirst().simplified().left(40));
   return false;
+}
+
+QJsonObject DescribeArmed(const char* action, const QJsonObject& now, QJsonObject none) {
+  none.insert(QStringLiteral("name"), QLatin1String(action));
+  return {{QStringLiteral("action"), QLatin1String(action)},
+          {QStringLiteral("arguments"), now},
+          {QStringLiteral("disarm"), none}};
 }
 
 QJsonObject DescribeAction(const char* name, const char* group, const char* label,

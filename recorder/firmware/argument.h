@@ -32,6 +32,9 @@ struct Argument {
 bool TakeArguments(const QString& action, std::span<const Argument> arguments, QJsonObject given,
                    std::span<double> values, QString* error);
 
+/// What an action has prepared, as Recorder::Armed() says: its arguments as they are, and as they undo it.
+QJsonObject DescribeArmed(const char* action, const QJsonObject& now, QJsonObject none);
+
 /// An action as Recorder::Actions() says.
 QJsonObject DescribeAction(const char* name, const char* group, const char* label, std::span<const Argument> arguments);
 

@@ -58,10 +58,10 @@ int Keep(Parts& parts, Request& request) {
 }
 
 // Kept, and a voice tells the new level.
-template <Setting_Id id>
+template <Setting_Id id, Prompt prompt>
 int KeepAndSpeak(Parts& parts, Request& request) {
   parts.hub.settings.Set(id, request.value);
-  parts.voice.Speak(parts.hub.delays.voice);
+  parts.voice.Speak(prompt, parts.hub.delays.voice, request.value);
   return 0;
 }
 
@@ -163,7 +163,10 @@ int TellLcdValue(Parts& parts, Request& request) {
 }
 
 int RecordManualEvent(Parts& parts, Request&) {
-  return parts.manualEvent.Begin() ? 0 : kRefused;
+  const bool wasOn = parts.manualEvent.IsOn();
+  if (!parts.manualEvent.Begin()) return kRefused;
+  if (!wasOn) parts.voice.Say(Prompt::RecordingByHand);
+  return 0;
 }
 
 int InitUserData(Parts& parts, Request&) {
@@ -193,13 +196,13 @@ constexpr Field kFields[] = {
     {SFIELD_PLAY_VIDEO, "SFIELD_PLAY_VIDEO", kPath, PlayPath},
     {SFIELD_CONTROL_VIDEO, "SFIELD_CONTROL_VIDEO", kInt, ControlPlayback},
     {SFIELD_SET_VIDEO_FRAMRATE, "SFIELD_SET_VIDEO_FRAMRATE", kInt, Accept},
-    {SFIELD_SET_AUDIO_IN_GAIN, "SFIELD_SET_AUDIO_IN_GAIN", kInt, KeepAndSpeak<Set_Cfg_Volume>},
-    {SFIELD_SET_AUDIO_OUT_GAIN, "SFIELD_SET_AUDIO_OUT_GAIN", kInt, KeepAndSpeak<Set_Cfg_Spk_Volume>},
+    {SFIELD_SET_AUDIO_IN_GAIN, "SFIELD_SET_AUDIO_IN_GAIN", kInt, KeepAndSpeak<Set_Cfg_Volume, Prompt::Microphone>},
+    {SFIELD_SET_AUDIO_OUT_GAIN, "SFIELD_SET_AUDIO_OUT_GAIN", kInt, KeepAndSpeak<Set_Cfg_Spk_Volume, Prompt::Volume>},
     {SFIELD_SET_SYSTEM_SD_CHECK, "SFIELD_SET_SYSTEM_SD_CHECK", kInt, Accept},
     {SFIELD_SET_SYSTEM_SD_FORMAT, "SFIELD_SET_SYSTEM_SD_FORMAT", kInt, FormatCard},
     {SFIELD_VIDEO_REC_START, "SFIELD_VIDEO_REC_START", kInt, BeginRecording},
     {SFIELD_VIDEO_REC_STOP, "SFIELD_VIDEO_REC_STOP", kInt, EndRecording},
-    {SFIELD_SET_AUDIO_OUT_MUTE, "SFIELD_SET_AUDIO_OUT_MUTE", kInt, KeepAndSpeak<Set_Cfg_Buzer_Flag>},
+    {SFIELD_SET_AUDIO_OUT_MUTE, "SFIELD_SET_AUDIO_OUT_MUTE", kInt, KeepAndSpeak<Set_Cfg_Buzer_Flag, Prompt::VoiceOn>},
     {SFIELD_SET_EVENT_BUZER, "SFIELD_SET_EVENT_BUZER", kInt, Keep<Set_Cfg_Event_Buzer>},
     {SFIELD_SET_ACC_VOLUME, "SFIELD_SET_ACC_VOLUME", kInt, Keep<Set_Cfg_Acc_Volume>},
     {SFIELD_SET_LCD_AUTO_OFF, "SFIELD_SET_LCD_AUTO_OFF", kInt, Keep<Set_Cfg_Lcd_Auto_Off>},

@@ -32,13 +32,15 @@ struct Facts {
 struct Parts {
   explicit Parts(const QString& root);
 
+  void KeepClock();  ///< tells the interface the time; what cannot be kept is noted
+
   StatusChannel status;
   Sink sink{status};
   Hub hub;
   CameraSource source = DrawStripes;
   Cameras cameras{hub};
   Power power{hub};
-  Voice voice{sink};
+  Voice voice{hub};
   FrontLed frontLed{hub};
   Card card{hub};
   ClipMaker clips{[this](int camera, qint64 ms, Picture* picture) { source(camera, ms, picture); }};  // of a replay
@@ -48,7 +50,8 @@ struct Parts {
   ManualEvent manualEvent{hub, recording};
   Update update{hub};
   Facts facts;
-  QTimer restart;  // to the restart of the device
+  QTimer restart;    // to the restart of the device
+  QTimer fastClock;  // to the next time that a clock which runs faster is told
 };
 
 }  // namespace recorder

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <algorithm>
 #include <utility>
 
 #include "gui/vocabulary/vocabulary.h"
@@ -13,8 +14,13 @@
 #include "recorder/firmware/parts.h"
 #include "recorder/firmware/scenario.h"
 #include "recorder/link/commandserver.h"
+#include "recorder/service/requests.h"
 
 using namespace recorder;
+
+namespace {
+constexpr double kMostVolts = 32;
+}  // namespace
 
 Recorder::Recorder(const QString& root, QObject* parent)
     : QObject(parent),
@@ -43,15 +49,18 @@ void Recorder::Connect() {
   connect(sink, &Sink::Stored, this, &Recorder::Stored);
   connect(sink, &Sink::RestartWanted, this, &Recorder::RestartWanted);
   connect(sink, &Sink::InterfaceEndWanted, this, &Recorder::InterfaceEndWanted);
-  connect(mScenario.get(), &Scenario::TapWanted, this, &Recorder::TapWanted);
-  connect(mScenario.get(), &Scenario::EventWanted, this, [this](int event, int value) {
-    emit EventWanted({{QStringLiteral("event"), event}, {QStringLiteral("value"), value}});
-    SendStatus(event, value);
+  connect(mScenario.get(), &Scenario::Changed, this, &Recorder::StateChanged);
+  connect(mScenario.get(), &Scenario::TouchWanted, this, &Recorder::TouchWanted);
+  connect(mScenario.get(), &Scenario::PictureWanted, this, &Recorder::PictureWanted);
+  connect(mScenario.get(), &Scenario::EventWanted, this, [this](const QJsonObject& request) {
+    emit EventWanted(request);
+    int event = 0, value = 0;
+    if (requests::TakeEvent(request, &event, &value).IsGood()) SendStatus(event, value);
   });
-  connect(mScenario.get(), &Scenario::ActionWanted, this, [this](const QString& name, const QJsonObject& arguments) {
-    QJsonObject request = arguments;
-    request.insert(QStringLiteral("name"), name);
+  connect(mScenario.get(), &Scenario::ActionWanted, this, [this](const QJsonObject& request) {
     emit ActionWanted(request);
+    QJsonObject arguments = request;
+    const QString name = arguments.take(QLatin1String("name")).toString();
     QString error;  // of one that cannot be done now: it is in the log
     if (CheckAction(name, arguments, &error)) Do(name, arguments, &error);
   });
@@ -72,13 +81,14 @@ void Recorder::Greet() {
     mParts->playback.Stop();
     mParts->recording.Begin();
   }
-  if (!std::exchange(mGreeted, true)) mScenario->Start();
+  if (!std::exchange(mGreeted, true) && !mScenario->IsPlaying()) mScenario->Start();
 }
 
 Recorder::~Recorder() {
   mParts->recording.Finish();
   mParts->card.Finish();
   mParts->update.Finish();
+  if (mParts->hub.clock.Speed() > 1) mParts->KeepClock();
 }
 
 void Recorder::SetDelays(const Delays& delays) {
@@ -149,6 +159,27 @@ bool Recorder::FillNewCard(QString* error, const QDateTime& until) {
   return false;
 }
 
+QJsonObject Recorder::Memory() const {
+  return {{QStringLiteral("rearPlugged"), mParts->cameras.Count() == 2},
+          {QStringLiteral("battery"), mParts->power.Battery()},
+          {QStringLiteral("parking"), mParts->parking.Memory()},
+          {QStringLiteral("gps"), mParts->facts.gps},
+          {QStringLiteral("speed"), mParts->facts.speed},
+          {QStringLiteral("accModel"), mParts->facts.accModel}};
+}
+
+void Recorder::Remember(const QJsonObject& memory) {
+  Facts& facts = mParts->facts;
+  mParts->cameras.SetPlugged(memory.value(QLatin1String("rearPlugged")).toBool(true));
+  mParts->power.Remember(
+      std::clamp(memory.value(QLatin1String("battery")).toDouble(mParts->power.Battery()), 0.0, kMostVolts));
+  mParts->parking.Remember(memory.value(QLatin1String("parking")).toObject());
+  facts.gps = std::clamp(memory.value(QLatin1String("gps")).toInt(facts.gps), 0, 2);
+  facts.speed = std::clamp(memory.value(QLatin1String("speed")).toInt(facts.speed), 0, 300);
+  facts.accModel = memory.value(QLatin1String("accModel")).toBool(facts.accModel);
+  emit StateChanged();
+}
+
 void Recorder::RemoveTransport() {
   StatusChannel::Remove();
 }
@@ -184,8 +215,8 @@ Reply Recorder::Act(const QString& name, const QJsonObject& arguments) {
 bool Recorder::PutOwnPicture(const QByteArray& bmp, QString* error) {
   Hub& hub = mParts->hub;
   const QString path = hub.Path(kOwnPicture);
-  if (!mParts->card.IsReady()) {
-    *error = QStringLiteral("There is no card, or it is being formatted.");
+  if (const char* hindrance = mParts->card.Hindrance()) {
+    *error = QLatin1String(hindrance);
     return false;
   }
   if (!QDir().mkpath(QFileInfo(path).path()) || !WriteWhole(path, bmp)) {
@@ -210,9 +241,23 @@ QJsonArray Recorder::Events() {
   return events;
 }
 
+QJsonArray Recorder::Armed() const {
+  return DescribeArmed(*mParts);
+}
+
+QJsonObject Recorder::Unavailable() const {
+  return DescribeUnavailable(*mParts);
+}
+
 bool Recorder::PlayScenario(const QString& file, QString* error, ActionCheck check) {
   if (!mScenario->Load(file, check, error)) return false;
   if (mGreeted) mScenario->Start();
+  return true;
+}
+
+bool Recorder::PlayScenario(const QByteArray& text, const QString& name, QString* error, ActionCheck check) {
+  if (!mScenario->Take(text, name, QStringLiteral(":/scenarios"), check, error)) return false;
+  mScenario->Start();
   return true;
 }
 
@@ -222,6 +267,7 @@ QJsonObject Recorder::State() const {
           {QStringLiteral("setup"), parts.hub.settings.Block()},
           {QStringLiteral("setupBefore"), parts.hub.settings.BlockBefore()},
           {QStringLiteral("clockOffset"), parts.hub.clock.Offset()},
+          {QStringLiteral("timeSpeed"), parts.hub.clock.Speed()},
           {QStringLiteral("cameras"), parts.cameras.State()},
           {QStringLiteral("motion"), parts.hub.settings.Motion()},
           {QStringLiteral("frontLed"), parts.frontLed.State()},
@@ -232,6 +278,7 @@ QJsonObject Recorder::State() const {
           {QStringLiteral("manualEvent"), parts.manualEvent.IsOn()},
           {QStringLiteral("playback"), parts.playback.State()},
           {QStringLiteral("card"), parts.card.State()},
+          {QStringLiteral("cardWork"), parts.card.Work()},
           {QStringLiteral("gps"), parts.facts.gps},
           {QStringLiteral("speed"), parts.facts.speed},
           {QStringLiteral("accModel"), parts.facts.accModel},
@@ -239,6 +286,10 @@ QJsonObject Recorder::State() const {
           {QStringLiteral("scenario"), mScenario->IsPlaying()},
           {QStringLiteral("connections"), mServer->Connections()},
           {QStringLiteral("waitingEvents"), parts.status.Waiting()}};
+}
+
+bool Recorder::IsCardBusy() const {
+  return !mParts->card.Work().isNull();
 }
 
 VideoPlane Recorder::Video() const {

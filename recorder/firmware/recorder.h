@@ -65,6 +65,13 @@ public:
   /// Puts on the card what Stored() told. False, with one sentence in `error`, when it is no such thing.
   bool Store(const QJsonObject& what, QString* error);
 
+  /// What it knows and no file does, for a recorder that is to go on as this one: the rear camera, the battery, a
+  /// parking under way, GPS and speed, the accessory power.
+  QJsonObject Memory() const;
+  /// Goes on so; an interface hears of it when it starts. What makes no sense, or is missing, stays as it is. After
+  /// Start().
+  void Remember(const QJsonObject& memory);
+
   /// Removes the queue and the segment from the machine. For the end of the bench, when the interface has ended.
   static void RemoveTransport();
 
@@ -92,25 +99,45 @@ public:
   /// Every status event: [{"event", "name"}]
   static QJsonArray Events();
 
-  /// Plays the scenario of `file`: one JSON object a line, {"ms", "event", "value"}, {"ms", "action", its arguments} or
-  /// {"ms", "touch": {"x", "y"}}; ms (0..86400000) count from the interface's first command, or from now when that has
-  /// come already. The whole file is checked first: false, with one sentence that names the line. It replaces a
-  /// scenario that is being played. `check`: the actions that it may have; those that are not the recorder's are left
-  /// to whoever hears ActionWanted().
+  /// What actions have prepared and is still to come: [{"action", "arguments", "disarm"}], its arguments as they are
+  /// now, and the request of the same action that undoes it.
+  QJsonArray Armed() const;
+
+  /// The actions that cannot be done now, each with one sentence: {"parkOut": "The car is not parked."}
+  QJsonObject Unavailable() const;
+
+  /// Plays the scenario of `file`: one JSON object a line, {"ms", "event", "value"}, {"ms", "action", its arguments},
+  /// {"ms", "touch": {"x", "y", ...}}, {"ms", "say": a sentence} or {"ms", "picture": the name of a file beside it}; ms
+  /// (0..86400000) count from the interface's first command, or from now when that has come already. The whole file is
+  /// checked first: false, with one sentence that names the line. It replaces a scenario that is being played. `check`:
+  /// the actions that it may have; those that are not the recorder's are left to whoever hears ActionWanted().
   bool PlayScenario(const QString& file, QString* error, recorder::ActionCheck check = recorder::CheckAction);
+
+  /// The same, from now on, with the text of a scenario that stands nowhere, and how it is called.
+  bool PlayScenario(const QByteArray& text, const QString& name, QString* error,
+                    recorder::ActionCheck check = recorder::CheckAction);
+
+  /// What is being played, or was.
+  recorder::Scenario& TheScenario() { return *mScenario; }
+  const recorder::Scenario& TheScenario() const { return *mScenario; }
 
   /// The recorder's whole state, for a person and for tests: settings, decoded setup block, cameras, power, card, ...
   QJsonObject State() const;
+
+  /// The card is being filled or emptied: it goes on while the event loop runs.
+  bool IsCardBusy() const;
 
   VideoPlane Video() const;
   QJsonObject VideoState() const;  ///< the same for a person and for tests
 
 signals:
-  /// One entry of the log: {"kind": "command"|"event"|"action"|"note", "name", "field" or "event", "value", "result",
+  /// One entry of the log: {"kind": "command"|"event"|"action"|"voice"|"note", "name", "field" or "event", "value",
+  /// "result",
   /// ...}
   ///   command: "name" of the field, "field", "value" (4 bytes) or "data" (hex), "result", "answer" of a query
   ///   event:   "name", "event", "value", "result" (0, or -1: not sent)
   ///   action:  "name", "arguments", "result", "error" when refused
+  ///   voice:   "name" is what the recorder says, aloud
   ///   note:    "name" is one sentence
   void Logged(const QJsonObject& entry);
   void StateChanged();
@@ -121,8 +148,9 @@ signals:
   /// be one that is not the recorder's.
   void EventWanted(const QJsonObject& request);
   void ActionWanted(const QJsonObject& request);
-  /// A scenario wants a tap on the screen, x 0..479 and y 0..319.
-  void TapWanted(int x, int y);
+  /// A scenario wants a touch ({"action", "x", "y", ...}), or a picture of the driver's on the card: its file.
+  void TouchWanted(const QJsonObject& request);
+  void PictureWanted(const QString& path);
   /// The firmware restarts the device: the interface must be ended and started again.
   void RestartWanted();
   /// An update begins: the interface must be ended. It comes back by RestartWanted().

@@ -18,17 +18,12 @@ Update::Update(Hub& hub) : mHub(hub) {
   mTimer.callOnTimeout([this] { Step(); });
 }
 
-bool Update::Begin(const char* marker, QString* error) {
-  if (IsRunning()) {
-    *error = QStringLiteral("An update is under way.");
-    return false;
-  }
+void Update::Begin(const char* marker) {
   mMarker = marker;
   mStep = 0;
   mTimer.start(mHub.delays.update);
   emit mHub.sink.InterfaceEndWanted();
   emit mHub.sink.VideoChanged();
-  return true;
 }
 
 void Update::Finish() {

@@ -14,8 +14,8 @@ class Update {
 public:
   explicit Update(Hub& hub);
 
-  /// Begins one that leaves the file `marker`. False with one sentence in `error` when one is under way.
-  bool Begin(const char* marker, QString* error);
+  /// Begins one that leaves the file `marker`; not while one is under way.
+  void Begin(const char* marker);
 
   /// The recorder ends: an update under way is given up, and the interface comes back.
   void Finish();

@@ -1,6 +1,7 @@
 #include "recorder/recording/manualevent.h"
 
 #include <QFile>
+#include <algorithm>
 
 #include "recorder/base/files.h"
 
@@ -18,7 +19,9 @@ ManualEvent::~ManualEvent() {
 bool ManualEvent::Begin() {
   if (IsOn()) return true;
   if (!WriteWhole(mHub.Path(kManualEvent), QByteArray())) return false;
-  mEnd.start(mHub.delays.manualEvent);
+  const int speed = mHub.clock.Speed();
+  // However fast the time runs, all its pictures have come with the second tick of the recording.
+  mEnd.start(speed == 1 ? mHub.delays.manualEvent : std::max(mHub.delays.manualEvent / speed, 2 * mHub.delays.picture));
   mRecording.Mark(Label::Kind::Protected, Label::Trigger::None);
   return true;
 }

@@ -1,6 +1,7 @@
 #include "recorder/recording/parking.h"
 
 #include <QDateTime>
+#include <QJsonArray>
 #include <QtEndian>
 #include <algorithm>
 
@@ -24,6 +25,12 @@ void Append(QByteArray* bytes, const QList<int>& times) {
   for (int time : times) Append(bytes, time);
 }
 
+QJsonArray ToArray(const QList<int>& times) {
+  QJsonArray array;
+  for (const int time : times) array.append(time);
+  return array;
+}
+
 }  // namespace
 
 QByteArray Parking::Report(int start, int end, int lowVoltage, const QList<int>& impacts, const QList<int>& motions) {
@@ -34,24 +41,20 @@ QByteArray Parking::Report(int start, int end, int lowVoltage, const QList<int>&
   return bytes;
 }
 
-bool Parking::Begin(int minutesAgo, QString* error) {
-  if (IsParked()) {
-    *error = QStringLiteral("The car is parked already.");
-    return false;
-  }
-  mStart = SecondsAgo(mHub.clock, 60 * minutesAgo);
+void Parking::GoOn(int start) {
+  mStart = start;
   mImpacts.clear();
   mMotions.clear();
   mCameras.Parked(true);
   mRecording.SetParked(true);
+}
+
+bool Parking::Begin(int minutesAgo) {
+  GoOn(SecondsAgo(mHub.clock, 60 * minutesAgo));
   return mHub.sink.Send(RECV_ZEL_STATUS_PARK_MODE_IN);
 }
 
-bool Parking::End(bool lowVoltage, QString* error) {
-  if (!IsParked()) {
-    *error = QStringLiteral("The car is not parked.");
-    return false;
-  }
+bool Parking::End(bool lowVoltage) {
   // A parking lasts a second at least: one without a duration is none.
   const int end = std::max(SecondsAgo(mHub.clock, 0), mStart + 1);
   const QByteArray report = Report(mStart, lowVoltage ? 0 : end, lowVoltage ? end : 0, mImpacts, mMotions);
@@ -99,18 +102,10 @@ QByteArray Parking::Bytes(Sample sample) const {
   return {};
 }
 
-bool Parking::Leave(Sample sample, QString* error) {
-  if (IsParked()) {
-    *error = QStringLiteral("The car is parked: it leaves its own report.");
-    return false;
-  }
-  return TellEnd(Bytes(sample));
-}
-
 bool Parking::Record(bool impact, int minutesAgo, QString* error) {
   QList<int>& times = impact ? mImpacts : mMotions;
-  if (!IsParked() || times.size() >= kMostRecordings) {
-    *error = IsParked() ? QStringLiteral("The parking report is full.") : QStringLiteral("The car is not parked.");
+  if (times.size() >= kMostRecordings) {
+    *error = QStringLiteral("The parking report is full.");
     return false;
   }
   times.append(std::max(mStart, SecondsAgo(mHub.clock, 60 * minutesAgo)));
@@ -120,6 +115,22 @@ bool Parking::Record(bool impact, int minutesAgo, QString* error) {
   else
     mRecording.MarkPast(trigger, times.constLast());
   return true;
+}
+
+QJsonObject Parking::Memory() const {
+  if (!IsParked()) return {};
+  return {{QStringLiteral("since"), mStart},
+          {QStringLiteral("impacts"), ToArray(mImpacts)},
+          {QStringLiteral("motions"), ToArray(mMotions)}};
+}
+
+void Parking::Remember(const QJsonObject& memory) {
+  const int since = memory.value(QLatin1String("since")).toInt();
+  if (since <= 0) return;
+  GoOn(since);
+  for (const auto& [times, member] : {std::pair(&mImpacts, "impacts"), {&mMotions, "motions"}})
+    for (const QJsonValue& time : memory.value(QLatin1String(member)).toArray())
+      if (times->size() < kMostRecordings) times->append(std::max(since, time.toInt()));
 }
 
 QJsonObject Parking::State() const {

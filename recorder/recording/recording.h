@@ -1,10 +1,13 @@
 #pragma once
 
+#include <QByteArray>
+#include <QList>
 #include <QTimer>
 #include <array>
 #include <memory>
 
 #include "recorder/card/card.h"
+#include "recorder/card/clipfacts.h"
 #include "recorder/card/clipwriter.h"
 #include "recorder/card/pictureencoder.h"
 #include "recorder/device/cameras.h"
@@ -14,7 +17,7 @@ namespace recorder {
 
 /// Whether the recorder records, and the recordings: one after another by the cameras that are there, while the car
 /// drives or is parked, with one of its own for what happens. A recording grows in memory and is on the card when it is
-/// whole; one shorter than a second is none.
+/// whole; one shorter than a second is none. While the clock runs faster, so do the recordings: their pictures repeat.
 class Recording {
 public:
   /// Why the interface stops the recording.
@@ -46,6 +49,11 @@ public:
   /// The same for something that happened while parked, at `seconds` since 1970: it is on the card at once.
   void MarkPast(Label::Trigger trigger, qint64 seconds);
 
+  /// The clock goes on by so many seconds. What would have been recorded meanwhile is on the card soon, the newest
+  /// first, as much as has room there; with pictures that it shares. False when the clock cannot go there, or cannot be
+  /// kept.
+  bool LetPass(qint64 seconds);
+
   /// The supply voltage or the temperature spoils the recording under way.
   void SetCut(Label::Cut cut);
 
@@ -63,13 +71,21 @@ private:
   };
 
   void NoteStop();
-  QDateTime NextStart() const;
-  Take NewTake(const Label& label, int length) const;
+  QDateTime NextStart(int behind) const;
+  Take NewTake(const Label& label, int length, int behind = 0) const;
   void Record();
-  void AddPicture(Take* take, int camera);
+  void AddPictures(int behind, bool areNew);
+  void AddPicture(Take* take, int camera, bool isNew = true);
+  void PutPassed();
   void FinishTake();
   void Store(const Take& take, qint64 changed);
   static qint64 EndOf(const Take& take);  // ms since 1970
+
+  // Recordings that a time which passed has left to be made.
+  struct Passed {
+    Label label;  // of the next
+    int clips;    // that one and those before it
+  };
 
   Hub& mHub;
   Voice& mVoice;
@@ -78,15 +94,21 @@ private:
   CameraSource mSource;
   PictureEncoder mEncoder;
   Picture mPicture;
+  std::array<QByteArray, 2> mShown;  // the newest picture of either camera
   QTimer mTick;
+  ClipMaker mMaker;             // of what would have been recorded
+  QList<Passed> mPassed;        // the newest first
+  QTimer mPut;                  // to the next of these
   std::unique_ptr<Take> mTake;  // null: none is under way
   Label::Kind mKind = Label::Kind::Normal;
   bool mOn = true;
   bool mClockBroken = false;
   bool mFollows = false;
   QDateTime mStopped;                                       // null: it was not
+  QDateTime mStoppedHere;                                   // by this machine's clock
   QDateTime mLastStart = QDateTime::fromSecsSinceEpoch(0);  // no two recordings of one second
-  qint64 mLastChanged = 0;                                  // ms since 1970; no two files of one time
+  QDateTime mLastEnd = mLastStart;
+  qint64 mLastChanged = 0;  // ms since 1970; no two files of one time
 };
 
 }  // namespace recorder

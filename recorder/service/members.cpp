@@ -23,6 +23,14 @@ QString Members::Text(const char* name) {
   return text;
 }
 
+QJsonArray Members::List(const char* name, int least, int most) {
+  const QJsonValue value = mLeft.take(QLatin1String(name));
+  QJsonArray list = value.toArray();
+  if (!value.isArray() || list.size() < least || list.size() > most)
+    Refuse(QStringLiteral("\"%1\" must be a list of %2 to %3.").arg(QLatin1String(name)).arg(least).arg(most));
+  return list;
+}
+
 bool Members::Flag(const char* name, std::optional<bool> otherwise) {
   const QJsonValue value = mLeft.take(QLatin1String(name));
   if (value.isUndefined() && otherwise) return *otherwise;
@@ -32,7 +40,7 @@ bool Members::Flag(const char* name, std::optional<bool> otherwise) {
 
 QString Members::Error() const {
   if (!mError.isEmpty() || mLeft.isEmpty()) return mError;
-  return QStringLiteral("There is no member \"%1\" here.").arg(mLeft.keys().constFirst().left(40));
+  return QStringLiteral("There is no member \"%1\" here.").arg(mLeft.keys().constFirst().simplified().left(40));
 }
 
 void Members::Refuse(const QString& sentence) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QStringList>
 #include <optional>
@@ -19,6 +20,9 @@ public:
 
   /// A text that is not empty.
   QString Text(const char* name);
+
+  /// A list of `least` to `most` things.
+  QJsonArray List(const char* name, int least, int most);
 
   /// True or false; without it `otherwise`, or an error when there is none.
   bool Flag(const char* name, std::optional<bool> otherwise = {});

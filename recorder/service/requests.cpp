@@ -1,6 +1,7 @@
 #include "recorder/service/requests.h"
 
 #include <QJsonDocument>
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -10,6 +11,10 @@
 namespace requests {
 namespace {
 
+constexpr int kLongestTap = 60000;  // milliseconds
+constexpr int kUsualTap = 60;
+constexpr int kMostPoints = 100;  // of a path
+constexpr int kLongestPath = 60000;
 constexpr double kLargestId = 9007199254740991;  // the whole numbers of JavaScript
 constexpr int kLargestAction = 1024;             // bytes
 
@@ -22,6 +27,24 @@ QJsonObject AnswerOf(const QJsonValue& id, const Reply& reply) {
     answer.insert(QStringLiteral("error"), reply.error);
   }
   return answer;
+}
+
+Reply TakePath(const QJsonArray& points, Touch* touch) {
+  int all = 0;  // ms
+  for (const QJsonValue& value : points) {
+    Members members(value.toObject());
+    Touch::Point point;
+    point.x = members.Whole("x", 0, 479);
+    point.y = members.Whole("y", 0, 319);
+    const bool isFirst = touch->path.isEmpty();
+    point.ms = members.Whole("ms", 1, kLongestPath, isFirst ? std::optional(0) : std::nullopt);
+    touch->path << point;
+    all += point.ms;
+    if (const QString error = members.Error(); !error.isEmpty())
+      return Reply::Bad(QStringLiteral("Point %1 of the path: %2").arg(touch->path.size()).arg(error));
+  }
+  if (all <= kLongestPath) return {};
+  return Reply::Bad(QStringLiteral("A path takes at most %1 ms.").arg(kLongestPath));
 }
 
 }  // namespace
@@ -40,6 +63,26 @@ QJsonObject Answer(const QByteArray& message, const Act& act) {
 
 QJsonObject Refusal(const Reply& reply) {
   return AnswerOf({}, reply);
+}
+
+Reply TakeTouch(const QJsonObject& request, Touch* touch) {
+  static const QStringList kinds{QStringLiteral("tap"), QStringLiteral("press"), QStringLiteral("release"),
+                                 QStringLiteral("path")};
+  Members members(request);
+  touch->kind = static_cast<Touch::Kind>(std::max<qsizetype>(0, kinds.indexOf(members.Choice("action", kinds))));
+  if (touch->kind == Touch::Kind::Path) {
+    const QJsonArray points = members.List("path", 2, kMostPoints);
+    const QString error = members.Error();
+    return error.isEmpty() ? TakePath(points, touch) : Reply::Bad(error);
+  }
+  if (touch->kind != Touch::Kind::Release) {
+    touch->isRaw = members.Flag("raw", false);
+    touch->x = members.Whole("x", 0, touch->isRaw ? Touch::kMostRaw : 479);
+    touch->y = members.Whole("y", 0, touch->isRaw ? Touch::kMostRaw : 319);
+  }
+  if (touch->kind == Touch::Kind::Tap) touch->ms = members.Whole("ms", 1, kLongestTap, kUsualTap);
+  const QString error = members.Error();
+  return error.isEmpty() ? Reply() : Reply::Bad(error);
 }
 
 Reply TakeEvent(const QJsonObject& request, int* event, int* value) {

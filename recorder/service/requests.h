@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QJsonObject>
+#include <QList>
 #include <functional>
 
 #include "recorder/service/reply.h"
@@ -17,6 +18,29 @@ QJsonObject Answer(const QByteArray& message, const Act& act);
 
 /// The same for what is no message at all.
 QJsonObject Refusal(const Reply& reply);
+
+/// What a finger shall do on the touch panel: at x 0..479 and y 0..319 of the screen, or in the panel's own units.
+struct Touch {
+  enum class Kind { Tap, Press, Release, Path };
+  static constexpr int kMostRaw = 511;
+
+  /// Where a path goes: the finger reaches it `ms` after the point before; at the first one it rests so long.
+  struct Point {
+    int x = 0;
+    int y = 0;
+    int ms = 0;
+  };
+
+  Kind kind = Kind::Tap;
+  int x = 0;
+  int y = 0;
+  bool isRaw = false;
+  int ms = 0;  ///< of a tap
+  QList<Point> path;
+};
+
+/// Takes {"action", "x", "y", "ms", "raw", "path"}, a touch.
+Reply TakeTouch(const QJsonObject& request, Touch* touch);
 
 /// Takes {"event", "value"}, a status event for the interface.
 Reply TakeEvent(const QJsonObject& request, int* event, int* value);

@@ -60,8 +60,11 @@ int Gui_InitMessage(void) {
 int Gui_InitSharedMemory(void) {
   return PlatformFake::Get().memory;
 }
-int ShareMemReadByMid(int, int, void*, int) {
-  return -1;
+int ShareMemReadByMid(int, int, void* buffer, int length) {
+  const QByteArray& payload = PlatformFake::Get().payload;
+  if (length > payload.size()) return -1;
+  std::memcpy(buffer, payload.constData(), size_t(length));
+  return 0;
 }
 int ShareMemWriteByMid(int, int, void*, int) {
   return -1;
@@ -86,8 +89,9 @@ int ControlSystemData(int field, void* data, int length) {
   return PlatformFakeCalls::Command(field, data, length);
 }
 
-// These two replace the C library's for the whole test program.
-int system(const char* command) {  // NOLINT: the C library's name
+// These two replace the C library's for the whole test program; the fuzzer, which needs a shell itself, has another
+// one.
+[[gnu::weak]] int system(const char* command) {  // NOLINT: the C library's name
   PlatformFakeCalls::Note(QLatin1String("sh ") + QString::fromLocal8Bit(command).remove(DevicePath(QString())));
   return 0;
 }

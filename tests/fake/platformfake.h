@@ -24,6 +24,7 @@ public:
   int result = 0;         ///< what ControlSystemData gives
   float voltage = 12.4F;  ///< the answer to SFIELD_GET_VOLTAGE
   int lcdValue = 30000;   ///< the answer to SFIELD_GET_AUTO_LCD_VALUE
+  QByteArray payload;     ///< what the shared memory holds, at every offset; nothing longer can be read
 
   /// Called in the middle of each ControlSystemData or shell command, with its line; for what happens meanwhile.
   std::function<void(const QString& line)> meanwhile;

@@ -64,12 +64,17 @@ protected:
     Setting().lcd_auto_off = Setting().lcd_bright = 1;
     Setting().rear_cam_power = Setting().parking_mode_on = Setting().protect_file = 1;
     gEnvirnmentSettings.mOldSetting = Setting();
+    ResetFlags();
+  }
+  /// What a new process begins with.
+  static void ResetFlags() {
     gNeedFormatFlag = gIsConnectGps = gRecvLcdValue = gOldRecvLcdValue = gTouchTestStage = 0;
     gCountOfCamera = 2;
     gInitFrontLed = 1;
     gIsPlayingVoice = gIsAccVer = g_bIsPrevWidgetParkingSetting = false;
     gSdError = false;
     gIsSdError = false;
+    gInitSdError = false;
     Fake().Clear();
   }
   void Start(const TestRoot& root) {
@@ -136,7 +141,7 @@ protected:
   static void AddScreenRows(std::initializer_list<WidgetId> excepted) {
     QTest::addColumn<int>("id");
     QTest::addColumn<bool>("excepted");
-    for (int id = PREVIEW; id <= POWERCUTSETTING; ++id)
+    for (int id = PREVIEW; id < SCREENS_END; ++id)
       QTest::newRow(NameOf(WidgetId(id)))
           << id << (std::find(excepted.begin(), excepted.end(), WidgetId(id)) != excepted.end());
   }

@@ -453,6 +453,22 @@ private slots:
     QVERIFY(mScreen->TakenByBox(TOUCH_PRESS, 240, 150));
     EventBoxIs(-1, 0);
   }
+  void whereATouchDoesSomethingIsTold() {
+    const auto areas = [this] {
+      QStringList names;
+      for (const TouchArea& area : mScreen->TouchAreas()) names << area.name;
+      return names;
+    };
+    QCOMPARE(areas(), QStringList());  // no key
+    mScreen->PaintMessageBox(SETUP_SAVING, false, 0, 0);
+    QCOMPARE(areas(), QStringList());  // a notice without a button
+    mScreen->PaintMessageBox(R_HW_ERROR, true, 1, 0);
+    QCOMPARE(areas(), QStringList("box"));
+    mScreen->PaintMessageBox(R_HW_ERROR, true, 1, 2000);
+    QCOMPARE(areas(), QStringList());  // closes itself
+    mScreen->hide();
+    QCOMPARE(areas(), QStringList("lcd"));
+  }
   void aTouchFromBeforeAChangeIsNotMeantForIt_data() {
     QTest::addColumn<int>("change");
     QTest::newRow("own box comes") << 0;

@@ -1,4 +1,5 @@
-// What the four menus share, and what each tile of theirs does.
+// What the menus share, and what each tile of theirs does.
+#include "gui/app/screenfactory.h"
 #include "gui/base/eventgate.h"
 #include "gui/setup/blackboxmanagement.h"
 #include "gui/setup/mainmenu.h"
@@ -43,26 +44,25 @@ class MenusTest : public ScreenTest {
       {SDMANAGEMENT, 1, 2, "sdmanagement/sd_check_nomal_2.bmp", "", SD_CARD_CHECK_MSG},
   };
   // clang-format on
-  static constexpr WidgetId kMenus[] = {MAINMENU, MAINMENU2, BLACKBOXMANAGEMENT, SDMANAGEMENT};
+  struct Menu {
+    WidgetId id;
+    const char* title;
+  };
+  static constexpr Menu kMenus[] = {{MAINMENU, "mainmenu/title.bmp"},
+                                    {MAINMENU2, "mainmenu2/title.bmp"},
+                                    {BLACKBOXMANAGEMENT, "blackboxmanagement/title.bmp"},
+                                    {SDMANAGEMENT, "sdmanagement/title.bmp"}};
 
-  static const char* TitleOf(WidgetId menu) {
-    return menu == MAINMENU             ? "mainmenu/title.bmp"
-           : menu == MAINMENU2          ? "mainmenu2/title.bmp"
-           : menu == BLACKBOXMANAGEMENT ? "blackboxmanagement/title.bmp"
-                                        : "sdmanagement/title.bmp";
-  }
   static QRect PictureOf(int row, int column) { return {160 * (column - 1), 60 + 130 * (row - 1), 160, 130}; }
 
   void Open(WidgetId menu) {
-    if (menu == MAINMENU) mHost->Show(menu, new MainMenu(mHost.get()));
-    if (menu == MAINMENU2) mHost->Show(menu, new MainMenu2(mHost.get()));
-    if (menu == BLACKBOXMANAGEMENT) mHost->Show(menu, new BlackboxManagement(mHost.get()));
-    if (menu == SDMANAGEMENT) mHost->Show(menu, new SdManagement(mHost.get()));
+    for (const ScreenRow& row : Screens())
+      if (row.id == menu) mHost->Show(menu, row.make(mHost.get(), nullptr));
     HostFake::Clear();
   }
   static void AddMenus() {
     QTest::addColumn<int>("menu");
-    for (const WidgetId menu : kMenus) QTest::newRow(NameOf(menu)) << int(menu);
+    for (const Menu& menu : kMenus) QTest::newRow(NameOf(menu.id)) << int(menu.id);
   }
   void AddTiles() {
     QTest::addColumn<int>("tile");
@@ -84,8 +84,8 @@ private slots:
     QFETCH(int, menu);
     Open(WidgetId(menu));
     QVERIFY(IsDrawn({0, 0}, "common/home_normal.bmp"));
-    const QImage title =
-        Picture(QLatin1String(TitleOf(WidgetId(menu)))).toImage().convertToFormat(QImage::Format_RGB32);
+    const auto row = std::find_if(std::begin(kMenus), std::end(kMenus), [menu](const Menu& m) { return m.id == menu; });
+    const QImage title = Picture(QLatin1String(row->title)).toImage().convertToFormat(QImage::Format_RGB32);
     const QRect left(0, 0, 200, 60);  // the version stands on the rest
     QCOMPARE(Seen(left.translated(80, 0)), title.copy(left));
     QCOMPARE(IsDrawn({400, 0}, "common/back_normal.bmp"), menu != MAINMENU);
@@ -100,7 +100,7 @@ private slots:
     QFETCH(int, x);
     QFETCH(int, y);
     QFETCH(bool, hit);
-    for (const WidgetId menu : kMenus) {
+    for (const auto& [menu, title] : kMenus) {
       Open(menu);
       Tap(x, y);
       QCOMPARE(Asked(), hit ? QStringList(QStringLiteral("jump PREVIEW")) : QStringList());
@@ -117,7 +117,7 @@ private slots:
     QFETCH(int, x);
     QFETCH(int, y);
     QFETCH(bool, hit);
-    for (const WidgetId menu : kMenus) {
+    for (const auto& [menu, title] : kMenus) {
       Open(menu);
       Tap(x, y);
       QCOMPARE(Asked(), hit && menu != MAINMENU ? QStringList(QStringLiteral("back")) : QStringList());
@@ -135,15 +135,22 @@ private slots:
     QCOMPARE(Asked(), QStringList());
     QCOMPARE(Box(), -1);
   }
-  void aTouchBeyondTheLastTileIsInert() {
-    Open(SDMANAGEMENT);
-    for (const QPoint at : {QPoint(400, 125), QPoint(80, 255), QPoint(240, 255), QPoint(400, 255)}) {
-      Tap(at.x(), at.y());
+  void aPlaceWithoutATileIsInert_data() { AddMenus(); }
+  void aPlaceWithoutATileIsInert() {
+    QFETCH(int, menu);
+    Open(WidgetId(menu));
+    QList<QRect> free;
+    for (const int row : {1, 2})
+      for (const int column : {1, 2, 3}) free << PictureOf(row, column);
+    for (const TileRow& tile : kTiles)
+      if (tile.menu == menu) free.removeOne(PictureOf(tile.row, tile.column));
+    for (QLabel* label : TopScreen()->findChildren<QLabel*>()) label->hide();  // a text of its own may stand there
+    for (const QRect& place : free) {
+      Tap(place.center().x(), place.center().y());
       QCOMPARE(Box(), -1);
+      QVERIFY(IsPlain(place, kGround));
     }
     QCOMPARE(Asked(), QStringList());
-    QVERIFY(IsPlain(QRect(320, 60, 160, 130), kGround));
-    QVERIFY(IsPlain(QRect(0, 190, 480, 130), kGround));
   }
 
   // ---- the tiles
@@ -618,6 +625,39 @@ private slots:
     QCOMPARE(Asked(),
              yes ? (QStringList{QStringLiteral("SEND_SET_SYSTEM_SD_FORMAT 0"), QStringLiteral("next SDFORMAT")})
                  : (QStringList{QStringLiteral("parking timer"), QStringLiteral("SEND_VIDEO_REC_START 0")}));
+  }
+  // Otherwise a second format would begin behind the one that the driver asks for then.
+  void aLateAnswerEndsNothingElse_data() {
+    QTest::addColumn<QPoint>("tile");
+    QTest::addColumn<int>("fault");
+    for (const int fault : {0, 5}) {
+      QTest::addRow("format, %d", fault) << QPoint(80, 125) << fault;
+      QTest::addRow("check, %d", fault) << QPoint(240, 125) << fault;
+    }
+  }
+  void aLateAnswerEndsNothingElse() {
+    QFETCH(QPoint, tile);
+    QFETCH(int, fault);
+    Open(SDMANAGEMENT);
+    Tap(tile.x(), tile.y());
+    TapLeftButton();
+    HostFake::Clear();
+    TopScreen()->recvEvent(RECV_ZEL_STATUS_SD_CHECK, fault);
+    QCOMPARE(Box(), int{VIDEO_REC_STOP});
+    QCOMPARE(Asked(), QStringList());
+    QCOMPARE(Armed("mTimVoiceEnd"), 10000);
+  }
+  // Otherwise recording would begin in the middle of the format that the driver asks for then.
+  void aLateAnswerDoesNotEndASave() {
+    Open(SDMANAGEMENT);
+    ++Setting().drv_shock_lvl;
+    Tap(40, 30);
+    QCOMPARE(Box(), int{SETUP_SAVING});
+    HostFake::Clear();
+    TopScreen()->recvEvent(RECV_ZEL_STATUS_SD_CHECK, 5);
+    QCOMPARE(Box(), int{SETUP_SAVING});
+    QCOMPARE(Asked(), QStringList());
+    QCOMPARE(Armed("mTimRestartRecStart"), 10000);
   }
   void theFaultIsNamed_data() {
     QTest::addColumn<int>("fault");

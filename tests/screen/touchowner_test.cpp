@@ -135,7 +135,7 @@ private slots:
       if (row.id == PREVIEW || row.id == SCREENSAVER || row.id == PFILEGRAPH)
         continue;  // the window has rules for them
       const auto add = [&row](const char* name, int box) {
-        QTest::addRow("%s, %s", row.name, name) << int(row.id) << box;
+        QTest::addRow("%s, %s", NameOf(row.id), name) << int(row.id) << box;
       };
       add("nothing", kNone);
       add("a notice", kNotice);
@@ -195,6 +195,64 @@ private slots:
       }
     }
     if (box == kNone) QCOMPARE(screenReacts, HasKeys(WidgetId(screen)));
+  }
+
+  // What the interface tells of itself is what a finger finds.
+  void whatATouchHitsIsToldBeforehand_data() {
+    QTest::addColumn<int>("screen");
+    for (const ScreenRow& row : Screens())
+      if (row.id != PFILEGRAPH) QTest::newRow(NameOf(row.id)) << int(row.id);  // it is shown with a report alone
+  }
+  void whatATouchHitsIsToldBeforehand() {
+    QFETCH(int, screen);
+    Open(WidgetId(screen));
+    const QList<TouchArea> areas = Top()->TouchAreas();
+    QCOMPARE(areas.isEmpty(), !HasKeys(WidgetId(screen)));
+    QList<QPoint> places;
+    for (int x = 5; x < 480; x += 25)
+      for (int y = 5; y < 320; y += 25) places << QPoint(x, y);
+    for (const auto& [area, name] : areas) {
+      QVERIFY2(Top()->rect().contains(area) && !name.isEmpty(), qPrintable(name));
+      places << area.topLeft() - QPoint(1, 0) << area.topLeft() - QPoint(0, 1) << area.bottomRight() + QPoint(1, 0)
+             << area.bottomRight() + QPoint(0, 1);
+    }
+    Fake().asked.clear();
+    const Seen before = Look();
+    for (const QPoint at : places) {
+      const auto isHit = [at](const TouchArea& touch) { return touch.area.contains(at); };
+      if (!Top()->rect().contains(at) || std::any_of(areas.begin(), areas.end(), isHit)) continue;
+      TouchAt(at);
+      QVERIFY2(Look() == before, qPrintable(QStringLiteral("%1 %2").arg(at.x()).arg(at.y())));
+    }
+    for (const auto& [area, name] : areas) {
+      if (name == QLatin1String("beside") || name == QLatin1String("delete")) continue;  // of the preview; of no digit
+      for (const QPoint at : {area.topLeft(), area.bottomRight()}) {
+        Open(WidgetId(screen));
+        Fake().asked.clear();
+        const Seen untouched = Look();
+        TouchAt(at);
+        QVERIFY2(Look() != untouched, qPrintable(name));
+      }
+    }
+  }
+  void theButtonsOfAQuestionAreToldAlone() {
+    const auto told = [] {
+      QStringList names;
+      for (const TouchArea& touch : Top()->TouchAreas()) names << touch.name;
+      return names;
+    };
+    Open(MAINMENU);
+    QVERIFY(told().contains(QStringLiteral("mainmenu/play_list_normal.bmp")));
+    Ask(ENTRY_FILELIST);
+    QCOMPARE(told(), (QStringList{"yes", "no"}));
+    QVERIFY(Top()->TouchAreas()[0].area.contains(kLeft));
+    QVERIFY(Top()->TouchAreas()[1].area.contains(kRight));
+    Tell(Timed);
+    QCOMPARE(told(), QStringList());
+    Tell(Standing);
+    QCOMPARE(told(), QStringList{"box"});
+    mWindow->LcdOff();
+    QCOMPARE(told(), QStringList{"lcd"});
   }
 
   void aTapOnANoticeNeverFormatsTheCard_data() {

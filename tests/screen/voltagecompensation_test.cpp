@@ -102,7 +102,9 @@ private slots:
   void aMeasurementTakesElevenTicks() {
     QFETCH(bool, beforeFirst);
     Open();
+    QVERIFY(!TopScreen()->TouchAreas().isEmpty());
     Start(beforeFirst ? kBefore : kAfter);
+    QVERIFY(TopScreen()->TouchAreas().isEmpty());
     QVERIFY(IsDrawn(beforeFirst ? QPoint(0, 190) : QPoint(320, 190),
                     beforeFirst ? "voltagecompensation/before_dis.bmp" : "voltagecompensation/after_dis.bmp"));
     HostFake::Clear();

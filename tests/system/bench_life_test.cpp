@@ -3,6 +3,7 @@
 #include <sys/shm.h>
 #include <sys/stat.h>
 
+#include <QImage>
 #include <QTcpServer>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
@@ -23,6 +24,12 @@ bool HasTransport(int key) {
 
 class BenchLifeTest : public QObject {
   Q_OBJECT
+
+  static void WriteProgram(const QString& path, const QByteArray& script) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("#!/bin/sh\n" + script + '\n') > 0);
+    QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+  }
 
   // 0: there is no such file.
   // Which file stands there, empty when none does. The number alone may come again at once.
@@ -79,7 +86,8 @@ private slots:
     QVERIFY(bench.waitForFinished());
     QCOMPARE(bench.exitCode(), 0);
     const QByteArray help = bench.readAllStandardOutput();
-    for (const char* option : {"--port", "--root", "--language", "--scenario"}) QVERIFY(help.contains(option));
+    for (const char* option : {"--port", "--root", "--language", "--scenario", "--record", "--force"})
+      QVERIFY(help.contains(option));
   }
 
   void unknownLanguageIsAnsweredWithThoseThereAre() {
@@ -335,6 +343,46 @@ private slots:
     QVERIFY(BenchRun::ProcessesOf(bench.Root()).isEmpty());
   }
 
+  // A library that is missing, say: its own words once, and an end.
+  void anInterfaceThatCannotStartIsTold() {
+    const QTemporaryDir build;
+    QVERIFY(QDir(build.path()).mkdir(QStringLiteral("bench")) && QDir(build.path()).mkdir(QStringLiteral("gui")));
+    QVERIFY(QFile::link(QStringLiteral(BINARY_DIR "/pictures"), build.filePath(QStringLiteral("pictures"))));
+    const QString program = build.filePath(QStringLiteral("bench/dashcam-bench"));
+    QVERIFY(QFile::copy(QStringLiteral(BINARY_DIR "/bench/dashcam-bench"), program));
+    WriteProgram(build.filePath(QStringLiteral("gui/dashcam-gui")), "echo 'libmissing.so: no such file' >&2; exit 127");
+    QProcess bench;
+    bench.start(program, {QStringLiteral("--port"), QStringLiteral("0")});
+    QVERIFY(bench.waitForFinished());
+    QCOMPARE(bench.exitCode(), 1);
+    const QString said = QString::fromUtf8(bench.readAllStandardError());
+    QCOMPARE(said.count(QLatin1String("libmissing.so: no such file")), 1);
+    QVERIFY2(said.endsWith(QLatin1String("\ndashcam-bench: The interface cannot start: exit code 127.\n")),
+             qPrintable(said));
+  }
+
+  void anXServerThatDoesNotComeIsTold_data() {
+    QTest::addColumn<QByteArray>("server");
+    QTest::addColumn<QByteArray>("told");
+    QTest::newRow("it hangs") << QByteArray("exec sleep 60") << QByteArray("it says nothing");
+    QTest::newRow("it ends") << QByteArray("echo 'no fonts' >&2; exit 1") << QByteArray("no fonts");
+  }
+  void anXServerThatDoesNotComeIsTold() {
+    QFETCH(QByteArray, server);
+    QFETCH(QByteArray, told);
+    const QTemporaryDir programs;
+    WriteProgram(programs.filePath(QStringLiteral("Xvfb")), server);
+    QProcess bench;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("PATH"), programs.path() + u':' + environment.value(QStringLiteral("PATH")));
+    bench.setProcessEnvironment(environment);
+    bench.start(QStringLiteral(BINARY_DIR "/bench/dashcam-bench"), {QStringLiteral("--port"), QStringLiteral("0")});
+    QVERIFY(bench.waitForFinished());
+    QCOMPARE(bench.exitCode(), 1);
+    const QByteArray said = bench.readAllStandardError();
+    QVERIFY2(said.endsWith("dashcam-bench: The X server has not come for 10 s: " + told + ".\n"), said.constData());
+  }
+
   void scenarioIsPlayed() {
     QTemporaryFile file;
     QVERIFY(file.open());
@@ -358,6 +406,26 @@ private slots:
     QCOMPARE(bench.State("interface/language"), QJsonValue(QStringLiteral("en")));
     QTRY_VERIFY(bench.State("recorder").isNull());
     QCOMPARE(bench.Find("action", QStringLiteral("recorderStop"))[QStringLiteral("result")], QJsonValue(0));
+  }
+
+  // And what a page sends: a long touch, a picture.
+  void scenarioHasWhatTheApiTakes() {
+    const QTemporaryDir folder;
+    QImage picture(48, 32, QImage::Format_RGB32);
+    picture.fill(Qt::blue);
+    QVERIFY(picture.save(folder.filePath(QStringLiteral("car.png"))));
+    QFile file(folder.filePath(QStringLiteral("use.jsonl")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(
+        "{\"ms\": 1500, \"touch\": {\"x\": 1, \"y\": 310, \"ms\": 500}}\n{\"ms\": 2500, \"picture\": \"car.png\"}\n");
+    file.close();
+    BenchRun bench({QStringLiteral("--scenario"), file.fileName()});
+    QVERIFY(bench.IsUp());
+    QTRY_COMPARE(bench.State("interface/starts"), QJsonValue(2));
+    QVERIFY(QFile::exists(bench.Root() + QStringLiteral("/mnt/mmc/Setup/picture.bmp")));
+    const qint64 held = bench.Find("touch", QStringLiteral("release"))[QStringLiteral("time")].toInteger() -
+                        bench.Find("touch", QStringLiteral("press"))[QStringLiteral("time")].toInteger();
+    QVERIFY2(held >= 400, qPrintable(QString::number(held)));
   }
 
   void badActionOfAScenarioIsNamedByItsLine() {

@@ -1,20 +1,26 @@
 #include <sys/stat.h>
 
+#include <QAbstractHttpServer>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QWebSocketServer>
 #include <QtEndian>
 
 #include "bench/panel/finger.h"
 #include "bench/panel/touchpanel.h"
 #include "bench/server/clicksound.h"
+#include "bench/server/eventstream.h"
+#include "bench/server/latency.h"
+#include "bench/server/pageclient.h"
 #include "bench/server/requesthead.h"
 #include "bench/supervise/rootfolder.h"
 #include "bench/supervise/screenreport.h"
 #include "bench/supervise/shellwatch.h"
 #include "recorder/service/eventlog.h"
 #include "recorder/service/members.h"
+#include "tests/system/patience.h"
 
 namespace {
 constexpr quint16 kPort = 8480;
@@ -27,6 +33,24 @@ QByteArray Request(const QByteArray& requestLine, const QByteArray& headers = {}
 bool IsSentence(const QString& text) {
   return text.size() > 10 && text.endsWith(u'.') && !text.contains(u'\n');
 }
+/// Answers everything with events.
+class StreamServer : public QAbstractHttpServer {
+public:
+  StreamServer(Bench& bench, const LiveClient::Patience& patience) : mBench(bench), mPatience(patience) {}
+
+  std::vector<std::unique_ptr<EventStream>> streams;
+
+protected:
+  bool handleRequest(const QHttpServerRequest& request, QTcpSocket* socket) override {
+    streams.push_back(std::make_unique<EventStream>(Asker(makeResponder(request, socket), false), mBench, mPatience));
+    return true;
+  }
+  void missingHandler(const QHttpServerRequest&, QTcpSocket*) override {}
+
+private:
+  Bench& mBench;
+  LiveClient::Patience mPatience;
+};
 }  // namespace
 
 class BenchPartsTest : public QObject {
@@ -223,6 +247,9 @@ private slots:
     QCOMPARE(members.Error(), QStringLiteral("There is no member \"half\" here."));
     members.TakeRest();
     QVERIFY(members.Error().isEmpty());
+    // One sentence on one line, whatever it is called.
+    const Members odd(QJsonObject{{QStringLiteral("a\n b"), 1}});
+    QCOMPARE(odd.Error(), QStringLiteral("There is no member \"a b\" here."));
   }
 
   void clickIsAShortWaveFile() {
@@ -282,6 +309,105 @@ private slots:
     finger.StartAfresh();
     QVERIFY(!finger.IsDown());
     QVERIFY(finger.Press({1, 1}, this).IsGood());
+  }
+
+  // A page that has stalled takes nothing and answers no ping; it gives its place to another one.
+  void pageThatAnswersNoPingIsGivenUp() {
+    constexpr LiveClient::Patience kPatience{20, 200};
+    RootFolder folder;
+    Bench bench(QString(), folder, QStringLiteral("ko"));
+    QWebSocketServer server(QStringLiteral("test"), QWebSocketServer::NonSecureMode);
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    QTcpSocket stalled;
+    stalled.connectToHost(server.serverAddress(), server.serverPort());
+    QVERIFY(stalled.waitForConnected());
+    stalled.write(Request("GET /ws", "Upgrade: websocket\r\nConnection: Upgrade\r\n" + kHandshake));
+    QTRY_VERIFY(server.hasPendingConnections());
+    PageClient asleep(std::unique_ptr<QWebSocket>(server.nextPendingConnection()), bench, kPatience);
+    QWebSocket page;
+    page.open(server.serverUrl());
+    QTRY_VERIFY(server.hasPendingConnections());
+    PageClient awake(std::unique_ptr<QWebSocket>(server.nextPendingConnection()), bench, kPatience);
+    QSignalSpy left(&asleep, &PageClient::Left), leftToo(&awake, &PageClient::Left);
+    QElapsedTimer clock;
+    clock.start();
+    QTRY_COMPARE(left.size(), 1);
+    QVERIFY2(clock.elapsed() >= 100, qPrintable(QString::number(clock.elapsed())));
+    QTest::qWait(2 * kPatience.silence);
+    QVERIFY(leftToo.isEmpty() && page.isValid());
+  }
+
+  // A reader of events is asked nothing: that it takes what comes is its sign of life.
+  void readerOfEventsThatTakesNothingIsGivenUp() {
+    constexpr LiveClient::Patience kPatience{20, 200};
+    RootFolder folder;
+    Bench bench(QString(), folder, QStringLiteral("ko"));
+    StreamServer server(bench, kPatience);
+    const quint16 port = server.listen(QHostAddress::LocalHost);
+    QTcpSocket stalled, awake;
+    stalled.setReadBufferSize(1);
+    QByteArray taken;
+    connect(&awake, &QTcpSocket::readyRead, this, [&] { taken += awake.readAll(); });
+    for (QTcpSocket* socket : {&stalled, &awake}) {
+      const size_t before = server.streams.size();
+      socket->connectToHost(QHostAddress::LocalHost, port);
+      QVERIFY(socket->waitForConnected());
+      socket->write(Request("GET /api/events"));
+      QTRY_COMPARE(server.streams.size(), before + 1);
+    }
+    QSignalSpy left(server.streams[0].get(), &LiveClient::Left), leftToo(server.streams[1].get(), &LiveClient::Left);
+    QTRY_VERIFY(taken.contains("\r\n\r\n:\n\n:\n\n"));  // kept alive
+    QVERIFY(left.isEmpty());
+    const QString much(100000, u'x');
+    const auto keepsUp = [&server] { return server.streams[0]->KeepsUp(); };
+    int sent = 0;
+    while (sent < 1000 && QTest::qWaitFor(keepsUp, 100))
+      server.streams[0]->SendNews({{"much", much}, {"sent", ++sent}});
+    QVERIFY(!keepsUp());
+    QTRY_COMPARE(left.size(), 1);
+    QVERIFY(leftToo.isEmpty() && awake.state() == QAbstractSocket::ConnectedState);
+  }
+
+  void latencyIsThatOfTheFirstCommand() {
+    RootFolder folder;
+    Bench bench(QString(), folder, QStringLiteral("ko"));
+    Latency latency(bench);
+    const auto add = [&bench](const char* kind, const char* name, const QJsonValue& answer = QJsonValue::Undefined) {
+      QJsonObject entry{{"kind", kind}, {"name", name}};
+      if (!answer.isUndefined()) entry.insert(QStringLiteral("answer"), answer);
+      bench.Log().Add(entry);
+    };
+    const auto last = [&latency] { return latency.Describe()[QStringLiteral("last")][QStringLiteral("command")]; };
+    add("command", "before");
+    QVERIFY(last().isNull());
+    QCOMPARE(latency.Describe()[QStringLiteral("command")], QJsonValue());
+    add("touch", "press");
+    add("command", "query", 5);
+    QVERIFY(last().isNull());
+    QTest::qWait(20);
+    add("command", "first");
+    const QJsonValue first = last();
+    QVERIFY2(first.toDouble() >= 20 && first.toDouble() < 1000, qPrintable(QString::number(first.toDouble())));
+    QTest::qWait(2);
+    add("touch", "release");
+    add("command", "second");
+    QCOMPARE(last(), first);
+    emit bench.Lcd().Drawn();
+    QVERIFY(latency.Describe()[QStringLiteral("last")][QStringLiteral("pixels")].toDouble() >= first.toDouble());
+    for (int i = 0; i < 99; ++i) {
+      add("touch", "press");
+      add("command", "at once");
+    }
+    const QJsonObject all = latency.Describe()[QStringLiteral("command")].toObject();
+    QCOMPARE(latency.Describe()[QStringLiteral("touches")], QJsonValue(100));
+    QCOMPARE(all[QStringLiteral("max")], first);
+    for (const char* rank : {"median", "p95", "p99"}) QVERIFY(all[QLatin1String(rank)].toDouble() < first.toDouble());
+    for (int i = 0; i < 1000; ++i) add("touch", "press");
+    QCOMPARE(latency.Describe()[QStringLiteral("touches")], QJsonValue(1000));
+    QVERIFY(last().isNull() && latency.Describe()[QStringLiteral("command")].isNull());
+    QTest::qWait(1010);
+    add("command", "too late");
+    QVERIFY(last().isNull());
   }
 
   void everyRootHasItsOwnKey() {

@@ -14,6 +14,8 @@
 #include <QTcpSocket>
 #include <QTest>
 
+#include "tests/system/patience.h"
+
 /// What the bench answered to one request.
 struct BenchAnswer {
   int status = 0;  ///< 0: no answer
@@ -43,8 +45,8 @@ public:
   ~BenchRun() {
     if (mProcess.state() == QProcess::NotRunning) return;
     mProcess.terminate();
-    if (!mProcess.waitForFinished(5000)) mProcess.kill();
-    mProcess.waitForFinished(5000);
+    if (!mProcess.waitForFinished(kPatienceMs)) mProcess.kill();
+    mProcess.waitForFinished(kPatienceMs);
   }
   BenchRun(const BenchRun&) = delete;
   BenchRun& operator=(const BenchRun&) = delete;
@@ -72,10 +74,10 @@ public:
   BenchAnswer Send(const QByteArray& request) const {
     QTcpSocket socket;
     socket.connectToHost(QStringLiteral("127.0.0.1"), mPort);
-    if (!socket.waitForConnected(5000)) return {};
+    if (!socket.waitForConnected(kPatienceMs)) return {};
     socket.write(request);
     QByteArray bytes;
-    while (socket.waitForReadyRead(5000)) bytes += socket.readAll();
+    while (socket.waitForReadyRead(kPatienceMs)) bytes += socket.readAll();
     const qsizetype end = bytes.indexOf("\r\n\r\n");
     if (end < 0 || socket.state() != QAbstractSocket::UnconnectedState) return {};
     return {bytes.mid(9, 3).toInt(), bytes.left(end), bytes.mid(end + 4)};

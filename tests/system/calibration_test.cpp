@@ -12,11 +12,13 @@ class CalibrationTest : public CameraRun {
 
   // Whether a tap of the view key changes the view. The overlay has just come, or been touched: it stays for a while.
   bool Hits() {
-    if (!IsOverlayShown() && (!Tap(kBeside) || !QTest::qWaitFor([this] { return IsOverlayShown(); }))) return false;
+    if (!IsOverlayShown() && (!Tap(kBeside) || !QTest::qWaitFor([this] { return IsOverlayShown(); }, kPatienceMs)))
+      return false;
     const QString before = View();
     const qint64 since = mBench->LastEntry();
     if (!Tap(kView)) return false;
-    if (!QTest::qWaitFor([&] { return !mBench->Find("touch", QStringLiteral("release"), since).isEmpty(); }))
+    if (!QTest::qWaitFor([&] { return !mBench->Find("touch", QStringLiteral("release"), since).isEmpty(); },
+                         kPatienceMs))
       return false;
     return QTest::qWaitFor([&] { return View() != before; }, 1000);
   }

@@ -254,8 +254,10 @@ private slots:
     const int starts = mBench->State("interface/starts").toInt();
     QVERIFY(Event(RECV_ZEL_STATUS_HW_ERROR, 3));
     QTRY_COMPARE(EventBox(), QStringLiteral("R_HW_ERROR"));
+    const auto since = mBench->LastEntry();
     QVERIFY(Do("interfaceKill"));
     QTRY_COMPARE_WITH_TIMEOUT(mBench->State("interface/starts").toInt(), starts + 1, 10000);
+    QTRY_VERIFY(HasStarted(since));
     QTRY_COMPARE_WITH_TIMEOUT(Screen(), QStringLiteral("PREVIEW"), 10000);
     QTRY_VERIFY_WITH_TIMEOUT(IsOverlayShown(), 10000);
     QVERIFY(Event(RECV_ZEL_STATUS_MUTE_ON));

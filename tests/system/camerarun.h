@@ -18,7 +18,7 @@ protected:
   /// True when the live preview is on the LCD.
   bool StartCamera(const QStringList& arguments = {}) {
     mBench = std::make_unique<BenchRun>(arguments);
-    return mBench->IsUp() && QTest::qWaitFor([this] { return IsOverlayShown(); });
+    return mBench->IsUp() && QTest::qWaitFor([this] { return IsOverlayShown(); }, kPatienceMs);
   }
 
   bool Tap(QPoint at) const {
@@ -36,6 +36,10 @@ protected:
   QString Screen() const { return mBench->State("screen").toString(); }
   QString EventBox() const { return mBench->State("boxes/event/name").toString(); }
   QString OwnBox() const { return mBench->State("boxes/own/name").toString(); }
+  /// Whether an interface has started since that entry of the log: until then the picture of the one before is seen.
+  bool HasStarted(qint64 since) const {
+    return !mBench->Find("note", QStringLiteral("An interface has started."), since).isEmpty();
+  }
   bool IsCommanded(const char* name) const { return !mBench->Find("command", QLatin1String(name), mSince).isEmpty(); }
 
   /// What the interface has drawn.

@@ -102,8 +102,10 @@ private slots:
 
   void theLanguageIsChangedInTheMiddle() {
     for (const char* language : {"ko", "en"}) {
+      const auto since = mBench->LastEntry();
       QVERIFY(mBench->Action(QByteArray("{\"name\": \"language\", \"to\": \"") + language + "\"}"));
       QTRY_COMPARE(mBench->State("interface/language").toString(), QLatin1String(language));
+      QTRY_VERIFY(HasStarted(since));
       AwaitPreview();
       QTRY_VERIFY(IsOverlayShown());
       OpenMenu();

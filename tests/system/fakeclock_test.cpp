@@ -21,6 +21,7 @@
 #include <mutex>
 
 #include "tests/fake/testroot.h"
+#include "tests/system/patience.h"
 
 static const TestRoot root;
 
@@ -216,7 +217,7 @@ private slots:
     mChild->kill();
     QVERIFY(mChild->waitForFinished());
     QVERIFY(
-        QDir(QStringLiteral("/dev/shm")).entryList({QStringLiteral("*%1").arg(process)}, QDir::AllEntries).isEmpty());
+        QDir(QStringLiteral("/dev/shm")).entryList({QStringLiteral("*_%1").arg(process)}, QDir::AllEntries).isEmpty());
     fakeclock::Remove();
     QVERIFY(!QFile::exists(memory));
   }

@@ -12,6 +12,7 @@
 #include "recorder/firmware/recorder.h"
 #include "tests/fake/managerfake.h"
 #include "tests/fake/testroot.h"
+#include "tests/system/patience.h"
 
 static const TestRoot root;
 

@@ -51,8 +51,8 @@ private slots:
     QTRY_COMPARE(Screen(), QStringLiteral("LEDFILELIST"));
     const auto change = [this](QPoint at) {
       const QImage before = Drawn();
-      return QTest::qWaitFor([this] { return !mBench->State("touch/down").toBool(); }) && Tap(at) &&
-             QTest::qWaitFor([&] { return Drawn() != before; });
+      return QTest::qWaitFor([this] { return !mBench->State("touch/down").toBool(); }, kPatienceMs) && Tap(at) &&
+             QTest::qWaitFor([&] { return Drawn() != before; }, kPatienceMs);
     };
     QVERIFY(change({370, 85}));   // not the security pattern
     QVERIFY(change({440, 242}));  // the second page

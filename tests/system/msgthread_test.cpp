@@ -17,6 +17,7 @@
 #include <cstring>
 
 #include "gui/base/globals.h"
+#include "tests/system/patience.h"
 
 namespace {
 constexpr int kSegmentBytes = 16 * GUI_SLOT_SIZE;
@@ -90,7 +91,7 @@ private:
   int mCell = 0;
 
   void Post(const GUI_MSG_BUF& message, int size = GUI_MSG_SIZE) {
-    QVERIFY(QTest::qWaitFor([&] { return msgsnd(mQueue, &message, size_t(size), IPC_NOWAIT) == 0; }));
+    QVERIFY(QTest::qWaitFor([&] { return msgsnd(mQueue, &message, size_t(size), IPC_NOWAIT) == 0; }, kPatienceMs));
   }
   /// A message of sender 2 whose payload is `value`.
   GUI_MSG_BUF Message(int cmd, int value) {
@@ -111,7 +112,7 @@ private:
   QStringList Told() {
     Send(RECV_ZEL_STATUS_SPEED, kSentinel);
     const QString last = QStringLiteral("24 %1").arg(kSentinel);
-    if (!QTest::qWaitFor([&] { return mTold.contains(last); })) return {"the link is deaf"};
+    if (!QTest::qWaitFor([&] { return mTold.contains(last); }, kPatienceMs)) return {"the link is deaf"};
     mTold.removeLast();
     return std::exchange(mTold, {});
   }
@@ -120,7 +121,7 @@ private:
     return msgrcv(mQueue, reply, GUI_MSG_SIZE, id, IPC_NOWAIT) == GUI_MSG_SIZE;
   }
   bool AwaitReply(int id, GUI_MSG_BUF* reply) {
-    return QTest::qWaitFor([&] { return TakeReply(id, reply); });
+    return QTest::qWaitFor([&] { return TakeReply(id, reply); }, kPatienceMs);
   }
   bool IsAsleep() const {
     for (const QString& id : QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
@@ -164,6 +165,8 @@ private slots:
   void aPayloadOutsideTheSegmentIsNotRead_data();
   void aPayloadOutsideTheSegmentIsNotRead();
   void aBurstIsToldInOrder();
+  void aFloodWaitsForItsReceiver();
+  void theLinkEndsWhileItsReceiverIsBusy();
   void aShortMessageIsDropped_data();
   void aShortMessageIsDropped();
   void aMessageForSomebodyElseIsLeftAlone();
@@ -345,6 +348,36 @@ void MsgThreadTest::aBurstIsToldInOrder() {
     expected << Event(event, 1000 + i);
   }
   QCOMPARE(Told(), expected);
+}
+
+// Nobody handles events meanwhile: the rest stays in the queue, where it is nobody's memory and nobody's delay.
+void MsgThreadTest::aFloodWaitsForItsReceiver() {
+  constexpr int kAtOnce = 100, kSent = 350;
+  QStringList expected;
+  const auto waiting = [this] {
+    msqid_ds queue{};
+    return msgctl(mQueue, IPC_STAT, &queue) == 0 ? int(queue.msg_qnum) : -1;
+  };
+  for (int i = 0; i < kSent; ++i) {
+    Send(RECV_ZEL_STATUS_SPEED, i);
+    expected << Event(RECV_ZEL_STATUS_SPEED, i);
+  }
+  QElapsedTimer clock;
+  for (clock.start(); waiting() > kSent - kAtOnce && clock.elapsed() < 5000;) QThread::msleep(1);
+  QThread::msleep(50);
+  QCOMPARE(waiting(), kSent - kAtOnce);
+  QTRY_COMPARE(mTold.size(), expected.size());
+  QCOMPARE(mTold, expected);
+  mTold.clear();
+}
+
+void MsgThreadTest::theLinkEndsWhileItsReceiverIsBusy() {
+  for (int i = 0; i < 350; ++i) Send(RECV_ZEL_STATUS_SPEED, i);
+  QElapsedTimer clock;
+  clock.start();
+  mLink->End();
+  QVERIFY(mLink->isFinished());
+  QVERIFY(clock.elapsed() < 1000);  // it was not given up
 }
 
 // ---- what must not be in the queue

@@ -38,6 +38,15 @@ class OwnPictureTest : public CameraRun {
   Q_OBJECT
 
   BenchAnswer Put(const QByteArray& file) const { return mBench->Post("/api/picture", file); }
+  bool Send(QTcpSocket* socket, const QByteArray& file) const {
+    socket->connectToHost(QStringLiteral("127.0.0.1"), mBench->Port());
+    if (!socket->waitForConnected(kPatienceMs)) return false;
+    socket->write("POST /api/picture HTTP/1.1\r\nHost: " + mBench->Host() +
+                  "\r\nContent-Length: " + QByteArray::number(file.size()) + "\r\n\r\n" + file);
+    while (socket->bytesToWrite() > 0)
+      if (!socket->waitForBytesWritten(kPatienceMs)) return false;
+    return true;
+  }
   QImage OnCard() const { return QImage(mBench->Root() + QStringLiteral("/mnt/mmc/Setup/picture.bmp")); }
 
   bool IsSeenSoon(const QImage& image) const {
@@ -130,6 +139,29 @@ private slots:
     QCOMPARE(OnCard(), before);
     QCOMPARE(Starts(), starts);
   }
+  // The largest picture takes half a second to read; meanwhile everybody else is answered.
+  void whileAPictureIsReadTheBenchAnswers() {
+    const QByteArray file = FileOf(Plain({4096, 4096}, Qt::blue), "PNG");
+    const int starts = Starts();
+    QTcpSocket socket;
+    QVERIFY(Send(&socket, file));
+    QTRY_COMPARE(Put("x").Error(), QStringLiteral("Another picture is being read."));
+    QVERIFY(!socket.waitForReadyRead(0));
+    QVERIFY(socket.waitForReadyRead(10000));
+    QVERIFY(socket.readAll().startsWith("HTTP/1.1 200 OK"));
+    Restarted(starts);
+  }
+  // Its answer is nobody's then.
+  void whoHasSentAPictureMayLeave() {
+    const int starts = Starts();
+    {
+      QTcpSocket socket;
+      QVERIFY(Send(&socket, FileOf(Plain({4096, 4096}, Qt::red), "PNG")));
+      QTRY_COMPARE(Put("x").Error(), QStringLiteral("Another picture is being read."));
+    }
+    Restarted(starts);
+    QVERIFY(OnCard().pixelColor(240, 160).red() > 250);
+  }
   void otherPathsTakeNoMoreThanBefore() {
     QCOMPARE(mBench->Post("/api/picture/", QByteArray(65537, ' ')).status, 413);
     QCOMPARE(mBench->Post("/api/picture?x", QByteArray(65537, ' ')).status, 413);
@@ -138,16 +170,16 @@ private slots:
     const QByteArray file = FileOf(Plain({1000, 1000}, Qt::cyan), "BMP");
     QTcpSocket socket;
     socket.connectToHost(QStringLiteral("127.0.0.1"), mBench->Port());
-    QVERIFY(socket.waitForConnected(5000));
+    QVERIFY(socket.waitForConnected(kPatienceMs));
     socket.write("POST /api/picture HTTP/1.1\r\nHost: " + mBench->Host() +
                  "\r\nContent-Length: " + QByteArray::number(file.size()) + "\r\n\r\n");
     const int starts = Starts();
     for (qsizetype at = 0; at < file.size(); at += 100000) {
       socket.write(file.mid(at, 100000));
-      QVERIFY(socket.waitForBytesWritten(5000));
+      QVERIFY(socket.waitForBytesWritten(kPatienceMs));
     }
     QByteArray answer;
-    while (socket.waitForReadyRead(5000)) answer += socket.readAll();
+    while (socket.waitForReadyRead(kPatienceMs)) answer += socket.readAll();
     QVERIFY2(answer.startsWith("HTTP/1.1 200"), answer.constData());
     Restarted(starts);
   }

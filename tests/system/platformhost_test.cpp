@@ -40,6 +40,7 @@
 #include "platform/gui_interface.h"
 #include "platform/sysctrl.h"
 #include "tests/fake/signalto.h"
+#include "tests/system/patience.h"
 
 namespace {
 

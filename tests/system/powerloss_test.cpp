@@ -14,6 +14,7 @@
 #include "gui/settings/settingkeys.h"
 #include "recorder/firmware/recorder.h"
 #include "tests/fake/testroot.h"
+#include "tests/system/patience.h"
 
 static const TestRoot root;
 

@@ -633,6 +633,73 @@ private slots:
     QCOMPARE(root.Read("/run/clock"), QByteArray("+0\n"));
   }
 
+  // ---- time that runs faster, or passes
+
+  void theClockRunsFaster() {
+    Start();
+    const auto offset = [this] { return mRecorder->State().value("clockOffset").toInteger(); };
+    QCOMPARE(mRecorder->State().value("timeSpeed").toInt(), 1);
+    QElapsedTimer passed;
+    passed.start();
+    QVERIFY(Do("timeSpeed", {{"speed", "60"}}));
+    QCOMPARE(mRecorder->State().value("timeSpeed").toInt(), 60);
+    // The file follows by itself, once a second.
+    QTRY_VERIFY(root.Read("/run/clock").trimmed().toInt() >= 59);
+    const qint64 ahead = offset();
+    QVERIFY(ahead <= 59 * passed.elapsed() / 1000 + 1);
+    QVERIFY(Do("timeSpeed", {{"speed", "1"}}));
+    const qint64 there = offset();
+    QVERIFY(there >= 59);
+    QCOMPARE(root.Read("/run/clock").trimmed().toLongLong(), there);
+    QTest::qWait(100);  // in which it would gain six seconds
+    QCOMPARE(offset(), there);
+    QVERIFY(Do("timeSpeed", {{"speed", "10"}}));
+    QVERIFY(Do("clock", {{"to", "real"}}));
+    QVERIFY(offset() <= 1);
+    QTRY_VERIFY(offset() >= 5);
+    Start();  // it keeps its clock, but not the speed
+    QVERIFY(mRecorder->State().value("timeSpeed").toInt() == 1 && offset() >= 5);
+  }
+
+  // A replay leaves out time at the speed of then.
+  void timeThatIsLeftOutRunsAsFast() {
+    Start();
+    QVERIFY(Do("timeSpeed", {{"speed", "60"}}));
+    mRecorder->SkipTime(10000);
+    QVERIFY(mRecorder->State().value("clockOffset").toInteger() >= 590);
+    mRecorder->SkipTime(-10000);
+    QVERIFY(mRecorder->State().value("clockOffset").toInteger() < 300);
+  }
+
+  void aParkingOvernightPassesAtOnce() {
+    Start();
+    QVERIFY(Do("parkIn"));
+    QVERIFY(Do("timeSkip", {{"minutes", 480}}));
+    QVERIFY(Do("impact"));
+    QVERIFY(Do("parkOut"));
+    const QList<int> report = Report();
+    QCOMPARE(report.size(), 7);
+    QVERIFY(std::abs(report[2] - report[1] - 480 * 60) <= 2);
+    QVERIFY(report[5] >= report[1] + 480 * 60 - 1);  // when the impact was
+  }
+
+  void theClockEndsWithItsCentury() {
+    Start();
+    QVERIFY(Do("clock", {{"to", "invalid"}}));
+    QVERIFY(Do("timeSkip", {{"minutes", 1440}}));
+    root.Write("/run/clock", "+9990000000\n");
+    Start();
+    const qint64 before = mRecorder->State().value("clockOffset").toInteger();
+    QCOMPARE(Refusal("timeSkip", {{"minutes", 1440}}), QString("The clock cannot go on so far, or cannot be kept."));
+    QCOMPARE(mRecorder->State().value("clockOffset").toInteger(), before);
+  }
+
+  void noTimePassesInARecordingByHand() {
+    Start(Endless());
+    QCOMPARE(Ask(SFIELD_SET_CURRENT_RECORDING_FILE_DETECT, 0), 0);
+    QCOMPARE(Refusal("timeSkip", {{"minutes", 1}}), QString("A recording is being made by hand."));
+  }
+
   void aSetupBlockOfAnotherModelOrLengthChangesNothing_data() {
     QTest::addColumn<QByteArray>("block");
     QByteArray model = Block();
@@ -1000,6 +1067,47 @@ private slots:
     }
   }
 
+  void whatIsSaidIsLoggedInItsWords() {
+    Start(Endless());
+    const auto said = [this](int field, int value) {
+      mLog.clear();
+      if (Ask(field, value) != 0) return QStringLiteral("refused");
+      return Last("voice").value(QStringLiteral("name")).toString();
+    };
+    QCOMPARE(said(SFIELD_VIDEO_REC_STOP, 2), QStringLiteral("Recording stops."));
+    QCOMPARE(said(SFIELD_VIDEO_REC_START, 0), QStringLiteral("Recording starts."));
+    QCOMPARE(said(SFIELD_VIDEO_REC_STOP, 1), QString());  // to browse
+    QCOMPARE(said(SFIELD_SET_AUDIO_IN_GAIN, 0), QStringLiteral("The microphone is off."));
+    QCOMPARE(said(SFIELD_SET_AUDIO_IN_GAIN, 3), QStringLiteral("The microphone is high."));
+    QCOMPARE(said(SFIELD_SET_AUDIO_IN_GAIN, 2000000000), QStringLiteral("The microphone is high."));
+    QCOMPARE(said(SFIELD_SET_AUDIO_OUT_GAIN, 2), QStringLiteral("The volume is high."));
+    QCOMPARE(said(SFIELD_SET_AUDIO_OUT_GAIN, -1), QStringLiteral("The volume is low."));
+    QCOMPARE(said(SFIELD_SET_AUDIO_OUT_MUTE, 1), QString());
+    QCOMPARE(said(SFIELD_SET_AUDIO_OUT_GAIN, 2), QString());
+    QCOMPARE(said(SFIELD_SET_AUDIO_OUT_MUTE, 0), QStringLiteral("The voice is on."));
+  }
+
+  void whatHappensIsSaidAsTheDriverWantsIt() {
+    Start(Endless());
+    const auto said = [this](const char* action) {
+      mLog.clear();
+      if (!Do(QLatin1String(action))) return QStringLiteral("refused");
+      return Last("voice").value(QStringLiteral("name")).toString();
+    };
+    QCOMPARE(said("shock"), QStringLiteral("Impact detected."));
+    QCOMPARE(said("blackspot"), QStringLiteral("Accident blackspot ahead. Drive carefully."));
+    QCOMPARE(said("parkIn"), QStringLiteral("Parking mode starts."));
+    QCOMPARE(said("impact"), QStringLiteral("Impact detected."));
+    QCOMPARE(said("motion"), QString());
+    QCOMPARE(said("parkOut"), QStringLiteral("Parking mode ends."));
+    QVERIFY(!Events().contains(Event{RECV_ZEL_STATUS_VOICE_PLAY_END, 0}));  // nobody waits for these
+    QCOMPARE(Ask(SFIELD_SET_EVENT_BUZER, 0), 0);
+    QCOMPARE(Ask(SFIELD_SET_ACC_VOLUME, 0), 0);
+    QCOMPARE(said("shock"), QString());
+    QCOMPARE(said("blackspot"), QString());
+    QCOMPARE(said("parkIn"), QStringLiteral("Parking mode starts."));
+  }
+
   void aVoiceThatIsCutOffDoesNotEndTheOneBeforeEarlier() {
     Recorder::Delays delays = Quick();
     delays.stopVoice = kHour;
@@ -1341,14 +1449,14 @@ private slots:
     }
     QCOMPARE(names.size(), actions.size());
     // Each of them is tried in this test: by its event, or one of these.
-    for (const char* other :
-         {"impact", "motion", "parkOut", "parkLowVoltage", "sdIn", "voiceEndSuppress", "updateMarker", "touchMarker",
-          "removeMarkers", "clock", "batteryType", "voltageVerdict", "factoryReset", "commandsFail"})
+    for (const char* other : {"impact", "motion", "parkOut", "parkLowVoltage", "sdIn", "voiceEndSuppress",
+                              "updateMarker", "touchMarker", "removeMarkers", "clock", "timeSpeed", "timeSkip",
+                              "batteryType", "voltageVerdict", "factoryReset", "commandsFail"})
       QVERIFY2(names.remove(QLatin1String(other)), other);
     // Or in those of the report and of the update.
     for (const char* other : {"report", "update"}) QVERIFY2(names.remove(QLatin1String(other)), other);
     // Or in the test of the recordings.
-    for (const char* other : {"shock", "sdFull", "sdCorrupt", "sdCheckFinds", "sdFormatFails"})
+    for (const char* other : {"shock", "sdFull", "sdFullStop", "sdCorrupt", "sdCheckFinds", "sdFormatFails"})
       QVERIFY2(names.remove(QLatin1String(other)), other);
     for (const char* event : {"powerKey",
                               "rearPlug",
@@ -1441,8 +1549,10 @@ private slots:
     Start();
     QString error;
     // Not in the order of their times.
-    const QString file = WriteScenario(R"({"ms": 40, "action": "rearUnplug"}
+    const QString file = WriteScenario(R"(# Somebody drives off.
+{"ms": 40, "action": "rearUnplug"}
 {"ms": 0, "event": 24, "value": 12}
+{"ms": 0, "event": 24}
 
 {"ms": 20, "action": "gps", "state": "searching"})");
     QVERIFY2(mRecorder->PlayScenario(file, &error), qPrintable(error));
@@ -1453,19 +1563,45 @@ private slots:
     QCOMPARE(client.Ask(Packet(SFIELD_GET_VOLTAGE, Int(0))), 0);
     QVERIFY(mRecorder->State()["scenario"].toBool());
     QTRY_VERIFY(!mRecorder->State()["scenario"].toBool());
-    QCOMPARE(Events().mid(4), (QList<Event>{{24, 12}, {11, 1}, {33, 0}}));
+    QCOMPARE(Events().mid(4), (QList<Event>{{24, 12}, {24, 0}, {11, 1}, {33, 0}}));
   }
 
-  void touchesOfAScenarioAreTaps() {
+  void touchesOfAScenarioAreThoseOfTheBench() {
     Start();
-    QList<QPoint> taps;
-    connect(mRecorder.get(), &Recorder::TapWanted, this, [&taps](int x, int y) { taps << QPoint(x, y); });
+    QByteArrayList touches;
+    connect(mRecorder.get(), &Recorder::TouchWanted, this, [&touches](const QJsonObject& request) {
+      touches << QJsonDocument(request).toJson(QJsonDocument::Compact);
+    });
     QCOMPARE(Ask(SFIELD_GET_VOLTAGE, 0), 0);
     QString error;
     QVERIFY(mRecorder->PlayScenario(WriteScenario("{\"ms\": 0, \"touch\": {\"x\": 479, \"y\": 319}}\n"
-                                                  "{\"ms\": 1, \"touch\": {\"x\": 0, \"y\": 0}}\n"),
+                                                  "{\"ms\": 1, \"touch\": {\"x\": 0, \"y\": 0, \"ms\": 3000}}\n"
+                                                  "# a drag, in the panel's own units\n"
+                                                  "{\"ms\": 2, \"touch\": {\"action\": \"press\", \"raw\": true, "
+                                                  "\"x\": 511, \"y\": 1}}\n"
+                                                  "{\"ms\": 3, \"touch\": {\"action\": \"release\"}}\n"
+                                                  "{\"ms\": 4, \"touch\": {\"action\": \"path\", \"path\": "
+                                                  "[{\"x\": 1, \"y\": 2}, {\"x\": 3, \"y\": 4, \"ms\": 5}]}}\n"),
                                     &error));
-    QTRY_COMPARE(taps, (QList<QPoint>{{479, 319}, {0, 0}}));
+    QTRY_COMPARE(touches,
+                 (QByteArrayList{R"({"action":"tap","x":479,"y":319})", R"({"action":"tap","ms":3000,"x":0,"y":0})",
+                                 R"({"action":"press","raw":true,"x":511,"y":1})", R"({"action":"release"})",
+                                 R"({"action":"path","path":[{"x":1,"y":2},{"ms":5,"x":3,"y":4}]})"}));
+  }
+
+  void aPictureOfAScenarioStandsBesideIt() {
+    Start();
+    QStringList pictures;
+    connect(mRecorder.get(), &Recorder::PictureWanted, this, [&pictures](const QString& path) { pictures << path; });
+    QCOMPARE(Ask(SFIELD_GET_VOLTAGE, 0), 0);
+    root.Write("/car.png", "PNG");
+    QString error;
+    const QByteArray line = "{\"ms\": 0, \"picture\": \"car.png\"}";
+    QVERIFY2(mRecorder->PlayScenario(WriteScenario(line), &error), qPrintable(error));
+    QTRY_COMPARE(pictures, QStringList{root.Path("/car.png")});
+    root.Write("/car.png", QByteArray((8 << 20) + 1, ' '));
+    QVERIFY(!mRecorder->PlayScenario(WriteScenario(line), &error));
+    QVERIFY2(error.endsWith(": The picture is larger than 8 MiB."), qPrintable(error));
   }
 
   void aScenarioForALivingInterfacePlaysAtOnceAndReplacesTheOneBefore() {
@@ -1507,7 +1643,6 @@ private slots:
                              "{\"ms\": \"1\", \"event\": 1, \"value\": 1}",
                              "{\"ms\": 1, \"event\": 0, \"value\": 1}",
                              "{\"ms\": 1, \"event\": 39, \"value\": 1}",
-                             "{\"ms\": 1, \"event\": 1}",
                              "{\"ms\": 1, \"event\": 1, \"value\": 2147483648}",
                              "{\"ms\": 1, \"event\": 1, \"value\": 1, \"more\": 1}",
                              "{\"ms\": 1, \"touch\": 5}",
@@ -1515,7 +1650,14 @@ private slots:
                              "{\"ms\": 1, \"touch\": {\"x\": 480, \"y\": 1}}",
                              "{\"ms\": 1, \"touch\": {\"x\": 1, \"y\": 320}}",
                              "{\"ms\": 1, \"touch\": {\"x\": -1, \"y\": 1}}",
-                             "{\"ms\": 1, \"touch\": {\"x\": 1, \"y\": 1, \"ms\": 60}}",
+                             "{\"ms\": 1, \"touch\": {\"x\": 1, \"y\": 1, \"ms\": 60001}}",
+                             "{\"ms\": 1, \"touch\": {\"action\": \"poke\", \"x\": 1, \"y\": 1}}",
+                             "{\"ms\": 1, \"touch\": {\"action\": \"release\", \"x\": 1, \"y\": 1}}",
+                             "{\"ms\": 1, \"touch\": {\"action\": \"path\", \"path\": []}}",
+                             "{\"ms\": 1, \"picture\": \"nowhere.png\"}",
+                             "{\"ms\": 1, \"picture\": \"../scenario.jsonl\"}",
+                             "{\"ms\": 1, \"picture\": 5}",
+                             "{\"ms\": 1, \"picture\": \"scenario.jsonl\", \"event\": 1}",
                              "{\"ms\": 1, \"touch\": {\"x\": 1, \"y\": 1}, \"event\": 1, \"value\": 1}",
                              "{\"ms\": 1, \"action\": \"explode\"}",
                              "{\"ms\": 1, \"action\": \"recorderStop\"}",  // a bench's
@@ -1566,13 +1708,15 @@ private slots:
     int last = 0;
     for (; !file.atEnd(); ++done) {  // step by step, without its times
       QJsonObject step = QJsonDocument::fromJson(file.readLine()).object();
+      if (step.isEmpty()) continue;  // a comment
+
       const int ms = step.take("ms").toInt();
       QVERIFY(ms >= last);
       last = ms;
       if (step.contains("action")) {
         const QString name = step.take("action").toString();
         QVERIFY2(Do(name, step), qPrintable(name));
-      } else if (!step.contains("touch")) {
+      } else if (!step.contains("touch") && !step.contains("say")) {
         QVERIFY(mRecorder->SendStatus(step["event"].toInt(), step["value"].toInt()));
       }
     }

@@ -17,6 +17,7 @@
 #include "platform/sysctrl.h"
 #include "recorder/firmware/recorder.h"
 #include "tests/fake/testroot.h"
+#include "tests/system/patience.h"
 
 inline const TestRoot root;
 inline const key_t kKey = 0x45000000 + getpid();  // no other test program's
@@ -167,7 +168,7 @@ protected:
 
   // The same for one that is on its way.
   bool Comes(int event, int value) {
-    return QTest::qWaitFor([&] { return Came(event, value); });
+    return QTest::qWaitFor([&] { return Came(event, value); }, kPatienceMs);
   }
 
   bool Do(const QString& name, const QJsonObject& arguments = {}) {

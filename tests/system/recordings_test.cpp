@@ -11,6 +11,7 @@
 #include "bench/lcd/compose.h"
 #include "bench/lcd/roadvideo.h"
 #include "recorder/card/cardfolder.h"
+#include "recorder/card/clipfacts.h"
 #include "recorder/card/clipreader.h"
 #include "recorder/card/clipwriter.h"
 #include "recorder/card/pictureencoder.h"
@@ -94,6 +95,11 @@ private:
   }
 
   // Nothing is recorded by itself.
+  bool Fill(int recordings) {
+    return Do("sdFull", {{"recordings", recordings}}) &&
+           QTest::qWaitFor([this] { return mRecorder->State()["cardWork"].isNull(); }, 60000);
+  }
+
   static Recorder::Delays Idle() {
     Recorder::Delays delays = Fast();
     delays.picture = kHour;
@@ -131,7 +137,7 @@ private:
         if (event.event == RECV_ZEL_STATUS_PLAY_STATUS) return true;
       return false;
     };
-    return QTest::qWaitFor(ended) ? std::exchange(mEvents, {}) : QList<Event>();
+    return QTest::qWaitFor(ended, kPatienceMs) ? std::exchange(mEvents, {}) : QList<Event>();
   }
 
 private slots:
@@ -455,6 +461,91 @@ private slots:
     QVERIFY(Recordings().filter("_.avi").size() <= number + 2);
   }
 
+  void whileTimeRunsFasterSoDoTheRecordings() {
+    mPictures = 0;
+    mCameras = [this](int camera, qint64 ms, Picture* picture) {
+      recorder::DrawStripes(camera, ms, picture);
+      ++mPictures;
+    };
+    Recorder::Delays delays = Idle();
+    delays.picture = 250;
+    delays.clip = 5000;
+    Start(delays);
+    QVERIFY(Do("timeSpeed", {{"speed", "60"}}));
+    QTRY_VERIFY_WITH_TIMEOUT(Recordings().filter("rec0").size() >= 9, 4000);  // 15 s in each quarter of a second
+    QVERIFY(mPictures < 60);                                                  // of 180 and more: the others repeat
+    QStringList names = Recordings().filter("rec0");
+    names.sort();
+    for (qsizetype i = 1; i < names.size(); ++i) {
+      const QDateTime one = recorder::TimeOf(names[i - 1].mid(5, 15)), next = recorder::TimeOf(names[i].mid(5, 15));
+      QVERIFY2(one.secsTo(next) >= 5, qPrintable(names[i]));  // later when the machine is busy: none overlap
+      QCOMPARE(recorder::ClipFacts::Of(Card(), names[i]).ms, 5000);
+    }
+  }
+
+  void aRecordingByHandIsWholeWhileTimeRunsFaster() {
+    Recorder::Delays delays = Idle();
+    delays.picture = 50;
+    delays.manualEvent = 10000;
+    Start(delays);
+    QVERIFY(Do("timeSpeed", {{"speed", "60"}}));
+    QCOMPARE(Ask(SFIELD_SET_CURRENT_RECORDING_FILE_DETECT, 0), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(Recordings().filter("ndf0").size(), 1, 3000);
+    QCOMPARE(recorder::ClipFacts::Of(Card(), Recordings().filter("ndf0").first()).ms, 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(!mRecorder->State()["manualEvent"].toBool(), 3000);
+  }
+
+  void whatTimePassedWouldHaveBroughtIsRecorded() {
+    Recorder::Delays delays = Idle();
+    delays.clip = 20000;
+    Start(delays);
+    QVERIFY(Do("parkIn"));
+    const QDateTime before = QDateTime::currentDateTime();
+    QVERIFY(Do("timeSkip", {{"minutes", 10}}));
+    QVERIFY(mRecorder->State()["clockOffset"].toInteger() >= 600);
+    QCOMPARE(Ask(SFIELD_GET_VOLTAGE, 0), 0);  // meanwhile it answers
+    QTRY_COMPARE_WITH_TIMEOUT(Recordings().filter("pmr0").size(), 30, 20000);
+    QTRY_COMPARE_WITH_TIMEOUT(Recordings().filter("pmr1").size(), 30, 20000);
+    QStringList names = Recordings().filter("pmr0");
+    names.sort();
+    for (qsizetype i = 0; i < names.size(); ++i) {
+      const qint64 at = before.secsTo(recorder::TimeOf(names[i].mid(5, 15)));
+      QVERIFY2(std::abs(at - 20 * i) <= 3, qPrintable(names[i]));
+      QCOMPARE(recorder::ClipFacts::Of(Card(), names[i]).ms, 20000);
+    }
+    QCOMPARE(Play(kCard + names.first().toLatin1()), 0);
+    QTRY_VERIFY(mRecorder->Video().played);
+  }
+
+  void noMoreIsRecordedThanHasRoom() {
+    Start(Idle());
+    const QByteArray old = Put();
+    QVERIFY(Do("timeSkip", {{"minutes", 30}}));
+    QVERIFY(Do("timeSkip", {{"minutes", 1440}}));
+    QTRY_COMPARE_WITH_TIMEOUT(Recordings().size(), 400, 60000);
+    mRecorder.reset();
+    QCOMPARE(Recordings().size(), 400);
+    QVERIFY(!root.Read(old).size());
+  }
+
+  void whatIsNotRecordedIsNotRecordedLater() {
+    Start(Idle());
+    QCOMPARE(Ask(SFIELD_VIDEO_REC_STOP, 1), 0);
+    QVERIFY(Do("timeSkip", {{"minutes", 60}}));
+    QCOMPARE(Ask(SFIELD_VIDEO_REC_START, 0), 0);
+    QCOMPARE(Recordings(), QStringList());
+    const QList<QByteArray> stop = root.Read(kStops).trimmed().split(' ');
+    QCOMPARE(stop.size(), 2);
+    const auto time = [](const QByteArray& text) { return recorder::TimeOf(QString::fromLatin1(text)); };
+    QVERIFY(time(stop[0]).secsTo(time(stop[1])) >= 3599);
+    // A list that is opened is not disturbed.
+    QVERIFY(Do("timeSkip", {{"minutes", 1440}}));
+    QCOMPARE(Ask(SFIELD_VIDEO_REC_STOP, 1), 0);
+    const QStringList names = Recordings();
+    QCOMPARE(Ask(SFIELD_GET_VOLTAGE, 0), 0);
+    QCOMPARE(Recordings(), names);
+  }
+
   void stopsAreListed() {
     Start(Fast());
     QTRY_VERIFY(!Recordings().isEmpty());
@@ -486,7 +577,7 @@ private slots:
 
   void theOldestMakeRoomButNotTheProtected() {
     Start(Idle());
-    QVERIFY(Do("sdFull", {{"recordings", 400}}));
+    QVERIFY(Fill(400));
     const QStringList before = Recordings();
     QCOMPARE(before.size(), 400);
     mRecorder.reset();
@@ -757,6 +848,9 @@ private slots:
     QVERIFY(!root.Exists(kFormatTime));
     QCOMPARE(Ask(SFIELD_SET_SYSTEM_SD_FORMAT, 0), 0);  // the one after it
     QVERIFY(Comes(RECV_ZEL_STATUS_SD_FORMAT_RESULT, 1));
+    QVERIFY(Do("sdFormatFails", {{"number", 2}}) && Do("sdFormatFails", {{"number", 0}}));
+    QCOMPARE(Ask(SFIELD_SET_SYSTEM_SD_FORMAT, 0), 0);
+    QVERIFY(Comes(RECV_ZEL_STATUS_SD_FORMAT_RESULT, 1));
     QVERIFY(Do("sdOut"));
     QCOMPARE(Ask(SFIELD_SET_SYSTEM_SD_FORMAT, 0), 0);
     QVERIFY(Comes(RECV_ZEL_STATUS_SD_FORMAT_RESULT, 0));
@@ -849,7 +943,7 @@ private slots:
   void aFullCardHasAsManyRecordingsAsWanted() {
     Start(Idle());
     Put();
-    QVERIFY(Do("sdFull", {{"recordings", 1000}}));
+    QVERIFY(Fill(1000));
     const QStringList names = Recordings();
     QCOMPARE(names.size(), 1000);
     QCOMPARE(Recordings("...0").size(), 500);
@@ -862,8 +956,64 @@ private slots:
     QCOMPARE(SecondsInHeader(Recording(names[0])), 1);
     QCOMPARE(Play(kCard + names[0].toLatin1()), 0);
     QCOMPARE(UntilItEnds(), (QList<Event>{{27, 0}, {27, 1000}, {26, 4}}));
-    QVERIFY(Do("sdFull", {{"recordings", 1}}));
+    QVERIFY(Fill(1));
     QCOMPARE(Recordings().size(), 1);
+  }
+
+  // So many that it is far from its end when all of this is over.
+  void whileACardIsFilledTheRecorderAnswers() {
+    Start(Idle());
+    Put();
+    QVERIFY(Do("sdFull", {{"recordings", 50000}}));
+    QCOMPARE(Recordings().size(), 1);  // not even begun
+    QCOMPARE(Ask(SFIELD_SET_LCD_BRIGHT, 1), 0);
+    QTRY_VERIFY(State("cardWork")["done"].toInt() > 100);
+    QCOMPARE(Ask(SFIELD_SET_LCD_BRIGHT, 2), 0);
+    QCOMPARE(State("cardWork")["what"].toString(), QString("fill"));
+    QVERIFY(State("cardWork")["of"].toInt() > 50000 && State("cardWork")["done"].toInt() < 50000);
+    QVERIFY(!mRecorder->Video().recording);
+    for (const char* action : {"sdFull", "sdCorrupt", "shock"})
+      QVERIFY2(mRecorder->Unavailable().contains(QLatin1String(action)), action);
+
+    QVERIFY(Do("sdFullStop"));
+    QVERIFY(mRecorder->State()["cardWork"].isNull() && mRecorder->Video().recording);
+    const qsizetype there = Recordings().size();
+    QVERIFY(there > 100 && there < 50000);
+    QCOMPARE(Refusal("sdFullStop"), QString("The card is not being filled."));
+    QTest::qWait(50);
+    QCOMPARE(Recordings().size(), there);
+  }
+
+  void whileAFullCardIsFormattedTheRecorderAnswers() {
+    Start(Idle());
+    QVERIFY(Fill(1500));
+    QCOMPARE(Ask(SFIELD_SET_SYSTEM_SD_FORMAT, 0), 0);
+    bool wasEmptied = false;
+    connect(mRecorder.get(), &Recorder::StateChanged, this, [this, &wasEmptied] {
+      const QJsonObject work = State("cardWork");
+      wasEmptied |= work["what"] == "format" && work["done"].toInt() > 0 && work["done"].toInt() < 1500;
+    });
+    QVERIFY(Comes(RECV_ZEL_STATUS_SD_FORMAT_RESULT, 1));
+    disconnect(mRecorder.get(), &Recorder::StateChanged, this, nullptr);
+    QVERIFY(wasEmptied);
+    QVERIFY(Recordings().isEmpty() && root.Exists(kFormatTime));
+  }
+
+  void aFillingEndsWithItsCardAndWithItsRecorder() {
+    Start(Idle());
+    QVERIFY(Do("sdFull", {{"recordings", 50000}}));
+    QVERIFY(Do("sdOut"));
+    QVERIFY(mRecorder->State()["cardWork"].isNull());
+    QVERIFY(Do("sdIn"));
+    QVERIFY(Do("sdFull", {{"recordings", 50000}}));
+    Start(Idle());
+    QVERIFY(Recordings().size() < 50000);
+    QVERIFY(mRecorder->State()["cardWork"].isNull());
+    // A format that the interface wants comes first, and its end is told.
+    QVERIFY(Do("sdFull", {{"recordings", 50000}}));
+    QCOMPARE(Ask(SFIELD_SET_SYSTEM_SD_FORMAT, 0), 0);
+    QVERIFY(Comes(RECV_ZEL_STATUS_SD_FORMAT_RESULT, 1));
+    QVERIFY(Recordings().isEmpty());
   }
 
   void theNewestRecordingCanBeDamaged_data() {

@@ -3,6 +3,7 @@
 
 #include <QBuffer>
 #include <QImage>
+#include <QTcpServer>
 #include <QTemporaryDir>
 
 #include "tests/system/camerarun.h"
@@ -47,6 +48,11 @@ bool WriteRecording(const QString& path, const RecordFile& recording) {
   bool good = file.open(QIODevice::WriteOnly) && file.write(recording.FirstLine()) > 0;
   for (const RecordEntry& entry : recording.entries) good = good && file.write(entry.Line()) > 0;
   return good;
+}
+
+QByteArray Bytes(const QString& path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 bool IsSentence(const QString& text) {
@@ -144,7 +150,8 @@ private slots:
     QVERIFY2(replayed.Says(QStringLiteral(": the command SFIELD_VIDEO_REC_START 0 came, and was not recorded.")),
              qPrintable(said));
     QVERIFY2(replayed.Summary().endsWith(QLatin1String(": 4 differences.")), qPrintable(said));
-    QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList{QStringLiteral("before-input-3.png")});
+    QCOMPARE(QDir(folder).entryList(QDir::Files),
+             (QStringList{QStringLiteral("before-input-3-expected.png"), QStringLiteral("before-input-3.png")}));
     QCOMPARE(QImage(folder + QStringLiteral("/before-input-3.png")).size(), QSize(480, 320));
   }
   void aReplayThatIsRecordedIsTheNewRecording() {
@@ -230,7 +237,7 @@ private slots:
     QVERIFY(Event(24, 12));
     OpenMenu();
     mBench->Process().kill();
-    QVERIFY(mBench->Process().waitForFinished(5000));
+    QVERIFY(mBench->Process().waitForFinished(kPatienceMs));
     RecordFile recording;
     QString error;
     QVERIFY2(recording.Read(File("killed.jsonl"), &error), qPrintable(error));
@@ -242,6 +249,27 @@ private slots:
       return entry.Essence() == QStringLiteral("the line \"screen MAINMENU\"");
     }));
     const Replayed replayed = Replay(File("killed.jsonl"));
+    QVERIFY2(replayed.code == 0, qPrintable(replayed.lines.join(u'\n') + replayed.error));
+  }
+  void aNightThatPassesIsTheSameAgain() {
+    QVERIFY(StartCamera({QStringLiteral("--record"), File("night.jsonl")}));
+    QVERIFY(mBench->Action("{\"name\": \"timeSpeed\", \"speed\": \"60\"}"));
+    QVERIFY(Do("parkIn"));
+    QTRY_VERIFY(mBench->State("recorder/clockOffset").toInt() >= 120);
+    QTRY_COMPARE_WITH_TIMEOUT(mBench->State("lcd/backlight").toInt(), 0, 15000);  // so it stays
+    QVERIFY(mBench->Action("{\"name\": \"timeSkip\", \"minutes\": 480}"));
+    QVERIFY(Do("impact"));
+    QVERIFY(mBench->Action("{\"name\": \"timeSpeed\", \"speed\": \"1\"}"));
+    QVERIFY(Do("parkOut"));
+    QTRY_VERIFY(Screen() != QLatin1String("PREVIEW"));  // the report, with its times
+    QVERIFY(Do("closeReport"));
+    QTRY_COMPARE(Screen(), QStringLiteral("PREVIEW"));
+    End();
+    RecordFile recording;
+    QString error;
+    QVERIFY2(recording.Read(File("night.jsonl"), &error), qPrintable(error));
+    QVERIFY(Count(recording, Kind::Stored) > 2);  // what the time that passed has left
+    const Replayed replayed = Replay(File("night.jsonl"));
     QVERIFY2(replayed.code == 0, qPrintable(replayed.lines.join(u'\n') + replayed.error));
   }
   void everyWayOfInputIsRecorded() {
@@ -280,6 +308,74 @@ private slots:
     const Replayed replayed = Replay(File("all.jsonl"));
     QVERIFY2(replayed.code == 0, qPrintable(replayed.lines.join(u'\n') + replayed.error));
   }
+  // The work of a colleague, or of the day before: it is replaced by something, and never by nothing.
+  // A gesture is its moves.
+  void aPathIsThereAgain() {
+    const auto touches = [this](const char* name) {
+      RecordFile recording;
+      QString error;
+      if (!recording.Read(File(name), &error)) qWarning("%s", qPrintable(error));
+      QList<RecordEntry> found;
+      for (const RecordEntry& entry : recording.entries)
+        if (entry.kind == Kind::Touch) found << entry;
+      return found;
+    };
+    QVERIFY(StartCamera({QStringLiteral("--record"), File("path.jsonl")}));
+    QCOMPARE(
+        mBench->Post("/api/touch", R"({"action":"path","path":[{"x":20,"y":310},{"x":420,"y":310,"ms":2000}]})").status,
+        200);
+    QTRY_VERIFY(!mBench->Find("touch", QStringLiteral("release")).isEmpty());
+    End();
+    const Replayed replayed = Replay(File("path.jsonl"), {QStringLiteral("--record"), File("path-again.jsonl")});
+    QVERIFY2(replayed.code == 0, qPrintable(replayed.lines.join(u'\n') + replayed.error));
+    const QList<RecordEntry> before = touches("path.jsonl"), again = touches("path-again.jsonl");
+    QVERIFY(before.size() > 50);
+    QCOMPARE(again.size(), before.size());
+    for (qsizetype i = 0; i < before.size(); ++i) QCOMPARE(again[i].Request(), before[i].Request());
+  }
+  void anOlderRecordingIsLeftAlone_data() {
+    QTest::addColumn<QString>("others");
+    QTest::addColumn<QString>("says");
+    QTest::newRow("it is there") << QStringLiteral("--port 0") << QStringLiteral("is there already");
+    QTest::newRow("the port is taken") << QStringLiteral("--force --port %1") << QStringLiteral("cannot be used");
+    QTest::newRow("there is no such scenario")
+        << QStringLiteral("--force --scenario /nowhere") << QStringLiteral("/nowhere");
+  }
+  void anOlderRecordingIsLeftAlone() {
+    QFETCH(QString, others);
+    QFETCH(QString, says);
+    QTcpServer taken;
+    QVERIFY(taken.listen(QHostAddress::LocalHost));
+    const QString file = File("older.jsonl");
+    QFile::remove(file);
+    QVERIFY(QFile::copy(Kept(QStringLiteral("option")), file));
+    const Replayed ended =
+        RunToItsEnd(QStringList{QStringLiteral("--record"), file} +
+                    others.replace(QLatin1String("%1"), QString::number(taken.serverPort())).split(u' '));
+    QCOMPARE(ended.code, 1);
+    QVERIFY2(IsSentence(ended.error) && ended.error.contains(says), qPrintable(ended.error));
+    QCOMPARE(Bytes(file), Bytes(Kept(QStringLiteral("option"))));
+    QVERIFY(!QFile::exists(file + QStringLiteral(".part")));
+  }
+  void anOlderRecordingIsReplacedByAnInput() {
+    const QString file = File("replaced.jsonl"), older = Kept(QStringLiteral("option"));
+    QVERIFY(QFile::copy(older, file));
+    const QStringList options{QStringLiteral("--record"), file, QStringLiteral("--force")};
+    QVERIFY(StartCamera(options));
+    QVERIFY(QFile::exists(file + QStringLiteral(".part")));
+    End();
+    QCOMPARE(Bytes(file), Bytes(older));
+    QVERIFY(!QFile::exists(file + QStringLiteral(".part")));
+
+    QVERIFY(StartCamera(options));
+    QVERIFY(Event(24, 12));
+    QVERIFY(!QFile::exists(file + QStringLiteral(".part")));
+    RecordFile recording;
+    QString error;
+    QVERIFY2(recording.Read(file, &error), qPrintable(error));
+    QCOMPARE(Count(recording, Kind::Event), 1);
+    QCOMPARE(Count(recording, Kind::Touch), 0);
+  }
   // What was pressed as soon as it was there is pressed as soon as it is there, and not before.
   void aHastyDriverIsFollowed() {
     QVERIFY(StartCamera({QStringLiteral("--record"), File("calm.jsonl")}));
@@ -305,6 +401,7 @@ private slots:
     QVERIFY(mBench->Action("{\"name\": \"clock\", \"to\": \"leap day\"}"));
     QVERIFY(mBench->Action("{\"name\": \"panelAskew\", \"skew\": 0, \"x\": -10, \"y\": 0, \"noise\": 2}"));
     QVERIFY(mBench->Action("{\"name\": \"sdFull\", \"recordings\": 30}"));
+    QTRY_VERIFY(mBench->State("recorder/cardWork").isNull());
     End();
     QVERIFY(StartCamera(root + QStringList{QStringLiteral("--record"), File("kept.jsonl")}));
     OpenList();
@@ -333,6 +430,8 @@ private slots:
     row("a scenario, too", QStringLiteral("--replay %1 --scenario %1").arg(good), 2);
     row("fast without a replay", QStringLiteral("--fast"), 2);
     row("differences without a replay", QStringLiteral("--differences /tmp"), 2);
+    row("force without a record", QStringLiteral("--force"), 2);
+    row("a record with the name of a folder", QStringLiteral("--force --record /tmp"), 1);
     row("a record that cannot be written", QStringLiteral("--record /nowhere/use.jsonl"), 1);
   }
   void whatCannotBeIsOneSentence() {
@@ -341,6 +440,18 @@ private slots:
     const Replayed replayed = RunToItsEnd(arguments);
     QCOMPARE(replayed.code, code);
     QVERIFY2(IsSentence(replayed.error) && replayed.lines.isEmpty(), qPrintable(replayed.error));
+  }
+  // Whoever hands it in as a report believes that it shows something.
+  void aRecordingWithoutInputIsRefused() {
+    RecordFile recording;
+    QString error;
+    QVERIFY(recording.Read(Kept(QStringLiteral("option")), &error));
+    recording.entries.removeIf([](const RecordEntry& entry) { return entry.IsInput(); });
+    QVERIFY(WriteRecording(File("idle.jsonl"), recording));
+    const Replayed replayed = Replay(File("idle.jsonl"));
+    QCOMPARE(replayed.code, 2);
+    QVERIFY2(IsSentence(replayed.error) && replayed.error.contains(QLatin1String("no input")),
+             qPrintable(replayed.error));
   }
   void aRootStateThatReachesOutIsRefused() {
     RecordFile recording;

@@ -15,6 +15,7 @@
 #include "tests/fake/managerfake.h"
 #include "tests/fake/signalto.h"
 #include "tests/fake/testroot.h"
+#include "tests/system/patience.h"
 
 static const TestRoot root;
 

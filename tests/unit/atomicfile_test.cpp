@@ -49,10 +49,10 @@ private slots:
     root.Write(QStringLiteral("/tmp/a"), "old and longer");
     QVERIFY(WriteAtomically(root.Path(QStringLiteral("/tmp/a")), "new"));
     QCOMPARE(root.Read(QStringLiteral("/tmp/a")), QByteArray("new"));
-    QVERIFY(!root.Exists(QStringLiteral("/tmp/a.tmp")));
+    QVERIFY(!root.Exists(QStringLiteral("/tmp/a.saving")));
   }
   void aLeftoverOfACutWriteIsNoObstacle() {
-    root.Write(QStringLiteral("/tmp/b.tmp"), QByteArray(10000, 'x'));
+    root.Write(QStringLiteral("/tmp/b.saving"), QByteArray(10000, 'x'));
     QVERIFY(WriteAtomically(root.Path(QStringLiteral("/tmp/b")), "new"));
     QCOMPARE(root.Read(QStringLiteral("/tmp/b")), QByteArray("new"));
   }
@@ -68,7 +68,7 @@ private slots:
     setrlimit(RLIMIT_FSIZE, &before);
     QVERIFY(!written);
     QCOMPARE(root.Read(QStringLiteral("/tmp/c")), QByteArray("old"));
-    QVERIFY(!root.Exists(QStringLiteral("/tmp/c.tmp")));
+    QVERIFY(!root.Exists(QStringLiteral("/tmp/c.saving")));
   }
   void aWriterKilledAtAnyStepLeavesAWholeFile() {
     const QString path = QStringLiteral("/tmp/f");
@@ -88,12 +88,12 @@ private slots:
     }
     QVERIFY(oldSeen && newSeen);
     QCOMPARE(root.Read(path), after);
-    QVERIFY(!root.Exists(path + QStringLiteral(".tmp")));
+    QVERIFY(!root.Exists(path + QStringLiteral(".saving")));
   }
   void aFolderInItsPlaceIsNotReplaced() {
     QVERIFY(QDir().mkpath(root.Path(QStringLiteral("/tmp/d/inside"))));
     QVERIFY(!WriteAtomically(root.Path(QStringLiteral("/tmp/d")), "new"));
-    QVERIFY(!root.Exists(QStringLiteral("/tmp/d.tmp")));
+    QVERIFY(!root.Exists(QStringLiteral("/tmp/d.saving")));
   }
   void aLinkStaysAndItsFileIsWritten_data() {
     QTest::addColumn<QStringList>("links");  // name, target; the last one leads to the file
@@ -117,7 +117,7 @@ private slots:
       QVERIFY(WriteAtomically(root.Path(QStringLiteral("/tmp/l")), bytes));
       QCOMPARE(root.Read(file), bytes);
       QVERIFY(!QFileInfo(root.Path(file)).isSymLink());
-      QVERIFY(!root.Exists(file + QStringLiteral(".tmp")));
+      QVERIFY(!root.Exists(file + QStringLiteral(".saving")));
       for (int i = 0; i < links.size(); i += 2) QVERIFY(QFileInfo(root.Path(links[i])).isSymLink());
     }
     root.Remove(file);
@@ -143,6 +143,37 @@ private slots:
     QFile::remove(path);
     QFile::remove(path + u'2');
   }
+  void whatACutWriteLeftGoes() {
+    QVERIFY(QFile::link(QStringLiteral("../opt/g"), root.Path(QStringLiteral("/tmp/g"))));
+    root.Write(QStringLiteral("/opt/g.saving"), "half");
+    root.Write(QStringLiteral("/opt/g.saving2"), "somebody's");
+    RemoveCutWrite(root.Path(QStringLiteral("/tmp/g")));
+    QVERIFY(!root.Exists(QStringLiteral("/opt/g.saving")));
+    QVERIFY(root.Exists(QStringLiteral("/opt/g.saving2")));
+  }
+
+  void whatIsRead() {
+    QByteArray bytes = "before";
+    const auto read = [&bytes](const char* name, qsizetype most) {
+      return ReadFile(root.Path(QStringLiteral("/tmp/r/") + QLatin1String(name)), most, &bytes);
+    };
+    QVERIFY(QDir().mkpath(root.Path(QStringLiteral("/tmp/r/folder"))));
+    root.Write(QStringLiteral("/tmp/r/file"), QByteArray(200000, 'x') + "end");
+    root.Write(QStringLiteral("/tmp/r/empty"), "");
+    QVERIFY(QFile::link(QStringLiteral("circle"), root.Path(QStringLiteral("/tmp/r/circle"))));
+    QVERIFY(QFile::link(QStringLiteral("file"), root.Path(QStringLiteral("/tmp/r/link"))));
+    QCOMPARE(mkfifo(qPrintable(root.Path(QStringLiteral("/tmp/r/pipe"))), 0600), 0);
+    QVERIFY(read("file", 1000000) == FileRead::Whole);
+    QCOMPARE(bytes, QByteArray(200000, 'x') + "end");
+    QVERIFY(read("link", 7) == FileRead::Whole);
+    QCOMPARE(bytes, QByteArray(7, 'x'));
+    QVERIFY(read("empty", 7) == FileRead::Whole && bytes.isEmpty());
+    QVERIFY(read("none", 7) == FileRead::Missing);
+    for (const char* name : {"folder", "pipe", "circle"}) QVERIFY2(read(name, 7) == FileRead::NoFile, name);
+    QVERIFY(read("file/below", 7) == FileRead::Failed);  // a file is no folder
+    QVERIFY(bytes.isEmpty());
+  }
+
   void aMissingFolderIsSaid() { QVERIFY(!WriteAtomically(root.Path(QStringLiteral("/none/e")), "new")); }
 };
 

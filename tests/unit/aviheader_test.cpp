@@ -41,6 +41,24 @@ class AviHeaderTest : public QObject {
   }
 
 private slots:
+  // The kernel gives a file of its own a page at a time.
+  void whatComesInPartsIsPutTogether() {
+    const auto open = [](const char* path) { return ::open(path, O_RDONLY | O_CLOEXEC); };
+    const int file = open("/proc/self/smaps");
+    char bytes[20000];
+    QVERIFY(pread(file, bytes, sizeof bytes, 0) < ssize_t(sizeof bytes));
+    QCOMPARE(ReadAt(file, bytes, sizeof bytes, 0), ssize_t(sizeof bytes));
+    close(file);
+    const int end = open("/proc/self/comm");
+    const ssize_t all = ReadAt(end, bytes, sizeof bytes, 0);
+    QVERIFY(all > 1);
+    QCOMPARE(ReadAt(end, bytes, sizeof bytes, 1), all - 1);
+    close(end);
+    const int folder = open("/proc");
+    QCOMPARE(ReadAt(folder, bytes, sizeof bytes, 0), ssize_t{-1});
+    close(folder);
+  }
+
   void secondsAreFramesByRate_data() {
     QTest::addColumn<quint32>("rate");
     QTest::addColumn<quint32>("length");

@@ -54,6 +54,15 @@ private slots:
     QTest::ignoreMessage(QtDebugMsg, "picture: missing: /opt/gui/images/torn.bmp");
     QVERIFY(Picture("torn.bmp").isNull());
   }
+  // A folder can be opened as little as a file without memory for it.
+  void aPictureThatCannotBeReadNowIsTriedAgain() {
+    QVERIFY(QDir().mkpath(root.Path("/opt/gui/images/later.bmp")));
+    QTest::ignoreMessage(QtDebugMsg, "picture: missing: /opt/gui/images/later.bmp");
+    QVERIFY(Picture("later.bmp").isNull());
+    QVERIFY(QDir().rmdir(root.Path("/opt/gui/images/later.bmp")));
+    Draw("/opt/gui/images/later.bmp", QSize(3, 3), Qt::green);
+    QCOMPARE(ColourOf(Picture("later.bmp")), QColor(Qt::green));
+  }
   // 14 full pages are more than 8 MiB: the first is decoded anew, the last is still there.
   void decodedPicturesStayWithinTheirLimit() {
     const auto name = [](int i) { return QStringLiteral("page%1.bmp").arg(i); };

@@ -203,6 +203,7 @@ private slots:
     QTest::newRow("note") << Json("{'kind': 'note', 'name': 'The recorder has ended.'}") << QString();
     QTest::newRow("diagnostic") << Json("{'kind': 'diagnostic', 'name': 'screen?'}") << QString();
     QTest::newRow("shell") << Json("{'kind': 'shell', 'name': 'sync'}") << QString();
+    QTest::newRow("voice") << Json("{'kind': 'voice', 'name': 'Recording starts.'}") << QString();
     QTest::newRow("action: told by others") << Json("{'kind': 'action', 'name': 'shock'}") << QStringLiteral("nothing");
   }
   void ofTheLogThisIsCompared() {

@@ -4,6 +4,7 @@
 #include <linux/input.h>
 #include <pty.h>
 #include <sys/ioctl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <termios.h>
@@ -204,6 +205,7 @@ private slots:
   void aReplacedDeviceIsFoundAndTheFingerLifted();
   void whileNothingHappensTheReaderSleeps();
   void aSignalEndsNothing();
+  void aWaitThatFailsEndsNothing();
   void aDeviceOfThisMachineHasItsOwnRecords();
   void garbageIsNoHarm();
   void theThreadEndsWheneverItIsTold_data();
@@ -292,7 +294,7 @@ void TouchThreadTest::aPressBeforeAnyPointIsAtTheOrigin() {
 void TouchThreadTest::aReleaseIsToldToTheScreensThatWantIt_data() {
   QTest::addColumn<int>("screen");
   QTest::addColumn<QStringList>("told");
-  for (int screen = UNKNOWN; screen <= POWERCUTSETTING; ++screen) {
+  for (int screen = UNKNOWN; screen < SCREENS_END; ++screen) {
     QStringList told;
     if (screen == RECORDINGLIST) told << "list 1";
     if (screen == TIMELAYOUT) told << "time 1";
@@ -790,6 +792,23 @@ void TouchThreadTest::aSignalEndsNothing() {
   }
   OpenFifo();
   Write(Tap(10, 20));
+  QTRY_COMPARE(mTold, QStringList("press 1 10 20"));
+}
+
+// As it does without memory: it takes no more descriptors than a process may have.
+void TouchThreadTest::aWaitThatFailsEndsNothing() {
+  MakeFifo();
+  Start();
+  OpenFifo();
+  QTRY_VERIFY(IsAsleep());
+  rlimit before{};
+  QCOMPARE(getrlimit(RLIMIT_NOFILE, &before), 0);
+  const rlimit few{2, before.rlim_max};
+  QCOMPARE(setrlimit(RLIMIT_NOFILE, &few), 0);
+  Write(Tap(10, 20));
+  QThread::msleep(100);
+  QCOMPARE(setrlimit(RLIMIT_NOFILE, &before), 0);
+  QVERIFY(mReader->isRunning());
   QTRY_COMPARE(mTold, QStringList("press 1 10 20"));
 }
 

@@ -1,5 +1,6 @@
 // The log against a bench that is played by the test: what it says over the WebSocket is chosen here.
 import assert from 'node:assert/strict';
+import {readFile} from 'node:fs/promises';
 import {after, before, beforeEach, afterEach, test} from 'node:test';
 import {startBench, startBrowser} from './camera.mjs';
 
@@ -96,14 +97,90 @@ test('every kind says its name, value and result', async () => {
   ]);
   await page.locator('#kinds label', {hasText: 'query'}).locator('input').check();
   await newest('SFIELD_GET_VOLTAGE');
-  assert.deepEqual((await rows()).map((row) => row.slice(row.indexOf(' ') + 1).trim()), [
+  assert.deepEqual((await rows()).map((row) => row.slice(row.indexOf(' ') + 1).replace(/ +/g, ' ').trim()), [
     'query SFIELD_GET_VOLTAGE field 8659 · answer 12.34',
-    'command SFIELD_SET_ENV field 8658 · data 00c8 · result -1',
-    'action speed kmh 301 · result -1 · refused: Too fast.',
+    'action speed kmh 301 refused: Too fast.',
+    'command SFIELD_SET_ENV 1000 ms data 00c8 refused, -1',  // of the action before it
     'event RECV_ZEL_STATUS_SPEED event 24 · value 87',
     'touch release panel 0, 0',
     'shell sync',
   ]);
+});
+
+const touch = (number, time, name, x, y) => entryOf(number, {kind: 'touch', name, time, ...(x !== undefined && {x, y}), rawX: 49, rawY: 220});
+const texts = async () => (await rows()).map((row) => row.replace(/^\S+ /, '').replace(/ +/g, ' ').trim());
+
+test('what follows from a touch stands below it, and it is called what it was', async () => {
+  tell([entryOf(5, {kind: 'touch', name: 'release', time: 5060}),
+        entryOf(4, {kind: 'screen', name: 'screen MAINMENU', time: 5013}),
+        entryOf(3, {kind: 'command', name: 'SFIELD_SET_REC_STOP', field: 8581, value: 3, result: 0, time: 5012}),
+        touch(2, 5000, 'press', 265, 33), entryOf(1)]);
+  await newest('MAINMENU 13 ms');
+  assert.deepEqual(await texts(), ['touch tap MAINMENU 13 ms at 265, 33 · panel 49, 220', 'command SFIELD_SET_REC_STOP 12 ms value 3',
+                                   'screen screen MAINMENU 13 ms', 'note Note 1.']);
+  tell([touch(9, 10700, 'release'), touch(8, 10200, 'move', 40, 50), touch(7, 10100, 'move', 30, 40), touch(6, 10000, 'press', 20, 30)]);
+  await newest('drag');
+  assert.deepEqual((await texts()).slice(0, 2), ['touch drag at 20, 30 · panel 49, 220', 'touch move 200 ms at 40, 50 · panel 49, 220']);
+  tell([touch(11, 23000, 'release'), touch(10, 20000, 'press', 20, 30)]);
+  await newest('hold 3.0 s');
+  tell([entryOf(13, {kind: 'command', name: 'SFIELD_SET_ENV', time: 24000, result: 0}), entryOf(12, {time: 23500})]);
+  await newest('SFIELD_SET_ENV');  // too late for the touch: by itself
+});
+
+test('an action stands above what it did, though it is logged after it', async () => {
+  tell([entryOf(3, {kind: 'action', name: 'speed', arguments: {kmh: 87}, result: 0, time: 3005}),
+        entryOf(2, {kind: 'event', name: 'RECV_ZEL_STATUS_SPEED', event: 24, value: 87, result: 0, time: 3004}), entryOf(1)]);
+  await newest('speed');
+  assert.deepEqual(await texts(), ['action speed kmh 87', 'event RECV_ZEL_STATUS_SPEED 0 ms value 87', 'note Note 1.']);
+});
+
+test('the log is searched, a refusal is marked', async () => {
+  tell([entryOf(3, {kind: 'action', name: 'speed', arguments: {kmh: 301}, result: -1, error: 'Too fast.'}),
+        entryOf(2, {kind: 'diagnostic', name: 'a hidden line'}), entryOf(1)]);
+  await newest('speed');
+  assert.equal(await page.locator('#log li.refused').count(), 1);
+  await page.locator('#find-log').fill('refused fast');
+  await page.waitForFunction(() => document.querySelectorAll('#log li').length === 1);
+  await newest('speed');
+  await page.locator('#find-log').fill('hidden LINE');
+  await newest('a hidden line');
+  await page.locator('#find-log').fill('');
+  await newest('speed');
+  assert.equal((await rows()).length, 2);
+});
+
+const saved = async (button) => {
+  const [download] = await Promise.all([page.waitForEvent('download'), page.locator(button).click()]);
+  return (await readFile(await download.path(), 'utf8')).trim().split('\n').map((line) => JSON.parse(line));
+};
+
+test('what was done is a command of the shell, and a scenario', async () => {
+  tell([entryOf(4, {kind: 'action', name: 'speed', arguments: {kmh: 87}, result: 0, time: 9005}),
+        entryOf(3, {kind: 'event', name: 'RECV_ZEL_STATUS_SPEED', event: 24, value: 87, result: 0, time: 9004}),
+        touch(2, 5100, 'release'), touch(1, 5000, 'press', 265, 33)]);
+  await page.locator('#curl', {hasText: `curl -s ${bench.url}api/action -d '{"name":"speed","kmh":87}'`}).waitFor();
+  await page.locator('#log a', {hasText: ':05.000'}).click();
+  await page.locator('#curl', {hasText: `curl -s ${bench.url}api/touch -d '{"action":"tap","x":265,"y":33,"ms":100}'`}).waitFor();
+  assert.equal(new URL(page.url()).hash, '#log-1');
+  assert.deepEqual(await saved('#save-scenario'), [{ms: 0, touch: {action: 'tap', x: 265, y: 33, ms: 100}}, {ms: 4005, action: 'speed', kmh: 87}]);
+  assert.deepEqual((await saved('#save-log')).map(({number}) => number), [1, 2, 3, 4]);
+});
+
+test('a link leads to an entry, a screen, a control', async () => {
+  tell([entryOf(3, {kind: 'screen', name: 'screen LIST'}), entryOf(2, {kind: 'screen', name: 'screen MAINMENU'}), entryOf(1)]);
+  await newest('LIST');
+  const marked = () => page.locator('#log li[aria-current]').getAttribute('data-number');
+  const open = (hash) => page.evaluate((text) => { location.hash = text; }, hash);
+  await open('#log-1');
+  await page.locator('#log li[aria-current]', {hasText: 'Note 1.'}).waitFor();
+  await page.locator('#log li[aria-current] a').click();  // once more: the mark goes
+  await page.waitForFunction(() => !document.querySelector('#log li[aria-current]'));
+  await open('#screen-MAINMENU');
+  await page.locator('#log li[aria-current]', {hasText: 'MAINMENU'}).waitFor();
+  assert.equal(await marked(), '2');
+  await open('#action-interfaceKill');
+  await page.waitForFunction(() => document.activeElement?.closest('form')?.dataset.action === 'interfaceKill');
+  assert.ok(await page.locator('form[data-action=interfaceKill]').isVisible());
 });
 
 test('a text is shown as it is, never as a part of the page', async () => {

@@ -2,7 +2,7 @@
 import assert from 'node:assert/strict';
 import {readFile, writeFile} from 'node:fs/promises';
 import {after, before, test} from 'node:test';
-import {openPage, startBench, startBrowser, tapOn, until} from './camera.mjs';
+import {openPage, openTab, startBench, startBrowser, tapOn, until} from './camera.mjs';
 
 let bench, browser, page, root;
 
@@ -106,6 +106,8 @@ test('the motion areas lie over the video of their camera', async () => {
 });
 
 test('the touch panel is mounted askew, and straight again', async () => {
+  await openTab(page, 'Device');
+  await openTab(page, 'State');
   const form = page.locator('form[data-action=panelAskew]');
   await form.locator('[name=noise]').fill('0');
   await form.locator('button').click();

@@ -3,7 +3,7 @@ import assert from 'node:assert/strict';
 import {mkdtemp, readFile, rm, writeFile} from 'node:fs/promises';
 import {tmpdir} from 'node:os';
 import {after, before, test} from 'node:test';
-import {openPage, startBench, startBrowser, until} from './camera.mjs';
+import {openPage, openTab, startBench, startBrowser, until} from './camera.mjs';
 
 let bench, browser, page, root, folder;
 
@@ -12,6 +12,7 @@ before(async () => {
   ({root} = await bench.state());
   folder = await mkdtemp(`${tmpdir()}/picture-`);
   page = await openPage(browser, bench);
+  await openTab(page, 'Media');
 });
 after(async () => {
   await browser?.close();
@@ -46,6 +47,7 @@ test('a picture is put on the card, and the interface starts with it', async () 
   assert.deepEqual([pixel(10), pixel(470)], [[0, 0, 192], [192, 0, 0]]);
   await until(async () => (await readFile(`${root}/tmp/picture.bmp`).catch(() => null))?.equals(card), 'the copy');
   assert.equal(await form().locator('.refusal').textContent(), '');
+  await form().locator('button.done').waitFor();
   assert.deepEqual(page.complaints, []);
 });
 

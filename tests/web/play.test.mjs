@@ -1,6 +1,6 @@
 import assert from 'node:assert/strict';
 import {after, before, test} from 'node:test';
-import {openPage, pixelsOf, startBench, startBrowser, tapOn, until, waitForOtherPixels} from './camera.mjs';
+import {openPage, openTab, pixelsOf, startBench, startBrowser, tapOn, until, waitForOtherPixels} from './camera.mjs';
 
 const ROAD = [120, 80, 240, 110];  // of the player: no control stands there
 
@@ -58,7 +58,7 @@ test('what a saved setting changes is marked in the setup block', async () => {
   };
   await change();
   await change();
-  await page.locator('summary', {hasText: 'Setup block'}).click();
+  await openTab(page, 'Setup block');
   const row = page.locator('#setup tr', {hasText: 'gsensor_trg_lvl'});
   await row.locator('mark').waitFor();
   assert.equal(await page.locator('#setup tr', {hasText: 'resolution'}).locator('mark').count(), 0);

@@ -12,6 +12,7 @@ test('the page says that the bench has gone, and comes back with it', async () =
     await bench.end();
     await page.locator('#connection[data-state=closed]').waitFor();
     assert.ok(await park.isDisabled());
+    assert.match(await page.locator('#facts').evaluate((chips) => getComputedStyle(chips).filter), /grayscale/);  // what was last known
     await page.locator('#power').click();
     await page.locator('#fault', {hasText: 'does not answer'}).waitFor();
     const again = await startBench(port);

@@ -1,0 +1,28 @@
+# Writes the outlines that the page shows, icons.svg, from Debian's icon font: every "mdi-NAME" that a file of the page
+# mentions. cmake -DPAGE=<files> -DFONT=<the font as SVG> -DOUT=<file> -P icons.cmake
+if(NOT EXISTS ${FONT})
+  message(FATAL_ERROR "The icon font is missing (package fonts-materialdesignicons-webfont): ${FONT}")
+endif()
+set(names "")
+foreach(file ${PAGE})
+  file(READ ${file} text)
+  string(REGEX MATCHALL "mdi-[a-z0-9-]+" found "${text}")
+  list(APPEND names ${found})
+endforeach()
+list(REMOVE_DUPLICATES names)
+list(SORT names)
+
+file(READ ${FONT} font)
+set(symbols "")
+foreach(name ${names})
+  string(SUBSTRING ${name} 4 -1 glyph)
+  string(FIND "${font}" "glyph-name=\"${glyph}\"" at)
+  if(at EQUAL -1)
+    message(FATAL_ERROR "The icon font has no glyph \"${glyph}\".")
+  endif()
+  string(SUBSTRING "${font}" ${at} 20000 rest)
+  string(REGEX MATCH " d=\"([^\"]*)\"" outline "${rest}")
+  string(REGEX REPLACE "\\.[0-9]+" "" outline "${CMAKE_MATCH_1}")  # of 512: whole ones are fine enough
+  string(APPEND symbols "<symbol id=\"${name}\" viewBox=\"0 0 512 512\"><path transform=\"matrix(1 0 0 -1 0 448)\" d=\"${outline}\"/></symbol>\n")
+endforeach()
+file(WRITE ${OUT} "<svg xmlns=\"http://www.w3.org/2000/svg\">\n${symbols}</svg>\n")
