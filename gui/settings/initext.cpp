@@ -1,5 +1,6 @@
 #include "gui/settings/initext.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace {
@@ -14,6 +15,13 @@ std::optional<QByteArray> GroupOf(const QByteArray& line) {
 QByteArray NameOf(const QByteArray& line) {
   const qsizetype end = line.indexOf('=');
   return end > 0 && !line.endsWith('\\') && line.count('"') % 2 == 0 ? line.first(end).trimmed() : QByteArray();
+}
+
+// A group or a name that QSettings takes for another one than stands there: "vi%65w". And quotes in it would go on in
+// the next line once what closes them is gone.
+bool IsEncoded(const QByteArray& line) {
+  const QByteArray name = line.startsWith('[') ? line : line.first(std::max<qsizetype>(line.indexOf('='), 0));
+  return name.contains('"') || name.contains('%');
 }
 
 void AppendLine(QByteArray* text, const QByteArray& name, const QVariant& value) {
@@ -34,6 +42,7 @@ bool IsPlainIni(const QByteArray& text) {
   for (QByteArray line : text.split('\n')) {
     if (line.endsWith('\r')) line.chop(1);
     if (line.trimmed().startsWith(';')) continue;
+    if (IsEncoded(line.trimmed())) return false;
     bool isQuoted = false;
     for (qsizetype i = 0; i < line.size(); ++i) {
       if (line[i] == '\r') return false;

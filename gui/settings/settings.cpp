@@ -32,10 +32,11 @@ QString FileOf(const QString& path) {
   return behind.isEmpty() ? file : behind;
 }
 
-// A damaged file system can put anything in the place of a file: reading a pipe never ends, and gigabytes do not fit.
+// A damaged file system can put anything in the place of a file: reading a pipe never ends, and gigabytes do not fit. A
+// missing file is one for QSettings to see: it would take the next one, within the same millisecond, for the last.
 bool IsReadable(const QString& file) {
   const QFileInfo info(file);
-  return info.isFile() && info.size() <= kLargestIni;
+  return !info.exists() || (info.isFile() && info.size() <= kLargestIni);
 }
 
 // QSettings knows a file that it has read by its size and its time in milliseconds, which can be the same after a quick

@@ -64,6 +64,11 @@ private slots:
     QTest::newRow("an escaped quote") << QByteArray("[a]\nx=a\\\"b\n") << true;
     QTest::newRow("quotes over two lines") << QByteArray("[a]\nx=\"1\ny=2\"\n") << false;
     QTest::newRow("a line that goes on") << QByteArray("[a]\nx=1\\\ny=2\n") << false;
+    QTest::newRow("quotes in a group") << QByteArray("[a\"b]/\"]\nx=1\n") << false;
+    QTest::newRow("quotes in a name") << QByteArray("[a]\n\"x\"=1\n") << false;
+    QTest::newRow("a group in other letters") << QByteArray("[vi%65w]\ndisplay=1\n") << false;
+    QTest::newRow("a name in other letters") << QByteArray("[view]\nd%69splay=1\n") << false;
+    QTest::newRow("signs in a value") << QByteArray("[a]\nx=5%/\\x41\n") << true;
     QTest::newRow("a line feed is missing") << QByteArray("[a]\nx=1\ry=2\n") << false;
   }
   void plainTexts() {

@@ -358,6 +358,26 @@ private slots:
     QCOMPARE(again.mMirroring, 7);
     QCOMPARE(again.mMovingPip, 0);
   }
+  // QSettings knows other ways to write a name than the interface's; what is saved must count all the same.
+  void namesInQSettingsOtherWaysAreWrittenAnew_data() {
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("quotes in a group") << QByteArray("[vie2\"/b]/\"]\n");
+    QTest::newRow("a group in other letters") << QByteArray("[view]\ndisplay=1\n[vi%65w]\ndisplay=2\n");
+    QTest::newRow("a name in other letters") << QByteArray("[view]\ndisplay=1\nd%69splay=2\n");
+    QTest::newRow("a name with its group") << QByteArray("[view]\ndisplay=1\n[General]\nview/display=2\n");
+    QTest::newRow("the other way") << QByteArray("[view]\ndisplay=1\n[General]\nview\\display=2\n");
+  }
+  void namesInQSettingsOtherWaysAreWrittenAnew() {
+    QFETCH(QByteArray, text);
+    root.Write(QLatin1String(kOwn), text);
+    mSettings.AllGetSettingConfig();
+    mSettings.SetSettingConfig(Set_Cfg_Display, 3);
+    mSettings.SetSettingConfig(Set_Cfg_Volume, 4);
+    Settings again;
+    again.AllGetSettingConfig();
+    QCOMPARE(again.mSetting.display, 3);
+    QCOMPARE(again.mSetting.volume, 4);
+  }
   void whatWasWrittenIsReadAgain() {
     WriteDistinct(kFirmware, 3000);
     mSettings.InitSettingConfig();
