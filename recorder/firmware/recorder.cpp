@@ -81,7 +81,8 @@ void Recorder::Greet() {
     mParts->playback.Stop();
     mParts->recording.Begin();
   }
-  if (!std::exchange(mGreeted, true) && !mScenario->IsPlaying()) mScenario->Start();
+  mGreeted = true;
+  if (std::exchange(mScenarioWaits, false)) mScenario->Start();
 }
 
 Recorder::~Recorder() {
@@ -251,12 +252,14 @@ QJsonObject Recorder::Unavailable() const {
 
 bool Recorder::PlayScenario(const QString& file, QString* error, ActionCheck check) {
   if (!mScenario->Load(file, check, error)) return false;
+  mScenarioWaits = !mGreeted;
   if (mGreeted) mScenario->Start();
   return true;
 }
 
 bool Recorder::PlayScenario(const QByteArray& text, const QString& name, QString* error, ActionCheck check) {
   if (!mScenario->Take(text, name, QStringLiteral(":/scenarios"), check, error)) return false;
+  mScenarioWaits = false;
   mScenario->Start();
   return true;
 }

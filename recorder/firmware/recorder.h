@@ -163,6 +163,7 @@ private:
   std::unique_ptr<recorder::Parts> mParts;
   std::unique_ptr<recorder::Scenario> mScenario;
   std::unique_ptr<recorder::CommandServer> mServer;
-  bool mIsEventLost = false;  // one could not be sent
-  bool mGreeted = false;      // an interface has made its first query in this run
+  bool mIsEventLost = false;    // one could not be sent
+  bool mGreeted = false;        // an interface has made its first query in this run
+  bool mScenarioWaits = false;  // for that
 };

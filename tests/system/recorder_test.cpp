@@ -1,3 +1,4 @@
+#include "recorder/firmware/scenario.h"
 #include "tests/system/recorderfixture.h"
 
 #include <sys/shm.h>
@@ -1564,6 +1565,16 @@ private slots:
     QVERIFY(mRecorder->State()["scenario"].toBool());
     QTRY_VERIFY(!mRecorder->State()["scenario"].toBool());
     QCOMPARE(Events().mid(4), (QList<Event>{{24, 12}, {24, 0}, {11, 1}, {33, 0}}));
+  }
+
+  void aScenarioThatWasEndedIsNotBegunByTheInterface() {
+    Start();
+    QString error;
+    QVERIFY(mRecorder->PlayScenario(WriteScenario("{\"ms\": 0, \"event\": 24, \"value\": 12}\n"), &error));  // it waits
+    QVERIFY(mRecorder->PlayScenario("{\"ms\": 3600000, \"event\": 28, \"value\": 0}\n", "text", &error));
+    mRecorder->TheScenario().Stop();
+    QCOMPARE(Ask(SFIELD_GET_VOLTAGE, 0), 0);
+    QVERIFY(!mRecorder->State()["scenario"].toBool());
   }
 
   void touchesOfAScenarioAreThoseOfTheBench() {
