@@ -103,12 +103,21 @@ class Camera:
         self.bench.tap(found["x"] + found["width"] // 2, found["y"] + found["height"] // 2)
 
     def show_keys(self):
-        """The live preview with its keys, which go 5 s after a touch."""
+        """The live preview with its keys, which go 5 s after a touch. One beside keys that have just come hides them: then another shows them."""
         self.bench.wait(screen="PREVIEW", box="none", timeout=20)
         self.bench.until(lambda: self.bench.state()["areas"])
-        if not self.has("menu"):
-            self.bench.tap(300, 200)
-            self.bench.until(lambda: self.has("menu"), otherwise="The preview shows no keys.")
+        touched = 0
+
+        def step():
+            nonlocal touched
+            if self.has("menu"):
+                return True
+            if time.monotonic() > touched + 2:
+                touched = time.monotonic()
+                self.bench.tap(300, 200)
+            return False
+
+        self.bench.until(step, otherwise="The preview shows no keys.")
 
     def has(self, name):
         return any(area["name"] == name for area in self.bench.state()["areas"] or ())
