@@ -26,6 +26,11 @@ exec "{interface}" "$@"
 """
 
 
+def add_build(parser):
+    """The option for the folder in which the camera was built, from wherever it is looked at."""
+    parser.add_argument("--build", type=lambda text: Path(text).resolve(), default=SOURCE / "build/dev")
+
+
 class Camera:
     def __init__(self, build, prepare=lambda root: None):
         """`prepare` is given the root folder before anything is in it."""
