@@ -41,11 +41,11 @@ void AppendGroup(QByteArray* text, const QByteArray& group, IniValues* values) {
 bool IsPlainIni(const QByteArray& text) {
   for (QByteArray line : text.split('\n')) {
     if (line.endsWith('\r')) line.chop(1);
+    if (line.contains('\r')) return false;  // a note ends there, too
     if (line.trimmed().startsWith(';')) continue;
     if (IsEncoded(line.trimmed())) return false;
     bool isQuoted = false;
     for (qsizetype i = 0; i < line.size(); ++i) {
-      if (line[i] == '\r') return false;
       if (line[i] == '"') isQuoted = !isQuoted;
       if (line[i] == '\\' && ++i == line.size()) return false;
     }

@@ -69,6 +69,7 @@ private slots:
     QTest::newRow("a group in other letters") << QByteArray("[vi%65w]\ndisplay=1\n") << false;
     QTest::newRow("a name in other letters") << QByteArray("[view]\nd%69splay=1\n") << false;
     QTest::newRow("signs in a value") << QByteArray("[a]\nx=5%/\\x41\n") << true;
+    QTest::newRow("a line feed is missing in a note") << QByteArray("[a]\n;x\ry=\"1\nz=2\n") << false;
     QTest::newRow("a line feed is missing") << QByteArray("[a]\nx=1\ry=2\n") << false;
   }
   void plainTexts() {

@@ -365,6 +365,7 @@ private slots:
     QTest::newRow("a group in other letters") << QByteArray("[view]\ndisplay=1\n[vi%65w]\ndisplay=2\n");
     QTest::newRow("a name in other letters") << QByteArray("[view]\ndisplay=1\nd%69splay=2\n");
     QTest::newRow("a name with its group") << QByteArray("[view]\ndisplay=1\n[General]\nview/display=2\n");
+    QTest::newRow("a note that ends early") << QByteArray("[a]\n;x\ry=\"1\nz=2\n");
     QTest::newRow("the other way") << QByteArray("[view]\ndisplay=1\n[General]\nview\\display=2\n");
   }
   void namesInQSettingsOtherWaysAreWrittenAnew() {
