@@ -41,7 +41,7 @@ foreach(room ${rooms})
   add_custom_command(OUTPUT ${object}
     COMMAND ${CMAKE_CXX_COMPILER_LAUNCHER} clang++ ${flags} -I${PROJECT_SOURCE_DIR} "-isystem$<JOIN:${includes},;-isystem>"
       -MD -MF ${object}.d -c ${source} -o ${object}
-    DEPENDS ${source} DEPFILE ${object}.d COMMAND_EXPAND_LISTS VERBATIM)
+    DEPENDS ${source} ${CMAKE_CURRENT_LIST_DIR}/timely DEPFILE ${object}.d COMMAND_EXPAND_LISTS VERBATIM)
   list(APPEND objects ${object})
 endforeach()
 
